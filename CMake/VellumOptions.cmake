@@ -1,0 +1,9 @@
+# Everything beside the library itself is off when another project includes this one.
+option(BUILD_SHARED_LIBS "Build Vellum as a shared library" ON)
+option(VELLUM_BUILD_TESTS "Build the tests and the replay of the fuzz corpus" ${PROJECT_IS_TOP_LEVEL})
+option(VELLUM_BUILD_EXAMPLES "Build the examples" ${PROJECT_IS_TOP_LEVEL})
+option(VELLUM_BUILD_BENCHMARKS "Build the benchmarks" OFF)
+option(VELLUM_BUILD_FUZZERS "Build the fuzz targets with libFuzzer (clang only)" OFF)
+option(VELLUM_WARNINGS "Compile with the project's warnings" OFF)
+option(VELLUM_WARNINGS_AS_ERRORS "... and treat them as errors" OFF)
+set(VELLUM_SANITIZERS "" CACHE STRING "Sanitizers for everything that is built, for instance address,undefined")

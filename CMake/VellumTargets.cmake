@@ -1,0 +1,36 @@
+# What each of the project's own targets has in common. Nothing here reaches a consumer.
+function(vellum_compile_options target)
+    target_compile_features(${target} PRIVATE cxx_std_20)
+    set_target_properties(${target} PROPERTIES
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON
+        POSITION_INDEPENDENT_CODE ON)
+    # __FILE__ reads Sources/Core/... wherever the checkout stands: exceptions carry it.
+    target_compile_options(${target} PRIVATE "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
+    if(VELLUM_WARNINGS)
+        target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion
+            $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow>)
+    endif()
+    if(VELLUM_WARNINGS_AS_ERRORS)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+    if(VELLUM_SANITIZERS)
+        target_compile_options(${target} PRIVATE "-fsanitize=${VELLUM_SANITIZERS}" -fno-sanitize-recover=all
+            -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE "-fsanitize=${VELLUM_SANITIZERS}")
+    endif()
+endfunction()
+
+# A program of tests that sees the library's objects, private ones included: vellum_test(NAME source...)
+function(vellum_test name)
+    add_executable(${name} ${ARGN})
+    vellum_compile_options(${name})
+    target_link_libraries(${name} PRIVATE VellumObjects VellumTestSupport)
+    vellum_discover_tests(${name})
+endfunction()
+
+# The locales that tests need are generated into the build folder (Tests/CMakeLists.txt).
+function(vellum_discover_tests name)
+    gtest_discover_tests(${name} PROPERTIES ENVIRONMENT "LOCPATH=${VELLUM_TEST_LOCALES}" DISCOVERY_TIMEOUT 60)
+endfunction()

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Groundwork/CbExceptionBase.h"
+
+// The exceptions of the foundation classes. Each is logged where it is raised, once, by its constructor, which takes
+// the source file, the line and the fully qualified name of the raising function. Copies are not logged.
+
+// A value that can't be converted: CbDateTime. Logged as "Exception on data conversion".
+class VELLUM_API CbExceptionConversion : public CbExceptionBase<CbExceptionConversion>
+{
+public:
+    CbExceptionConversion(const char* file, unsigned int line, const char* function);
+    CbExceptionConversion(const CbExceptionConversion& other);
+    CbExceptionConversion& operator=(const CbExceptionConversion& other);
+    ~CbExceptionConversion() override;
+};
+
+// Nodes of a table that can't be had, or a table that may not change its pool. Logged as "Out of memory".
+class VELLUM_API CbExceptionContainer : public CbExceptionBase<CbExceptionContainer>
+{
+public:
+    CbExceptionContainer(const char* file, unsigned int line, const char* function);
+    CbExceptionContainer(const CbExceptionContainer& other);
+    CbExceptionContainer& operator=(const CbExceptionContainer& other);
+    ~CbExceptionContainer() override;
+};
+
+// A stored version that is newer than this library. Logged as "Wrong file version on stream".
+class VELLUM_API CbExceptionWrongFileVersion : public CbExceptionBase<CbExceptionWrongFileVersion>
+{
+public:
+    CbExceptionWrongFileVersion(const char* file, unsigned int line, const char* function);
+    CbExceptionWrongFileVersion(const CbExceptionWrongFileVersion& other);
+    CbExceptionWrongFileVersion& operator=(const CbExceptionWrongFileVersion& other);
+    ~CbExceptionWrongFileVersion() override;
+};
+
+// A stream that has run out of bytes, holds none of what was asked for, or failed. Logged as
+// "Exception on stream access".
+class VELLUM_API CbExceptionStream : public CbExceptionBase<CbExceptionStream>
+{
+public:
+    CbExceptionStream(const char* file, unsigned int line, const char* function);
+    CbExceptionStream(const CbExceptionStream& other);
+    CbExceptionStream& operator=(const CbExceptionStream& other);
+    ~CbExceptionStream() override;
+};

@@ -1,0 +1,16 @@
+#pragma once
+
+// VELLUM_API marks what leaves the module; everything else is built with hidden visibility. It stands in the lowest
+// layer, since every layer above has something that clients use. VELLUM_STATIC is set by the build for a static
+// library and for whoever links one.
+#if defined(VELLUM_STATIC)
+#define VELLUM_API
+#elif defined(_WIN32)
+#if defined(VELLUM_EXPORTS)
+#define VELLUM_API __declspec(dllexport)
+#else
+#define VELLUM_API __declspec(dllimport)
+#endif
+#else
+#define VELLUM_API __attribute__((visibility("default")))
+#endif

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <cstdint>
+
+// The system's number of the calling thread, the one that debuggers and the system's own tools show.
+std::uint32_t GetCurrentThreadId() noexcept;

@@ -1,0 +1,13 @@
+#pragma once
+
+// The C library's locale of the calling thread. Other threads, and the locale of the process, are never touched.
+
+// Stands for whatever locale a thread was in: one of its own, or the one of the process.
+using ThreadLocale = void*;
+
+// Puts the calling thread into the C locale and returns the locale that it was in. Null if the system has no C
+// locale to give, which leaves the thread as it was.
+ThreadLocale EnterCLocale() noexcept;
+
+// Puts the calling thread back where EnterCLocale found it. Null is accepted and does nothing.
+void LeaveCLocale(ThreadLocale previous) noexcept;

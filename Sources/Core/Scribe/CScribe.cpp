@@ -1,0 +1,83 @@
+#include "Scribe/CScribe.h"
+
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <cwchar>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+namespace Scribing
+{
+namespace
+{
+
+// Never destroyed: exceptions may be raised, and so logged, while the process is coming to its end.
+struct SSinkHolder
+{
+    std::mutex mutex;
+    std::shared_ptr<const Sink> sink;
+};
+
+SSinkHolder& GetHolder()
+{
+    static SSinkHolder& holder = *new SSinkHolder;
+    return holder;
+}
+
+std::shared_ptr<const Sink> GetSink()
+{
+    SSinkHolder& holder = GetHolder();
+    const std::lock_guard lock(holder.mutex);
+    return holder.sink;
+}
+
+void WriteToStandardError(const SEntry& entry)
+{
+    // One call for the line, so that the lines of several threads don't mix.
+    std::fprintf(stderr, "%ls: %s(%d): %s: %ls\n", entry.source, entry.file, entry.line, entry.function, entry.text);
+}
+
+void Deliver(const SEntry& entry)
+{
+    const std::shared_ptr<const Sink> sink = GetSink();
+    if (sink)
+        (*sink)(entry);
+    else
+        WriteToStandardError(entry);
+}
+
+} // namespace
+
+void SetSink(Sink sink)
+{
+    std::shared_ptr<const Sink> next = sink ? std::make_shared<const Sink>(std::move(sink)) : nullptr;
+    SSinkHolder& holder = GetHolder();
+    const std::lock_guard lock(holder.mutex);
+    holder.sink.swap(next);
+}
+
+CScribe::CScribe(const wchar_t* name) : name(name) {}
+
+CScribe::~CScribe() = default;
+
+void CScribe::Error(const char* file, int line, const char* function, const wchar_t* text, ...) const noexcept
+{
+    try
+    {
+        std::array<wchar_t, 1024> message{};
+        std::va_list arguments;
+        va_start(arguments, text);
+        std::vswprintf(message.data(), message.size(), text, arguments);
+        va_end(arguments);
+        message.back() = L'\0';
+        Deliver({name.c_str(), file, line, function, message.data()});
+    }
+    catch (...)
+    {
+        return; // a lost entry is all that a failing log may cost
+    }
+}
+
+} // namespace Scribing

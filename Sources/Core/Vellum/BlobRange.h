@@ -1,0 +1,12 @@
+#pragma once
+
+#include <utility>
+
+namespace Vellum
+{
+
+// The bytes of a blob, begin and end. Both are null for a blob that isn't there and for an empty one. The reader that
+// handed the pair out owns the bytes.
+using BlobRange = std::pair<const unsigned char*, const unsigned char*>;
+
+} // namespace Vellum

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "Platform/Export.h"
+
+#include "Vellum/BlobRange.h"
+#include "Vellum/NaturalArguments.h"
+
+class IDateTime;
+
+namespace Vellum
+{
+
+class ISerializable;
+class ISerializableContainer;
+
+// IContainerReader: hands out the elements of one sequence by index. There is no count: a client reads index 0, 1, 2
+// and so on until Read returns false. Absence, kinds and texts are those of IDataReader, with an index past the end in
+// place of an absent key.
+class VELLUM_API IContainerReader
+{
+public:
+    virtual ~IContainerReader();
+
+    // The blob at an index. The bytes live as long as the reader.
+    virtual BlobRange GetBlob(std::uint32_t index) = 0;
+
+    // Read the element at an index into the argument and return true. A nested object's or sequence's own Read is
+    // called before the call returns. A date is handed over through IDateTime's setters.
+    virtual bool Read(std::uint32_t index, ISerializableContainer& value) const = 0;
+    virtual bool Read(std::uint32_t index, ISerializable& value) const = 0;
+    virtual bool Read(std::uint32_t index, IDateTime& value) const = 0;
+    virtual bool Read(std::uint32_t index, std::wstring& value) const = 0;
+    virtual bool Read(std::uint32_t index, std::string& value) const = 0;
+    virtual bool Read(std::uint32_t index, char& value) const = 0; // one character
+    virtual bool Read(std::uint32_t index, double& value) const = 0;
+    virtual bool Read(std::uint32_t index, float& value) const = 0;
+    virtual bool Read(std::uint32_t index, std::int64_t& value) const = 0;
+    virtual bool Read(std::uint32_t index, std::uint64_t& value) const = 0;
+    virtual bool Read(std::uint32_t index, std::int32_t& value) const = 0;
+    virtual bool Read(std::uint32_t index, std::uint32_t& value) const = 0;
+    virtual bool Read(std::uint32_t index, std::int16_t& value) const = 0;
+    virtual bool Read(std::uint32_t index, std::uint16_t& value) const = 0;
+    virtual bool Read(std::uint32_t index, signed char& value) const = 0;   // a number, not a character
+    virtual bool Read(std::uint32_t index, unsigned char& value) const = 0; // a number, not a character
+    virtual bool Read(std::uint32_t index, bool& value) const = 0;
+
+    // An integer type of no kind of its own is read as the kind of its width and sign.
+    template <OtherInteger Integer>
+    bool Read(std::uint32_t index, Integer& value) const
+    {
+        auto exact = static_cast<ExactInteger<Integer>>(value);
+        const bool found = Read(index, exact);
+        value = static_cast<Integer>(exact);
+        return found;
+    }
+
+protected:
+    IContainerReader() = default;
+    IContainerReader(const IContainerReader&) = default;
+    IContainerReader& operator=(const IContainerReader&) = default;
+};
+
+} // namespace Vellum

@@ -1,0 +1,103 @@
+#include "Support/FailEachAllocation.h"
+
+#include <cstddef>
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+namespace
+{
+
+constexpr std::uint64_t Never = std::numeric_limits<std::uint64_t>::max();
+
+thread_local std::uint64_t allocationsLeft = Never; // how many succeed until one fails
+thread_local bool hasFailed = false;
+thread_local std::uint64_t countedCalls = 0;
+thread_local std::uint64_t countedBytes = 0;
+
+bool FailsNow()
+{
+    if (allocationsLeft == Never)
+        return false;
+    if (allocationsLeft-- != 0)
+        return false;
+    allocationsLeft = Never; // one failure each run: what the body does afterwards works again
+    hasFailed = true;
+    return true;
+}
+
+void* Allocate(std::size_t size, std::size_t alignment)
+{
+    ++countedCalls;
+    countedBytes += size;
+    if (FailsNow())
+        return nullptr;
+    if (alignment <= alignof(std::max_align_t))
+        return std::malloc(size == 0 ? 1 : size);
+    return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
+}
+
+void* AllocateOrThrow(std::size_t size, std::size_t alignment)
+{
+    void* const block = Allocate(size, alignment);
+    if (block == nullptr)
+        throw std::bad_alloc();
+    return block;
+}
+
+} // namespace
+
+void* operator new(std::size_t size) { return AllocateOrThrow(size, 1); }
+void* operator new[](std::size_t size) { return AllocateOrThrow(size, 1); }
+void* operator new(std::size_t size, std::align_val_t a) { return AllocateOrThrow(size, static_cast<std::size_t>(a)); }
+void* operator new[](std::size_t size, std::align_val_t a)
+{
+    return AllocateOrThrow(size, static_cast<std::size_t>(a));
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size, 1); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size, 1); }
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete[](void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
+void operator delete(void* block, std::align_val_t) noexcept { std::free(block); }
+void operator delete[](void* block, std::align_val_t) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept { std::free(block); }
+void operator delete[](void* block, std::size_t, std::align_val_t) noexcept { std::free(block); }
+
+namespace Support
+{
+
+std::uint32_t FailEachAllocation(const std::function<void()>& body)
+{
+    for (std::uint32_t failures = 0;; ++failures)
+    {
+        hasFailed = false;
+        allocationsLeft = failures;
+        try
+        {
+            body();
+        }
+        catch (...)
+        {
+            allocationsLeft = Never;
+            throw;
+        }
+        allocationsLeft = Never;
+        if (!hasFailed)
+            return failures;
+    }
+}
+
+CAllocationCounter::CAllocationCounter()
+{
+    countedCalls = 0;
+    countedBytes = 0;
+}
+
+CAllocationCounter::~CAllocationCounter() = default;
+
+std::uint64_t CAllocationCounter::GetCount() const { return countedCalls; }
+std::uint64_t CAllocationCounter::GetBytes() const { return countedBytes; }
+
+} // namespace Support
