@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace ATL
+{
+
+// CStringT: the text object of the binary string table and of dates. A standard text, with the few operations that the
+// library needs beside it.
+template <class Char>
+class CStringT : public std::basic_string<Char>
+{
+public:
+    using std::basic_string<Char>::basic_string;
+    CStringT() = default;
+
+    const Char* GetString() const { return this->c_str(); }
+
+    // The first or last `count` characters; the whole text if it has no more than that.
+    CStringT Left(std::size_t count) const
+    {
+        return CStringT(this->c_str(), this->size() < count ? this->size() : count);
+    }
+    CStringT Right(std::size_t count) const
+    {
+        const std::size_t taken = this->size() < count ? this->size() : count;
+        return CStringT(this->c_str() + this->size() - taken, taken);
+    }
+};
+
+} // namespace ATL

@@ -1,0 +1,151 @@
+#include "Platform/Utf8.h"
+
+#include <cstdint>
+#include <cstring>
+
+namespace
+{
+
+constexpr std::uint32_t Replacement = 0xFFFD;
+
+// Number of bytes in front that are ASCII, eight at a time.
+std::size_t CountAscii(std::string_view bytes)
+{
+    std::size_t count = 0;
+    for (std::uint64_t block = 0; count + sizeof block <= bytes.size(); count += sizeof block)
+    {
+        std::memcpy(&block, bytes.data() + count, sizeof block);
+        if ((block & 0x8080808080808080u) != 0)
+            break;
+    }
+    while (count < bytes.size() && static_cast<unsigned char>(bytes[count]) < 0x80)
+        ++count;
+    return count;
+}
+
+// What a lead byte announces (table 3-7 of the Unicode standard): how many bytes follow it, and the range of the first
+// of them. All later ones are 80..BF. A byte that can't lead has no following bytes and no bits.
+struct SLead
+{
+    std::uint32_t following;
+    std::uint32_t bits; // of the code point, from the lead byte
+    unsigned char lowest = 0x80;
+    unsigned char highest = 0xBF;
+};
+
+SLead ClassifyLead(unsigned char lead)
+{
+    if (lead >= 0xC2 && lead <= 0xDF)
+        return {1, lead & 0x1Fu};
+    if (lead == 0xE0)
+        return {2, 0, 0xA0, 0xBF};
+    if (lead == 0xED) // no surrogates
+        return {2, 0xD, 0x80, 0x9F};
+    if (lead >= 0xE1 && lead <= 0xEF)
+        return {2, lead & 0xFu};
+    if (lead == 0xF0)
+        return {3, 0, 0x90, 0xBF};
+    if (lead >= 0xF1 && lead <= 0xF3)
+        return {3, lead & 0x7u};
+    if (lead == 0xF4)
+        return {3, 4, 0x80, 0x8F};
+    return {0, 0};
+}
+
+// Takes one character that isn't ASCII, or one maximal ill-formed subsequence, from the front.
+std::uint32_t TakeCodePoint(std::string_view& bytes)
+{
+    const SLead lead = ClassifyLead(static_cast<unsigned char>(bytes.front()));
+    std::uint32_t codePoint = lead.bits;
+    std::size_t taken = 1;
+    unsigned char lowest = lead.lowest;
+    unsigned char highest = lead.highest;
+    for (; taken <= lead.following && taken < bytes.size(); ++taken)
+    {
+        const auto byte = static_cast<unsigned char>(bytes[taken]);
+        if (byte < lowest || byte > highest)
+            break;
+        codePoint = (codePoint << 6) | (byte & 0x3Fu);
+        lowest = 0x80;
+        highest = 0xBF;
+    }
+    bytes.remove_prefix(taken);
+    return lead.following != 0 && taken == lead.following + 1 ? codePoint : Replacement;
+}
+
+void AppendUnits(std::wstring& text, std::uint32_t codePoint)
+{
+    if (codePoint >= 0x10000)
+    {
+        text += static_cast<wchar_t>(0xD800 + ((codePoint - 0x10000) >> 10));
+        text += static_cast<wchar_t>(0xDC00 + (codePoint & 0x3FF));
+    }
+    else
+        text += static_cast<wchar_t>(codePoint);
+}
+
+constexpr bool IsHighSurrogate(std::uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+constexpr bool IsLowSurrogate(std::uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
+// Takes one code point from the front: a pair of surrogates, or one element.
+std::uint32_t TakeCodePoint(std::wstring_view& units)
+{
+    const auto unit = static_cast<std::uint32_t>(units.front());
+    units.remove_prefix(1);
+    if (IsHighSurrogate(unit) && !units.empty() && IsLowSurrogate(static_cast<std::uint32_t>(units.front())))
+    {
+        const auto low = static_cast<std::uint32_t>(units.front());
+        units.remove_prefix(1);
+        return 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
+    }
+    return IsHighSurrogate(unit) || IsLowSurrogate(unit) || unit > 0x10FFFF ? Replacement : unit;
+}
+
+void AppendBytes(std::string& text, std::uint32_t codePoint)
+{
+    const auto continuation = [&](int shift) { return static_cast<char>(0x80 | ((codePoint >> shift) & 0x3F)); };
+    if (codePoint < 0x80)
+        text += static_cast<char>(codePoint);
+    else if (codePoint < 0x800)
+        (text += static_cast<char>(0xC0 | (codePoint >> 6))) += continuation(0);
+    else if (codePoint < 0x10000)
+        ((text += static_cast<char>(0xE0 | (codePoint >> 12))) += continuation(6)) += continuation(0);
+    else
+    {
+        (text += static_cast<char>(0xF0 | (codePoint >> 18))) += continuation(12);
+        (text += continuation(6)) += continuation(0);
+    }
+}
+
+} // namespace
+
+void AppendUtf16(std::wstring& text, std::string_view utf8)
+{
+    text.reserve(text.size() + utf8.size()); // never fewer bytes than units
+    while (!utf8.empty())
+    {
+        const std::size_t ascii = CountAscii(utf8);
+        text.append(utf8.begin(), utf8.begin() + static_cast<std::ptrdiff_t>(ascii));
+        utf8.remove_prefix(ascii);
+        while (!utf8.empty() && static_cast<unsigned char>(utf8.front()) >= 0x80)
+            AppendUnits(text, TakeCodePoint(utf8));
+    }
+}
+
+void AppendUtf8(std::string& text, std::wstring_view units)
+{
+    text.reserve(text.size() + units.size());
+    while (!units.empty())
+    {
+        std::size_t ascii = 0;
+        while (ascii < units.size() && static_cast<std::uint32_t>(units[ascii]) < 0x80)
+            ++ascii;
+        text.resize(text.size() + ascii);
+        char* to = text.data() + text.size() - ascii;
+        for (const wchar_t unit : units.substr(0, ascii))
+            *to++ = static_cast<char>(unit);
+        units.remove_prefix(ascii);
+        while (!units.empty() && static_cast<std::uint32_t>(units.front()) >= 0x80)
+            AppendBytes(text, TakeCodePoint(units));
+    }
+}

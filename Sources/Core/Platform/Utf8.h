@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// UTF-8 (RFC 3629) to UTF-16 and back. Wide text holds one UTF-16 code unit in each element, whatever the width of
+// wchar_t. Nothing is refused: what is ill-formed is replaced by U+FFFD. Only a failed allocation is raised.
+
+// Appends the UTF-16 units of the bytes. Each maximal ill-formed subsequence becomes one U+FFFD, as Unicode recommends:
+// the lone byte E4 gives one, the three bytes ED A0 BD give three.
+void AppendUtf16(std::wstring& text, std::string_view utf8);
+
+// Appends the UTF-8 bytes of the units. A lone surrogate becomes EF BF BD. Where wchar_t is wider than 16 bits, an
+// element above 0xFFFF is taken as that code point; beyond U+10FFFF it becomes EF BF BD as well.
+void AppendUtf8(std::string& text, std::wstring_view units);
+
+inline std::wstring Utf8ToUtf16(std::string_view utf8)
+{
+    std::wstring text;
+    AppendUtf16(text, utf8);
+    return text;
+}
+
+inline std::string Utf16ToUtf8(std::wstring_view units)
+{
+    std::string text;
+    AppendUtf8(text, units);
+    return text;
+}

@@ -1,0 +1,57 @@
+#include "Platform/Utf8.h"
+
+#include <gtest/gtest.h>
+
+#include "Support/Texts.h"
+
+namespace
+{
+
+using Support::Bytes;
+using Support::Hex;
+
+// Every character once, there and back, with ASCII runs of every length around the eight-byte blocks.
+TEST(Utf8, EveryCharacterComesBack)
+{
+    for (std::uint32_t codePoint = 1; codePoint <= 0x10FFFF; codePoint += codePoint < 0x11000 ? 1 : 97)
+    {
+        if (codePoint >= 0xD800 && codePoint <= 0xDFFF)
+            continue;
+        const std::wstring literal = std::wstring(codePoint % 19, L'a') + static_cast<wchar_t>(codePoint) + L"z";
+        const std::string bytes = Utf16ToUtf8(literal);
+        const std::wstring units = Utf8ToUtf16(bytes);
+        ASSERT_EQ(units.size(), codePoint % 19 + (codePoint > 0xFFFF ? 3 : 2)) << codePoint;
+        ASSERT_EQ(Hex(Utf16ToUtf8(units)), Hex(bytes)) << codePoint;
+    }
+    EXPECT_EQ(Hex(Utf16ToUtf8(L"\u00E4\u20AC\U0001F600")), "C3 A4 E2 82 AC F0 9F 98 80");
+    EXPECT_EQ(Utf8ToUtf16("\xF0\x9F\x98\x80"), (std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}));
+}
+
+TEST(Utf8, EachMaximalIllFormedSubsequenceIsReplacedOnce)
+{
+    const std::pair<const char*, std::size_t> cases[] = {
+        {"E4", 1},          {"ED A0 BD", 3}, {"C0 AF", 2},       {"E0 80 80", 3}, {"F0 80 80 80", 4},
+        {"F4 90 80 80", 4}, {"F1 80 80", 1}, {"E2 82", 1},       {"F0 9F 98", 1}, {"80 BF", 2},
+        {"FF FE", 2},       {"F5 80", 2},    {"F1 80 80 E2", 2}, {"C2", 1},
+    };
+    for (const auto& [bytes, replacements] : cases)
+    {
+        EXPECT_EQ(Utf8ToUtf16(Bytes(bytes)), std::wstring(replacements, wchar_t(0xFFFD))) << bytes;
+        EXPECT_EQ(Utf8ToUtf16("a" + Bytes(bytes) + "b"), L"a" + std::wstring(replacements, wchar_t(0xFFFD)) + L"b");
+    }
+}
+
+TEST(Utf8, LoneSurrogatesAndWhatIsNoCharacterAreReplaced)
+{
+    EXPECT_EQ(Hex(Utf16ToUtf8(std::wstring{wchar_t(0xD800)})), "EF BF BD");
+    EXPECT_EQ(Hex(Utf16ToUtf8(std::wstring{wchar_t(0xDC00), wchar_t(0xD800), L'a'})), "EF BF BD EF BF BD 61");
+    EXPECT_EQ(Hex(Utf16ToUtf8(std::wstring{wchar_t(0xD800), wchar_t(0xD83D), wchar_t(0xDE00)})),
+              "EF BF BD F0 9F 98 80");
+    if constexpr (sizeof(wchar_t) > 2)
+    {
+        EXPECT_EQ(Hex(Utf16ToUtf8(std::wstring{static_cast<wchar_t>(0x110000)})), "EF BF BD");
+        EXPECT_EQ(Hex(Utf16ToUtf8(std::wstring{static_cast<wchar_t>(0xFFFFFFFF)})), "EF BF BD");
+    }
+}
+
+} // namespace
