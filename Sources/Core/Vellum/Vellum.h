@@ -6,6 +6,7 @@
 
 #include "Vellum/BlobRange.h"
 #include "Vellum/CException.h"
+#include "Vellum/Encodings.h"
 #include "Vellum/IContainerReader.h"
 #include "Vellum/IContainerWriter.h"
 #include "Vellum/IDataReader.h"
