@@ -4,6 +4,7 @@
 #include "Groundwork/CbExceptions.h"
 #include "Groundwork/IDateTime.h"
 
+#include "Vellum/Base64.h"
 #include "Vellum/BlobRange.h"
 #include "Vellum/CException.h"
 #include "Vellum/Encodings.h"
