@@ -7,6 +7,7 @@
 #include "Vellum/Base64.h"
 #include "Vellum/BlobRange.h"
 #include "Vellum/CException.h"
+#include "Vellum/Conversion.h"
 #include "Vellum/Encodings.h"
 #include "Vellum/IContainerReader.h"
 #include "Vellum/IContainerWriter.h"
