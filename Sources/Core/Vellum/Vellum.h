@@ -4,9 +4,12 @@
 #include "Groundwork/CbExceptions.h"
 #include "Groundwork/IDateTime.h"
 
+#include "Vellum/Base64.h"
 #include "Vellum/BlobRange.h"
 #include "Vellum/CException.h"
 #include "Vellum/CWriterJson.h"
+#include "Vellum/Conversion.h"
+#include "Vellum/Encodings.h"
 #include "Vellum/IContainerReader.h"
 #include "Vellum/IContainerWriter.h"
 #include "Vellum/IDataReader.h"
