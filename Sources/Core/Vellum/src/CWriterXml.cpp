@@ -45,13 +45,20 @@ constexpr std::string_view EscapeOf(char byte)
 {
     switch (byte)
     {
-    case '&': return "&amp;";
-    case '>': return "&gt;";
-    case '<': return "&lt;";
-    case '%': return "&#37;";
-    case '\n': return "&#10;";
-    case '\r': return "&#13;";
-    default: return {};
+    case '&':
+        return "&amp;";
+    case '>':
+        return "&gt;";
+    case '<':
+        return "&lt;";
+    case '%':
+        return "&#37;";
+    case '\n':
+        return "&#10;";
+    case '\r':
+        return "&#13;";
+    default:
+        return {};
     }
 }
 
