@@ -2,7 +2,12 @@
 
 // Everything public at once. Each class also has a header of its own.
 #include "Groundwork/CbDateTime.h"
+#include "Groundwork/CbArray.h"
 #include "Groundwork/CbExceptions.h"
+#include "Groundwork/CbStreamReadBinary.h"
+#include "Groundwork/CbStreamReadBinaryBuffer.h"
+#include "Groundwork/CbStreamWriteBinary.h"
+#include "Groundwork/CbStreamWriteBinaryBuffer.h"
 #include "Groundwork/IDateTime.h"
 
 #include "Vellum/BlobRange.h"
