@@ -1,8 +1,9 @@
 #pragma once
 
 // Everything public at once. Each class also has a header of its own.
-#include "Groundwork/CbDateTime.h"
 #include "Groundwork/CbArray.h"
+#include "Groundwork/CbDateTime.h"
+#include "Groundwork/CbDateTimeStream.h"
 #include "Groundwork/CbExceptions.h"
 #include "Groundwork/CbStreamReadBinary.h"
 #include "Groundwork/CbStreamReadBinaryBuffer.h"
