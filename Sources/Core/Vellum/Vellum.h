@@ -1,7 +1,13 @@
 #pragma once
 
 // Everything public at once. Each class also has a header of its own.
+#include "Groundwork/CbDateTime.h"
+#include "Groundwork/CbArray.h"
 #include "Groundwork/CbExceptions.h"
+#include "Groundwork/CbStreamReadBinary.h"
+#include "Groundwork/CbStreamReadBinaryBuffer.h"
+#include "Groundwork/CbStreamWriteBinary.h"
+#include "Groundwork/CbStreamWriteBinaryBuffer.h"
 #include "Groundwork/IDateTime.h"
 
 #include "Vellum/Base64.h"

@@ -1,0 +1,109 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "Platform/CStringT.h"
+
+#include "Groundwork/CbTypeName.h"
+
+// The node of a CbMapEx, and how its keys are hashed and compared.
+namespace CbMapTypes
+{
+
+template <class Key, class Value>
+struct SAssociation
+{
+    template <class KeyView, class... Arguments>
+    explicit SAssociation(const KeyView& key, Arguments&&... arguments)
+        : key(key), value(std::forward<Arguments>(arguments)...)
+    {
+    }
+
+    Key key;
+    Value value;
+    SAssociation* next = nullptr;       // next in the order of iteration, null at the end
+    SAssociation* bucketNext = nullptr; // next in the same bucket, null at the end
+    std::uint64_t hash = 0;             // of the key
+};
+
+inline constexpr std::uint64_t FnvBasis = 0xCBF29CE484222325u;
+inline constexpr std::uint64_t FnvPrime = 0x100000001B3u;
+
+// What a table needs to know of its keys: the form in which they are looked up, their hash and their equality. The
+// order of stored documents hangs on the hashes.
+template <class Key>
+struct SKeyTraits;
+
+// 64-bit FNV-1a over the four bytes, least significant first.
+template <>
+struct SKeyTraits<unsigned int>
+{
+    using View = unsigned int;
+    static constexpr bool IsText = false;
+
+    static std::uint64_t Hash(View key)
+    {
+        std::uint64_t hash = FnvBasis;
+        for (int shift = 0; shift < 32; shift += 8)
+            hash = (hash ^ ((key >> shift) & 0xFF)) * FnvPrime;
+        return hash;
+    }
+    static bool Equal(std::uint64_t, unsigned int stored, std::uint64_t, View key) { return stored == key; }
+};
+
+// 64-bit FNV-1a over the bytes.
+template <>
+struct SKeyTraits<std::string>
+{
+    using View = std::string_view;
+    static constexpr bool IsText = true;
+
+    static std::uint64_t Hash(View key)
+    {
+        std::uint64_t hash = FnvBasis;
+        for (const char byte : key)
+            hash = (hash ^ static_cast<unsigned char>(byte)) * FnvPrime;
+        return hash;
+    }
+    static bool Equal(std::uint64_t storedHash, const std::string& stored, std::uint64_t hash, View key)
+    {
+        return storedHash == hash && stored == key;
+    }
+};
+
+// Up to the first NUL: times 33 plus the byte. Bytes from 0x80 up count as negative.
+template <>
+struct SKeyTraits<ATL::CStringT<char>>
+{
+    // A text up to its first NUL.
+    struct View : std::string_view
+    {
+        View(const char* text) : std::string_view(text) {}
+        View(const ATL::CStringT<char>& text) : std::string_view(text.GetString()) {}
+    };
+    static constexpr bool IsText = true;
+
+    static std::uint64_t Hash(View key)
+    {
+        std::uint64_t hash = 0;
+        for (const char byte : key)
+            hash = hash * 33 + static_cast<std::uint64_t>(std::int64_t{static_cast<signed char>(byte)});
+        return hash;
+    }
+    static bool Equal(std::uint64_t storedHash, const ATL::CStringT<char>& stored, std::uint64_t hash, View key)
+    {
+        return storedHash == hash && View(stored) == std::string_view(key);
+    }
+};
+
+} // namespace CbMapTypes
+
+template <class KeyType, class ValueType>
+struct CbTypeName<CbMapTypes::SAssociation<KeyType, ValueType>>
+{
+    static constexpr auto Value =
+        CbSpellTemplate<CbTypeName<KeyType>, CbTypeName<ValueType>>(CbText("struct CbMapTypes::SAssociation"));
+};

@@ -1,0 +1,285 @@
+#include "Groundwork/CbMapEx.h"
+
+#include <algorithm>
+#include <list>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Groundwork/CbExceptions.h"
+
+#include "Support/FailEachAllocation.h"
+#include "Support/Raises.h"
+
+namespace
+{
+
+using Numbers = CbMapEx<unsigned int, int>;
+using Texts = CbMapEx<std::string, int>;
+using Strings = CbMapEx<ATL::CStringT<char>, unsigned int>;
+using Borrowing =
+    CbMapEx<unsigned int, int, 0, std::hash<unsigned int>, std::equal_to<unsigned int>, CbMapPolicyBorrowed>;
+using BorrowedPool = CbPlexManager<CbMapTypes::SAssociation<unsigned int, int>, 0, unsigned int>;
+
+template <class Map>
+auto Keys(const Map& map)
+{
+    std::vector<decltype(map.GetFirst()->key)> keys;
+    for (const auto* node = map.GetFirst(); node != nullptr; node = node->next)
+        keys.push_back(node->key);
+    return keys;
+}
+
+template <class Map>
+std::uint32_t CountNodes(const Map& map)
+{
+    std::uint32_t count = 0;
+    for (const auto* node = map.GetFirst(); node != nullptr; node = node->next)
+        ++count;
+    return count;
+}
+
+template <class Map>
+std::uint32_t Bucket(const Map& map, const auto& key)
+{
+    return static_cast<std::uint32_t>(map.Find(key)->hash) & (map.GetBucketCount() - 1);
+}
+
+// The order as it is told: chains of newest first, all chains turned round when the buckets double.
+class COrderModel
+{
+public:
+    void Insert(unsigned int key)
+    {
+        bucket(key).push_front(key);
+        if (++count * 4 < chains.size() * 3)
+            return;
+        const std::vector<unsigned int> old = Keys();
+        chains.assign(chains.size() * 2, {});
+        for (const unsigned int each : old)
+            bucket(each).push_front(each);
+    }
+    std::vector<unsigned int> Keys() const
+    {
+        std::vector<unsigned int> keys;
+        for (const auto& chain : chains)
+            keys.insert(keys.end(), chain.begin(), chain.end());
+        return keys;
+    }
+
+private:
+    std::list<unsigned int>& bucket(unsigned int key)
+    {
+        std::uint64_t hash = 0xCBF29CE484222325u;
+        for (int i = 0; i < 4; ++i)
+            hash = (hash ^ ((key >> (8 * i)) & 0xFF)) * 0x100000001B3u;
+        return chains[static_cast<std::uint32_t>(hash) % chains.size()];
+    }
+
+    std::vector<std::list<unsigned int>> chains = std::vector<std::list<unsigned int>>(128);
+    std::size_t count = 0;
+};
+
+TEST(CbMapEx, EmptyTableFindsNothingAndHasNoMemory)
+{
+    const Support::CAllocationCounter counter;
+    const Numbers numbers;
+    const Texts texts;
+    EXPECT_EQ(numbers.Find(0), nullptr);
+    EXPECT_EQ(texts.Find(""), nullptr);
+    EXPECT_EQ(numbers.GetCount(), 0u);
+    EXPECT_EQ(numbers.GetFirst(), nullptr);
+    EXPECT_EQ(counter.GetCount(), 0u);
+}
+
+TEST(CbMapEx, KeysFallIntoTheirBuckets)
+{
+    Numbers numbers;
+    std::vector<std::uint32_t> buckets;
+    for (unsigned int key = 0; key < 8; ++key)
+    {
+        numbers.FindOrInsert(key);
+        buckets.push_back(Bucket(numbers, key));
+    }
+    EXPECT_EQ(buckets, (std::vector<std::uint32_t>{117, 100, 23, 6, 49, 32, 83, 66}));
+
+    Texts texts;
+    Strings strings;
+    for (const char* key : {"id", "name", "", "on", "tags", "TagList", "x", "\x80"})
+    {
+        texts.FindOrInsert(key);
+        strings.FindOrInsert(key);
+    }
+    EXPECT_EQ(Bucket(texts, "id"), 64u);
+    EXPECT_EQ(Bucket(texts, "name"), 6u);
+    EXPECT_EQ(Bucket(texts, ""), 37u);
+    EXPECT_EQ(Bucket(strings, "id"), 109u);
+    EXPECT_EQ(Bucket(strings, "name"), 65u);
+    EXPECT_EQ(Bucket(strings, ""), 0u);
+    EXPECT_EQ(Bucket(strings, "on"), 61u);
+    EXPECT_EQ(Bucket(strings, "tags"), 79u);
+    EXPECT_EQ(Bucket(strings, "TagList"), 120u);
+    EXPECT_EQ(Bucket(strings, "x"), 120u);
+    EXPECT_EQ(strings.Find("\x80")->hash, static_cast<std::uint64_t>(-128)); // bytes from 0x80 up are negative
+}
+
+TEST(CbMapEx, FindsByTextAndByObjectAlike)
+{
+    Texts texts;
+    auto* const node = texts.FindOrInsert("key");
+    node->value = 7;
+    EXPECT_EQ(texts.FindOrInsert(std::string("key")), node);
+    EXPECT_EQ(texts.Find("key")->value, 7);
+    EXPECT_EQ(texts.GetCount(), 1u);
+    EXPECT_EQ(texts.Find(std::string("key\0", 4)), nullptr); // the object's text doesn't end at a NUL
+
+    Strings strings;
+    EXPECT_EQ(strings.FindOrInsert(ATL::CStringT<char>("key")), strings.FindOrInsert("key"));
+}
+
+TEST(CbMapEx, IteratesAsTheInsertionsDecide)
+{
+    Numbers numbers;
+    for (const unsigned int key : {0u, 1u, 2u})
+        numbers.FindOrInsert(key);
+    EXPECT_EQ(Keys(numbers), (std::vector<unsigned int>{2, 1, 0}));
+    numbers.FindOrInsert(3);
+    EXPECT_EQ(Keys(numbers), (std::vector<unsigned int>{3, 2, 1, 0}));
+}
+
+// After each of a thousand insertions, through four rehashes and across the length where a list gets its buckets.
+TEST(CbMapEx, OrderIsThatOfTheModelAfterEachInsertion)
+{
+    std::mt19937 random(1);
+    for (const bool dense : {true, false})
+    {
+        Numbers numbers;
+        COrderModel model;
+        std::vector<unsigned int> keys;
+        for (unsigned int i = 0; i < 1000; ++i)
+        {
+            keys.push_back(dense ? i : static_cast<unsigned int>(random()));
+            auto* const node = numbers.FindOrInsert(keys.back());
+            model.Insert(keys.back());
+            ASSERT_EQ(Keys(numbers), model.Keys()) << i;
+            ASSERT_EQ(numbers.Find(keys[random() % keys.size()]) != nullptr, true);
+            ASSERT_EQ(numbers.Find(keys.back()), node);
+        }
+    }
+}
+
+TEST(CbMapEx, DoublesOnThe96thAndThe192ndInsertion)
+{
+    Numbers numbers;
+    const auto fillTo = [&](unsigned int count)
+    {
+        while (numbers.GetCount() < count)
+            numbers.FindOrInsert(numbers.GetCount());
+    };
+    fillTo(95);
+    EXPECT_EQ(numbers.GetBucketCount(), 128u);
+    auto* const node = numbers.Find(50);
+    fillTo(96);
+    EXPECT_EQ(numbers.GetBucketCount(), 256u);
+    EXPECT_EQ(numbers.Find(50), node); // nodes never move
+    fillTo(191);
+    EXPECT_EQ(numbers.GetBucketCount(), 256u);
+    fillTo(192);
+    EXPECT_EQ(numbers.GetBucketCount(), 512u);
+}
+
+TEST(CbMapEx, StartsWithTheGivenNumberOfBucketsRoundedDown)
+{
+    for (const auto& [given, buckets] : {std::pair(0u, 1u), {1u, 1u}, {7u, 4u}, {200u, 128u}})
+        EXPECT_EQ(Numbers(given).GetBucketCount(), buckets);
+
+    Numbers small(4u);
+    for (unsigned int key = 0; key < 200; ++key)
+        small.FindOrInsert(key);
+    EXPECT_EQ(small.GetBucketCount(), 512u);
+    EXPECT_NE(small.Find(199), nullptr);
+}
+
+TEST(CbMapEx, ClearedTableIsAsNewAndItsNodesServeAgain)
+{
+    BorrowedPool pool;
+    Borrowing map(128u, pool);
+    COrderModel model;
+    for (unsigned int key = 0; key < 300; ++key)
+        map.FindOrInsert(key);
+    map.Clear();
+    const auto blocks = pool.GetBlockCount();
+    for (unsigned int key = 300; key > 0; --key)
+    {
+        map.FindOrInsert(key)->value = 1;
+        model.Insert(key);
+    }
+    EXPECT_EQ(Keys(map), model.Keys());
+    EXPECT_EQ(pool.GetBlockCount(), blocks);
+}
+
+TEST(CbMapEx, SurvivesEveryFailedAllocation)
+{
+    const Support::CLogObserver quiet;
+    std::vector<std::string> keys;
+    for (unsigned int i = 0; i < 200; ++i)
+        keys.push_back(std::string(100, 'k') + std::to_string(i));
+    const std::uint32_t failures = Support::FailEachAllocation(
+        [&]
+        {
+            Texts texts;
+            for (const std::string& key : keys)
+            {
+                const std::uint32_t before = texts.GetCount();
+                try
+                {
+                    texts.FindOrInsert(key);
+                }
+                catch (const std::bad_alloc&)
+                {
+                    // A table that couldn't double has the new node; any other failure changes nothing.
+                    EXPECT_TRUE(texts.GetCount() == before || texts.GetCount() * 4 >= texts.GetBucketCount() * 3);
+                }
+                catch (const CbExceptionContainer&)
+                {
+                    EXPECT_EQ(texts.GetCount(), before);
+                }
+                EXPECT_EQ(CountNodes(texts), texts.GetCount());
+            }
+        });
+    EXPECT_GT(failures, 200u); // keys, blocks and buckets
+}
+
+TEST(CbMapPolicyPlexManager, RefusesAnotherPoolOnceTheTableIsInUse)
+{
+    using Shared = CbMapEx<std::string, std::unique_ptr<std::string>, 0, std::hash<std::string>,
+                           std::equal_to<std::string>, CbMapPolicyPlexManager>;
+    const auto pool = std::make_shared<Shared::Pool>(1024);
+    Shared first;
+    Shared second;
+    first.SetPlexManager(pool);
+    second.SetPlexManager(pool);
+    first.FindOrInsert("a");
+    second.FindOrInsert("b");
+    EXPECT_EQ(pool->GetBlockCount(), 1u);
+    EXPECT_RAISES(
+        CbExceptionContainer,
+        "CbMapPolicyPlexManager<class CbMapEx<class std::basic_string<char,struct std::char_traits<char>,class "
+        "std::allocator<char> >,class std::unique_ptr<class std::basic_string<char,struct std::char_traits<char>,class "
+        "std::allocator<char> >,struct std::default_delete<class std::basic_string<char,struct "
+        "std::char_traits<char>,class std::allocator<char> > > >,0,struct std::hash<class "
+        "std::basic_string<char,struct "
+        "std::char_traits<char>,class std::allocator<char> > >,struct std::equal_to<class "
+        "std::basic_string<char,struct "
+        "std::char_traits<char>,class std::allocator<char> > > >,struct CbMapTypes::SAssociation<class "
+        "std::basic_string<char,struct std::char_traits<char>,class std::allocator<char> >,class std::unique_ptr<class "
+        "std::basic_string<char,struct std::char_traits<char>,class std::allocator<char> >,struct "
+        "std::default_delete<class std::basic_string<char,struct std::char_traits<char>,class std::allocator<char> > > "
+        "> >,0,0,unsigned int>::SetPlexManager",
+        first.SetPlexManager(std::make_shared<Shared::Pool>()));
+    EXPECT_NE(first.Find("a"), nullptr);
+}
+
+} // namespace

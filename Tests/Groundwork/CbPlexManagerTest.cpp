@@ -1,0 +1,99 @@
+#include "Groundwork/CbPlexManager.h"
+
+#include <set>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Groundwork/CbExceptions.h"
+#include "Groundwork/CbMapTypes.h"
+
+#include "Support/FailEachAllocation.h"
+#include "Support/Raises.h"
+
+namespace
+{
+
+using Element = CbMapTypes::SAssociation<unsigned int, std::string>;
+using Pool = CbPlexManager<Element, 0, unsigned int>;
+
+TEST(CbPlexManager, BlocksGrowByHalfAndAreTruncatedAtEachStep)
+{
+    Pool pool;
+    std::vector<unsigned int> sizes;
+    for (unsigned int handedOut = 0, available = 0; sizes.size() < 12; ++handedOut)
+    {
+        if (handedOut == available)
+        {
+            sizes.push_back(pool.GetNextBlockSize());
+            available += sizes.back();
+        }
+        pool.getFreeElement();
+        ASSERT_EQ(pool.GetBlockCount(), sizes.size());
+    }
+    EXPECT_EQ(sizes, (std::vector<unsigned int>{128, 192, 288, 432, 648, 972, 1458, 2187, 3280, 4920, 7380, 11070}));
+}
+
+TEST(CbPlexManager, HandsOutTheLastElementOfABlockFirstAndNoneTwice)
+{
+    Pool pool(1024);
+    std::set<Element*> elements;
+    Element* const last = pool.getFreeElement();
+    elements.insert(last);
+    for (int i = 1; i < 3000; ++i)
+    {
+        Element* const element = pool.getFreeElement();
+        EXPECT_TRUE(i >= 1024 || element == last - i);
+        EXPECT_TRUE(elements.insert(element).second);
+    }
+    pool.recycleElement(last);
+    EXPECT_EQ(pool.getFreeElement(), last);
+}
+
+TEST(CbPlexManager, RaisesItsFullNameAndAsksForTheNextSizeAfterwards)
+{
+    Pool pool;
+    const char* const name =
+        "CbPlexManager<struct CbMapTypes::SAssociation<unsigned int,class std::basic_string<char,struct "
+        "std::char_traits<char>,class std::allocator<char> > >,0,unsigned int>::getFreeElement";
+    const Support::CLogObserver quiet;
+    unsigned int raised = 0;
+    EXPECT_EQ(Support::FailEachAllocation(
+                  [&]
+                  {
+                      try
+                      {
+                          pool.getFreeElement();
+                      }
+                      catch (const CbExceptionContainer& exception)
+                      {
+                          EXPECT_STREQ(exception.GetFunctionName(), name);
+                          EXPECT_STREQ(exception.GetFilename(), "Sources/Core/Groundwork/CbPlexManager.cpp");
+                          ++raised;
+                      }
+                  }),
+              2u); // the record and the storage
+    EXPECT_EQ(raised, 2u);
+    EXPECT_EQ(pool.GetBlockCount(), 3u);
+    EXPECT_EQ(pool.GetNextBlockSize(), 432u);
+}
+
+TEST(CbPlexManager, NamesEveryValueThatDocumentsHold)
+{
+    const auto name = [](auto* element)
+    { return std::string(CbTypeName<std::remove_pointer_t<decltype(element)>>::Value.GetString()); };
+    using CbMapTypes::SAssociation;
+    EXPECT_EQ(name(static_cast<SAssociation<unsigned int, CbDateTime>*>(nullptr)),
+              "struct CbMapTypes::SAssociation<unsigned int,class CbDateTime>");
+    EXPECT_EQ(name(static_cast<SAssociation<unsigned int, std::uint64_t>*>(nullptr)),
+              "struct CbMapTypes::SAssociation<unsigned int,unsigned __int64>");
+    EXPECT_EQ(name(static_cast<SAssociation<unsigned int, CbArray<unsigned char>>*>(nullptr)),
+              "struct CbMapTypes::SAssociation<unsigned int,class CbArray<unsigned char> >");
+    EXPECT_EQ(name(static_cast<SAssociation<ATL::CStringT<char>, unsigned int>*>(nullptr)),
+              "struct CbMapTypes::SAssociation<class ATL::CStringT<char>,unsigned int>");
+    EXPECT_EQ(name(static_cast<SAssociation<unsigned int, std::pair<unsigned int, std::unique_ptr<int>>>*>(nullptr)),
+              "struct CbMapTypes::SAssociation<unsigned int,struct std::pair<unsigned int,class "
+              "std::unique_ptr<int,struct std::default_delete<int> > > >");
+}
+
+} // namespace
