@@ -1,17 +1,26 @@
 #pragma once
 
 // Everything public at once. Each class also has a header of its own.
-#include "Groundwork/CbDateTime.h"
+#include "Scribe/CScribe.h"
+
 #include "Groundwork/CbArray.h"
+#include "Groundwork/CbDateTime.h"
+#include "Groundwork/CbDateTimeStream.h"
 #include "Groundwork/CbExceptions.h"
+#include "Groundwork/CbMapEx.h"
 #include "Groundwork/CbStreamReadBinary.h"
 #include "Groundwork/CbStreamReadBinaryBuffer.h"
 #include "Groundwork/CbStreamWriteBinary.h"
 #include "Groundwork/CbStreamWriteBinaryBuffer.h"
 #include "Groundwork/IDateTime.h"
 
+#include "Vellum/Base64.h"
 #include "Vellum/BlobRange.h"
 #include "Vellum/CException.h"
+#include "Vellum/CReaderBinary.h"
+#include "Vellum/CWriterBinary.h"
+#include "Vellum/Conversion.h"
+#include "Vellum/Encodings.h"
 #include "Vellum/IContainerReader.h"
 #include "Vellum/IContainerWriter.h"
 #include "Vellum/IDataReader.h"
