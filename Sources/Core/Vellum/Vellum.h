@@ -6,6 +6,7 @@
 
 #include "Vellum/BlobRange.h"
 #include "Vellum/CException.h"
+#include "Vellum/CReaderJson.h"
 #include "Vellum/CWriterJson.h"
 #include "Vellum/IContainerReader.h"
 #include "Vellum/IContainerWriter.h"
