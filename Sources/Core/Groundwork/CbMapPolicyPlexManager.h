@@ -23,6 +23,7 @@ protected:
     using Pool = CbPlexManager<Element, 0, Size>;
     static constexpr bool RecyclesNodes = false;
 
+    explicit CbMapPolicyInline(Size firstBlockSize = 128) : pool(firstBlockSize) {}
     Pool& getPool() { return pool; }
 
 private:

@@ -1,7 +1,12 @@
 #pragma once
 
 // Everything public at once. Each class also has a header of its own.
+#include "Groundwork/CbArray.h"
 #include "Groundwork/CbExceptions.h"
+#include "Groundwork/CbStreamReadBinary.h"
+#include "Groundwork/CbStreamReadBinaryBuffer.h"
+#include "Groundwork/CbStreamWriteBinary.h"
+#include "Groundwork/CbStreamWriteBinaryBuffer.h"
 #include "Groundwork/IDateTime.h"
 
 #include "Vellum/BlobRange.h"

@@ -42,11 +42,28 @@ using ValueKinds = SKindList<SKind<bool, 0>, SKind<unsigned char, 2>, SKind<sign
                              SKind<char, 1>, SKind<std::string, 12>, SKind<std::wstring, 13>, SKind<IDateTime, 14>,
                              SKind<SBlob, 15>, SKind<ISerializable, 16>, SKind<ISerializableContainer, 17>>;
 
-// Tags that code outside the list has to name.
-inline constexpr std::uint8_t TagDate = 14;
-inline constexpr std::uint8_t TagBlob = 15;
-inline constexpr std::uint8_t TagObject = 16;
-inline constexpr std::uint8_t TagSequence = 17;
+template <class T, class Kinds>
+struct STagOf;
+
+template <class T, std::uint8_t Tag, class... Rest>
+struct STagOf<T, SKindList<SKind<T, Tag>, Rest...>>
+{
+    static constexpr std::uint8_t Value = Tag;
+};
+template <class T, class Other, class... Rest>
+struct STagOf<T, SKindList<Other, Rest...>> : STagOf<T, SKindList<Rest...>>
+{
+};
+
+// The tag of the kind with the type T.
+template <class T>
+inline constexpr std::uint8_t TagOf = STagOf<T, ValueKinds>::Value;
+
+// Tags that code has to name.
+inline constexpr std::uint8_t TagDate = TagOf<IDateTime>;
+inline constexpr std::uint8_t TagBlob = TagOf<SBlob>;
+inline constexpr std::uint8_t TagObject = TagOf<ISerializable>;
+inline constexpr std::uint8_t TagSequence = TagOf<ISerializableContainer>;
 
 // How a value of a kind is passed to a writer: numbers by value, everything else by reference.
 template <class T>

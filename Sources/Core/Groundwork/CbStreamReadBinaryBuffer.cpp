@@ -1,0 +1,3 @@
+#include "Groundwork/CbStreamReadBinaryBuffer.h"
+
+CbStreamReadBinaryBuffer::~CbStreamReadBinaryBuffer() = default;

@@ -1,0 +1,569 @@
+#include "Vellum/CWriterBinary.h"
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <new>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "Groundwork/CbArray.h"
+#include "Groundwork/CbDateTime.h"
+#include "Groundwork/CbMapEx.h"
+#include "Groundwork/CbStreamWriteBinaryBuffer.h"
+
+#include "Vellum/CException.h"
+#include "Vellum/IContainerWriter.h"
+#include "Vellum/IDataWriter.h"
+#include "Vellum/ISerializable.h"
+#include "Vellum/ISerializableContainer.h"
+
+#include "Vellum/src/KindOperations.h"
+#include "Vellum/src/TypeNames.h"
+
+// document := version:u32 rootTag:u8 count:u32 { text index:u32 }      the string table, in its table's order
+//             record | sequence
+// record   := sections:u8 { tag:u8 entries:u32 { key:u32 value } }     entries > 0: an empty section isn't written
+// sequence := tag:u8 count:u32 [ typeHeader ] { value }                the header only for objects, if there are any
+// typeHeader := true:u8 type:u32 | false:u8 { type:u32 }               one type for all, or one for each
+// value    := the number | text | date | size:u32 bytes | type:u32 record | sequence
+//
+// key, index and type are indices of the string table. All numbers are little-endian.
+
+namespace Vellum
+{
+namespace
+{
+
+constexpr std::uint64_t Max32 = std::numeric_limits<std::uint32_t>::max();
+
+// What the table of a kind stores.
+template <class T>
+struct SStored
+{
+    using Type = T;
+};
+template <>
+struct SStored<IDateTime>
+{
+    using Type = CbDateTime;
+};
+template <>
+struct SStored<SBlob>
+{
+    using Type = CbArray<unsigned char>;
+};
+template <>
+struct SStored<ISerializable>
+{
+    using Type = std::pair<unsigned int, std::unique_ptr<CDataWriterBinary>>; // index of the type name
+};
+template <>
+struct SStored<ISerializableContainer>
+{
+    using Type = std::pair<unsigned int, std::unique_ptr<CContainerWriterBinary>>;
+};
+
+// The fields of one kind, by the index of their key. Records are many and small, so all tables of a document draw on
+// one pool for each kind, which starts small too.
+template <class T>
+using Table = CbMapEx<unsigned int,
+                      typename SStored<T>::Type,
+                      0,
+                      std::hash<unsigned int>,
+                      std::equal_to<unsigned int>,
+                      CbMapPolicyBorrowed>;
+
+template <class T>
+struct SPool
+{
+    CbPlexManager<typename Table<T>::SAssociation, 0, unsigned int> nodes{8u};
+};
+
+template <class Kinds>
+struct STuples;
+
+template <class... Kind>
+struct STuples<SKindList<Kind...>>
+{
+    using Pools = std::tuple<SPool<typename Kind::Type>...>;
+    using Tables = std::tuple<std::unique_ptr<Table<typename Kind::Type>>...>;
+};
+
+// Where emitted bytes go: into the buffer of a sequence, where they stay, or by way of a buffer to the client's stream.
+class COutput
+{
+public:
+    explicit COutput(CbStreamWriteBinaryBuffer& buffer) : buffer(buffer) {}
+    COutput(CbStreamWriteBinaryBuffer& buffer, CbStreamWriteBinary& stream) : buffer(buffer), stream(&stream) {}
+
+    CbStreamWriteBinaryBuffer& buffer;
+
+    // Called between items: passes a well-filled buffer on.
+    void Relieve()
+    {
+        if (stream != nullptr && buffer.GetSize() >= WellFilled)
+            Flush();
+    }
+    void Flush()
+    {
+        stream->Write(buffer.GetData(), buffer.GetSize());
+        buffer.Truncate(0);
+    }
+    void WriteNumbers(const unsigned int* numbers, std::uint32_t count)
+    {
+        for (; count != 0; --count, Relieve())
+            buffer.Write(*numbers++);
+    }
+    void WriteBytes(const void* data, std::uint32_t size)
+    {
+        if (stream != nullptr && size >= WellFilled)
+        {
+            Flush();
+            stream->Write(data, size);
+        }
+        else if (size != 0)
+            buffer.Write(data, std::size_t{size});
+    }
+
+private:
+    static constexpr std::uint32_t WellFilled = 0x8000;
+
+    CbStreamWriteBinary* stream = nullptr;
+};
+
+} // namespace
+
+// What all writers of one document share: the string table, the pools, and writers of finished elements, which serve
+// again.
+class CBinaryDocument
+{
+public:
+    // The index of a text: how many texts were known when it was first used.
+    unsigned int Intern(const char* text)
+    {
+        const auto [node, isNew] = strings.FindOrEmplace(text, strings.GetCount());
+        return node->value;
+    }
+
+    template <class T>
+    auto& GetPool()
+    {
+        return std::get<SPool<T>>(pools).nodes;
+    }
+
+    template <class Writer>
+    std::unique_ptr<Writer> TakeWriter()
+    {
+        auto& spare = std::get<std::vector<std::unique_ptr<Writer>>>(spares);
+        if (spare.empty())
+            return std::make_unique<Writer>(*this);
+        std::unique_ptr<Writer> writer = std::move(spare.back());
+        spare.pop_back();
+        return writer;
+    }
+
+    template <class Writer>
+    void GiveBack(std::unique_ptr<Writer> writer) noexcept
+    {
+        if (!writer)
+            return;
+        writer->Clear();
+        try
+        {
+            std::get<std::vector<std::unique_ptr<Writer>>>(spares).push_back(std::move(writer));
+        }
+        catch (const std::bad_alloc&)
+        {
+            writer.reset(); // one that can't be kept is made anew when it is needed
+        }
+    }
+
+    void EmitHead(COutput& output, std::uint8_t rootTag) const
+    {
+        output.buffer.WriteVersion(0);
+        output.buffer.Write(rootTag);
+        output.buffer.Write(strings.GetCount());
+        for (const auto* node = strings.GetFirst(); node != nullptr; node = node->next)
+        {
+            output.buffer.Write(node->key).Write(node->value);
+            output.Relieve();
+        }
+    }
+
+private:
+    CbMapEx<ATL::CStringT<char>, unsigned int> strings{128u, 16u};
+    STuples<ValueKinds>::Pools pools;
+    std::tuple<std::vector<std::unique_ptr<CDataWriterBinary>>, std::vector<std::unique_ptr<CContainerWriterBinary>>>
+        spares; // before they go, their nodes go back to the pools above
+};
+
+// The fields of one object.
+class CDataWriterBinary final : public CWriteOperations<CDataWriterBinary, IDataWriter, const char*>
+{
+public:
+    explicit CDataWriterBinary(CBinaryDocument& document) : document(document) {}
+
+    template <class T>
+    void writeValue(const char* key, const T& value)
+    {
+        const auto [node, isNew] = getTable<T>().FindOrEmplace(document.Intern(key), value);
+        if (!isNew)
+            node->value = value;
+    }
+    void writeValue(const char* key, const IDateTime& value);
+    void writeValue(const char* key, const SBlob& value);
+    void writeValue(const char* key, const ISerializable& value) { writeNested<CDataWriterBinary>(key, value); }
+    void writeValue(const char* key, const ISerializableContainer& value)
+    {
+        writeNested<CContainerWriterBinary>(key, value);
+    }
+
+    void Emit(COutput& output) const;
+
+    // Makes the writer as new. The memory of its tables is kept.
+    void Clear() noexcept;
+
+private:
+    template <class T>
+    Table<T>& getTable()
+    {
+        std::unique_ptr<Table<T>>& table = std::get<std::unique_ptr<Table<T>>>(tables);
+        if (!table)
+            table = std::make_unique<Table<T>>(Table<T>::DefaultBucketCount, document.GetPool<T>());
+        return *table;
+    }
+
+    template <class Writer, class T>
+    void writeNested(const char* key, const T& value);
+
+    template <class T>
+    void clearTable(std::unique_ptr<Table<T>>& table) noexcept;
+    template <class... Kind>
+    void clearTables(SKindList<Kind...>) noexcept;
+
+    CBinaryDocument& document;
+    STuples<ValueKinds>::Tables tables; // null: no field of that kind
+};
+
+// The elements of one sequence, each encoded as soon as it is written.
+class CContainerWriterBinary final : public CWriteOperations<CContainerWriterBinary, IContainerWriter>
+{
+public:
+    explicit CContainerWriterBinary(CBinaryDocument& document) : document(document) {}
+
+    template <class T>
+    void writeValue(const T& value)
+    {
+        fixTag(TagOf<T>);
+        append([&] { buffer.Write(value); });
+    }
+    void writeValue(const IDateTime& value);
+    void writeValue(const SBlob& value);
+    void writeValue(const ISerializable& value);
+    void writeValue(const ISerializableContainer& value);
+
+    void Emit(COutput& output) const;
+
+    // Makes the writer as new. The memory of its buffer is kept.
+    void Clear() noexcept;
+
+private:
+    void fixTag(std::uint8_t tagOfElement);
+
+    template <class Encode>
+    void append(const Encode& encode);
+    void emitTypeHeader(COutput& output) const;
+
+    CBinaryDocument& document;
+    CbArray<unsigned int> typeNames; // one index for each element that is an object
+    bool typed = false;              // whether the first element has fixed the tag
+    std::uint8_t tag = 0;
+    std::uint32_t count = 0;
+    CbStreamWriteBinaryBuffer buffer{0u};
+};
+
+namespace
+{
+
+// A writer for one nested element, which goes back to the document on every way out.
+template <class Writer>
+class CTemporaryWriter
+{
+public:
+    explicit CTemporaryWriter(CBinaryDocument& document) : document(document), writer(document.TakeWriter<Writer>()) {}
+    ~CTemporaryWriter() { document.GiveBack(std::move(writer)); }
+    CTemporaryWriter(const CTemporaryWriter&) = delete;
+    CTemporaryWriter& operator=(const CTemporaryWriter&) = delete;
+
+    Writer& Get() const { return *writer; }
+
+private:
+    CBinaryDocument& document;
+    std::unique_ptr<Writer> writer;
+};
+
+void EmitDate(CbStreamWriteBinaryBuffer& buffer, const CbDateTime& date)
+{
+    buffer.Write(0u).Write(date.ToFileTime());
+}
+
+// The value of a table's entry.
+template <class T>
+void EmitValue(COutput& output, const T& value)
+{
+    output.buffer.Write(value);
+}
+void EmitValue(COutput& output, const CbDateTime& date) { EmitDate(output.buffer, date); }
+void EmitValue(COutput& output, const CbArray<unsigned char>& blob)
+{
+    output.buffer.Write(blob.GetSize());
+    output.WriteBytes(blob.GetData(), blob.GetSize());
+}
+void EmitValue(COutput& output, const SStored<ISerializable>::Type& object)
+{
+    output.buffer.Write(object.first);
+    object.second->Emit(output);
+}
+void EmitValue(COutput& output, const SStored<ISerializableContainer>::Type& sequence) { sequence.second->Emit(output); }
+
+template <class T>
+bool IsUsed(const std::unique_ptr<T>& table)
+{
+    return table && table->GetCount() != 0;
+}
+
+template <class T>
+void EmitSection(COutput& output, const std::unique_ptr<Table<T>>& table)
+{
+    if (!IsUsed(table))
+        return;
+    output.buffer.Write(TagOf<T>);
+    output.buffer.Write(table->GetCount());
+    for (const auto* node = table->GetFirst(); node != nullptr; node = node->next)
+    {
+        output.buffer.Write(node->key);
+        EmitValue(output, node->value);
+        output.Relieve();
+    }
+}
+
+template <class... Kind>
+void EmitSections(COutput& output, const STuples<ValueKinds>::Tables& tables, SKindList<Kind...>)
+{
+    (EmitSection<typename Kind::Type>(output, std::get<std::unique_ptr<Table<typename Kind::Type>>>(tables)), ...);
+}
+
+} // namespace
+
+void CDataWriterBinary::writeValue(const char* key, const IDateTime& value)
+{
+    const auto [node, isNew] = getTable<IDateTime>().FindOrEmplace(document.Intern(key), value);
+    if (!isNew)
+        node->value = CbDateTime(value);
+}
+
+void CDataWriterBinary::writeValue(const char* key, const SBlob& value)
+{
+    if (value.size > Max32)
+        throw CException(__FILE__, __LINE__, "Vellum::CDataWriterBinary::Write");
+    CbArray<unsigned char> bytes;
+    bytes.Reserve(value.size);
+    bytes.Append(static_cast<const unsigned char*>(value.data), value.size);
+    getTable<SBlob>().FindOrInsert(document.Intern(key))->value = std::move(bytes);
+}
+
+// The nested writer takes its place in the entry when the client is done with it, normally or by an exception. Until
+// then it stands alone, so that nothing that the client does meanwhile can destroy it.
+template <class Writer, class T>
+void CDataWriterBinary::writeNested(const char* key, const T& value)
+{
+    const unsigned int index = document.Intern(key);
+    const unsigned int typeName = document.Intern(value.GetTypeName());
+    std::unique_ptr<Writer> nested = document.TakeWriter<Writer>();
+    auto* const node = getTable<T>().FindOrInsert(index);
+    node->value.first = typeName;
+    const auto enter = [&]() noexcept
+    {
+        node->value.second.swap(nested);
+        document.GiveBack(std::move(nested));
+    };
+    try
+    {
+        value.Write(*nested);
+    }
+    catch (...)
+    {
+        enter();
+        throw;
+    }
+    enter();
+}
+
+void CDataWriterBinary::Emit(COutput& output) const
+{
+    const std::size_t sections =
+        std::apply([](const auto&... table) { return (std::size_t{0} + ... + (IsUsed(table) ? 1 : 0)); }, tables);
+    output.buffer.Write(static_cast<unsigned char>(sections));
+    EmitSections(output, tables, ValueKinds());
+}
+
+// Nested writers go back to the document before the nodes that hold them are destroyed.
+template <class T>
+void CDataWriterBinary::clearTable(std::unique_ptr<Table<T>>& table) noexcept
+{
+    if (!IsUsed(table))
+        return;
+    if constexpr (TagOf<T> == TagObject || TagOf<T> == TagSequence)
+        for (auto* node = table->GetFirst(); node != nullptr; node = node->next)
+            document.GiveBack(std::move(node->value.second));
+    table->Clear();
+}
+
+template <class... Kind>
+void CDataWriterBinary::clearTables(SKindList<Kind...>) noexcept
+{
+    (clearTable<typename Kind::Type>(std::get<std::unique_ptr<Table<typename Kind::Type>>>(tables)), ...);
+}
+
+void CDataWriterBinary::Clear() noexcept { clearTables(ValueKinds()); }
+
+void CContainerWriterBinary::fixTag(std::uint8_t tagOfElement)
+{
+    if (typed && tag != tagOfElement)
+        throw CException(__FILE__,
+                         __LINE__,
+                         tagOfElement <= TagDate ? "Vellum::CContainerWriterBinary::write"
+                                                 : "Vellum::CContainerWriterBinary::Write");
+    typed = true;
+    tag = tagOfElement;
+}
+
+// Encodes one element, or leaves no trace of it.
+template <class Encode>
+void CContainerWriterBinary::append(const Encode& encode)
+{
+    const std::uint32_t size = buffer.GetSize();
+    try
+    {
+        if (count == Max32)
+            throw std::bad_array_new_length();
+        encode();
+    }
+    catch (const std::bad_array_new_length&) // beyond 32 bits
+    {
+        buffer.Truncate(size);
+        throw CException(__FILE__, __LINE__, "Vellum::CContainerWriterBinary::Write");
+    }
+    catch (...)
+    {
+        buffer.Truncate(size);
+        throw;
+    }
+    ++count;
+}
+
+void CContainerWriterBinary::writeValue(const IDateTime& value)
+{
+    fixTag(TagDate);
+    append([&] { EmitDate(buffer, CbDateTime(value)); });
+}
+
+void CContainerWriterBinary::writeValue(const SBlob& value)
+{
+    fixTag(TagBlob);
+    append(
+        [&]
+        {
+            if (value.size > Max32)
+                throw std::bad_array_new_length();
+            buffer.Write(static_cast<std::uint32_t>(value.size)).Write(value.data, value.size);
+        });
+}
+
+void CContainerWriterBinary::writeValue(const ISerializable& value)
+{
+    fixTag(TagObject);
+    const unsigned int typeName = document.Intern(value.GetTypeName());
+    const CTemporaryWriter<CDataWriterBinary> nested(document);
+    value.Write(nested.Get());
+    append(
+        [&]
+        {
+            typeNames.SetSize(count); // also forgets the name of an element that failed below
+            typeNames.Add(typeName);
+            buffer.Write(typeName);
+            COutput output(buffer);
+            nested.Get().Emit(output);
+        });
+}
+
+void CContainerWriterBinary::writeValue(const ISerializableContainer& value)
+{
+    fixTag(TagSequence);
+    const CTemporaryWriter<CContainerWriterBinary> nested(document);
+    value.Write(nested.Get());
+    append(
+        [&]
+        {
+            COutput output(buffer);
+            nested.Get().Emit(output);
+        });
+}
+
+void CContainerWriterBinary::Emit(COutput& output) const
+{
+    output.buffer.Write(count == 0 ? std::uint8_t{0} : tag).Write(count);
+    if (count == 0)
+        return;
+    if (tag == TagObject)
+        emitTypeHeader(output);
+    output.WriteBytes(buffer.GetData(), buffer.GetSize());
+}
+
+void CContainerWriterBinary::emitTypeHeader(COutput& output) const
+{
+    const unsigned int* const names = typeNames.GetData();
+    const bool alike = std::all_of(names, names + count, [&](unsigned int name) { return name == *names; });
+    output.buffer.Write(alike);
+    output.WriteNumbers(names, alike ? 1 : count);
+}
+
+void CContainerWriterBinary::Clear() noexcept
+{
+    typeNames.SetSize(0);
+    typed = false;
+    tag = 0;
+    count = 0;
+    buffer.Truncate(0);
+}
+
+CWriterBinary::CWriterBinary(CbStreamWriteBinary& stream) : stream(stream) {}
+CWriterBinary::CWriterBinary(const CWriterBinary& other) = default;
+CWriterBinary::~CWriterBinary() = default;
+
+namespace
+{
+
+template <class Writer, class Root>
+void WriteDocument(CbStreamWriteBinary& stream, const Root& root)
+{
+    CBinaryDocument document;
+    Writer writer(document);
+    root.Write(writer);
+
+    CbStreamWriteBinaryBuffer buffer;
+    COutput output(buffer, stream);
+    document.EmitHead(output, TagOf<Root>);
+    writer.Emit(output);
+    output.Flush();
+}
+
+} // namespace
+
+void CWriterBinary::Write(const ISerializable& root) { WriteDocument<CDataWriterBinary>(stream, root); }
+
+void CWriterBinary::Write(const ISerializableContainer& root) { WriteDocument<CContainerWriterBinary>(stream, root); }
+
+} // namespace Vellum
