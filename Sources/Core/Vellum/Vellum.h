@@ -1,6 +1,7 @@
 #pragma once
 
 // Everything public at once. Each class also has a header of its own.
+#include "Groundwork/CbDateTime.h"
 #include "Groundwork/CbArray.h"
 #include "Groundwork/CbExceptions.h"
 #include "Groundwork/CbStreamReadBinary.h"

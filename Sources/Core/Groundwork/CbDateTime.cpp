@@ -1,0 +1,257 @@
+#include "Groundwork/CbDateTime.h"
+
+#include <cstring>
+#include <limits>
+#include <string_view>
+
+#include "Platform/DateNames.h"
+#include "Platform/Utf8.h"
+
+#include "Groundwork/CbExceptions.h"
+
+namespace
+{
+
+constexpr SSystemTime FirstDay = {1601, 1, 1, 1, 0, 0, 0, 0}; // tick count 0, a Monday
+
+// Parsing: what sscanf does with "%hu", with a blank and with any other character of its format, in the C locale.
+
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+void SkipBlanks(const char*& at)
+{
+    while (*at == ' ' || (*at >= '\t' && *at <= '\r'))
+        ++at;
+}
+
+// False, with the value untouched, if there are no digits. A minus sign negates modulo 2^64, and what passes 64 bits is
+// the largest 64-bit number, sign or not; then the low 16 bits count.
+bool TakeNumber(const char*& at, std::uint16_t& value)
+{
+    constexpr std::uint64_t Largest = std::numeric_limits<std::uint64_t>::max();
+    SkipBlanks(at);
+    const bool negative = *at == '-';
+    if (negative || *at == '+')
+        ++at;
+    if (!IsDigit(*at))
+        return false;
+
+    std::uint64_t number = 0;
+    bool tooLarge = false;
+    for (; IsDigit(*at); ++at)
+    {
+        const auto digit = static_cast<std::uint64_t>(*at - '0');
+        tooLarge = tooLarge || number > Largest / 10 || (number == Largest / 10 && digit > Largest % 10);
+        number = number * 10 + digit;
+    }
+    if (tooLarge)
+        number = Largest;
+    else if (negative)
+        number = 0 - number;
+    value = static_cast<std::uint16_t>(number & 0xFFFF);
+    return true;
+}
+
+bool TakeLiteral(const char*& at, char literal)
+{
+    if (literal == ' ')
+        SkipBlanks(at);
+    else if (*at == literal)
+        ++at;
+    else
+        return false;
+    return true;
+}
+
+// Formatting.
+
+void AppendNumber(std::string& text, unsigned value, std::size_t minimalDigits)
+{
+    char digits[5]; // of a 16-bit number
+    std::size_t count = 0;
+    do
+    {
+        digits[sizeof digits - ++count] = static_cast<char>('0' + value % 10);
+        value /= 10;
+    } while (value != 0 || count < minimalDigits);
+    text.append(digits + sizeof digits - count, count);
+}
+
+unsigned GetDaysInMonth(unsigned year, unsigned month)
+{
+    constexpr unsigned char Days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    if (month < 1 || month > 12)
+        throw CbExceptionConversion(__FILE__, __LINE__, "CbDateTime::ToString");
+    const bool leapYear = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+    return month == 2 && leapYear ? 29 : Days[month - 1];
+}
+
+// The name, or what stands in its place.
+std::string GetName(const SSystemTime& date, EDateName which)
+{
+    std::wstring name;
+    switch (GetDateName(date, which, name))
+    {
+    case EDateNameResult::Success:
+        return Utf16ToUtf8(name);
+    case EDateNameResult::InvalidParameter:
+        return "ERROR_INVALID_PARAMETER";
+    case EDateNameResult::InsufficientBuffer:
+        return "ERROR_INSUFFICIENT_BUFFER";
+    case EDateNameResult::InvalidFlags:
+        return "ERROR_INVALID_FLAGS";
+    case EDateNameResult::OtherFailure:
+        break;
+    }
+    return "UNKNOWN ERROR";
+}
+
+// Characters, not bytes: a letter of UTF-8 is never cut.
+std::string_view GetFirstThree(std::string_view utf8)
+{
+    std::size_t end = 0;
+    for (int characters = 0; end < utf8.size(); ++end)
+        if ((static_cast<unsigned char>(utf8[end]) & 0xC0) != 0x80 && ++characters > 3)
+            break;
+    return utf8.substr(0, end);
+}
+
+// What one byte of the format stands for.
+void AppendSpecifier(std::string& text, char specifier, const SSystemTime& date)
+{
+    const bool morning = date.hour <= 12; // noon and the hour behind it are AM too
+    switch (specifier)
+    {
+    case 'Y':
+        return AppendNumber(text, date.year, 4);
+    case 'y':
+        return AppendNumber(text, date.year % 100u, 2);
+    case 'm':
+        return AppendNumber(text, date.month, 2);
+    case 'n':
+        return AppendNumber(text, date.month, 1);
+    case 'd':
+        return AppendNumber(text, date.day, 2);
+    case 'j':
+        return AppendNumber(text, date.day, 1);
+    case 'H':
+        return AppendNumber(text, date.hour, 2);
+    case 'G':
+        return AppendNumber(text, date.hour, 1);
+    case 'h':
+        return AppendNumber(text, date.hour % 12u, 2);
+    case 'g':
+        return AppendNumber(text, date.hour % 12u, 1);
+    case 'i':
+        return AppendNumber(text, date.minute, 2);
+    case 's':
+        return AppendNumber(text, date.second, 2);
+    case 'v':
+        return AppendNumber(text, date.milliseconds % 1000u, 3);
+    case 'A':
+        text += morning ? "AM" : "PM";
+        return;
+    case 'a':
+        text += morning ? "am" : "pm";
+        return;
+    case 'l':
+        text += GetName(date, EDateName::Weekday);
+        return;
+    case 'D':
+        text += GetFirstThree(GetName(date, EDateName::Weekday));
+        return;
+    case 'F':
+        text += GetName(date, EDateName::Month);
+        return;
+    case 'M':
+        text += GetName(date, EDateName::AbbreviatedMonth);
+        return;
+    case 't':
+        return AppendNumber(text, GetDaysInMonth(date.year, date.month), 2);
+    default:
+        text += specifier;
+    }
+}
+
+} // namespace
+
+CbDateTime::CbDateTime() : fields(GetUtcTime()) {}
+
+CbDateTime::CbDateTime(const IDateTime& other)
+    : fields{other.GetYear(),   other.GetMonth(),       0, other.GetDay(), other.GetHour(), other.GetMinute(),
+             other.GetSecond(), other.GetMilliseconds()}
+{
+}
+
+CbDateTime& CbDateTime::operator=(const IDateTime& other)
+{
+    IDateTime::operator=(other);
+    return *this;
+}
+
+CbDateTime::CbDateTime(const char* text) : fields()
+{
+    if (!parse(text))
+        throw CbExceptionConversion(__FILE__, __LINE__, "CbDateTime::CbDateTime");
+}
+
+CbDateTime& CbDateTime::operator=(const char* text)
+{
+    if (!parse(text))
+        throw CbExceptionConversion(__FILE__, __LINE__, "CbDateTime::operator =");
+    return *this;
+}
+
+CbDateTime::CbDateTime(std::uint64_t ticks) : fields(FirstDay) { TicksToFields(ticks, fields); }
+
+std::uint64_t CbDateTime::ToFileTime() const
+{
+    std::uint64_t ticks = 0;
+    FieldsToTicks(fields, ticks);
+    return ticks;
+}
+
+ATL::CStringT<char> CbDateTime::ToString(const char* format, bool localTime) const
+{
+    if (format == nullptr)
+        throw CbExceptionConversion(__FILE__, __LINE__, "CbDateTime::ToString");
+    SSystemTime date = fields;
+    if (localTime)
+        UtcToLocal(fields, date);
+
+    ATL::CStringT<char> text;
+    text.reserve(2 * std::strlen(format)); // enough for numbers with signs between them
+    for (; *format != '\0'; ++format)
+        if (*format != '\\')
+            AppendSpecifier(text, *format, date);
+        else if (format[1] != '\0')
+            text += *++format;
+    return text;
+}
+
+std::wstring CbDateTime::ToString(const wchar_t* format, bool localTime) const
+{
+    if (format == nullptr)
+        throw CbExceptionConversion(__FILE__, __LINE__, "CbDateTime::ToString");
+    return Utf8ToUtf16(ToString(Utf16ToUtf8(format).c_str(), localTime));
+}
+
+bool CbDateTime::parse(const char* text)
+{
+    constexpr std::size_t ShortestText = 19;
+    if (text == nullptr || std::memchr(text, '\0', ShortestText) != nullptr)
+        return false;
+    if (text[4] != '-' || text[7] != '-' || text[13] != ':' || text[16] != ':')
+        return false;
+    fields.dayOfWeek = 0;
+    fields.milliseconds = 0;
+    const char separator = text[10];
+    if (separator != ' ' && separator != 'T')
+        return false;
+
+    const char* at = text;
+    return TakeNumber(at, fields.year) && TakeLiteral(at, '-') && TakeNumber(at, fields.month) &&
+           TakeLiteral(at, '-') && TakeNumber(at, fields.day) && TakeLiteral(at, separator) &&
+           TakeNumber(at, fields.hour) && TakeLiteral(at, ':') && TakeNumber(at, fields.minute) &&
+           TakeLiteral(at, ':') && TakeNumber(at, fields.second);
+}

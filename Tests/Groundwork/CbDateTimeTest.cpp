@@ -1,0 +1,235 @@
+#include "Groundwork/CbDateTime.h"
+
+#include <cstdio>
+#include <random>
+#include <tuple>
+
+#include <gtest/gtest.h>
+
+#include "Platform/Utf8.h"
+
+#include "Groundwork/CbExceptions.h"
+
+#include "Support/CEnvironment.h"
+#include "Support/FailEachAllocation.h"
+#include "Support/Raises.h"
+#include "Support/Texts.h"
+
+namespace
+{
+
+using Support::CEnvironment;
+
+auto AsTuple(const IDateTime& date)
+{
+    return std::tuple(date.GetYear(), date.GetMonth(), date.GetDay(), date.GetHour(), date.GetMinute(),
+                      date.GetSecond(), date.GetMilliseconds());
+}
+
+using Fields = decltype(AsTuple(std::declval<const IDateTime&>()));
+
+CbDateTime DateOf(const Fields& fields)
+{
+    CbDateTime date(std::uint64_t{0});
+    date.SetYear(std::get<0>(fields));
+    date.SetMonth(std::get<1>(fields));
+    date.SetDay(std::get<2>(fields));
+    date.SetHour(std::get<3>(fields));
+    date.SetMinute(std::get<4>(fields));
+    date.SetSecond(std::get<5>(fields));
+    date.SetMilliseconds(std::get<6>(fields));
+    return date;
+}
+
+std::string Format(const Fields& fields, const char* format) { return DateOf(fields).ToString(format); }
+
+constexpr Fields Sample = {2024, 3, 1, 10, 20, 30, 7};
+
+TEST(CbDateTime, ParsesBothFormsWithoutTestingRanges)
+{
+    const std::pair<const char*, Fields> cases[] = {
+        {"2024-03-01 10:20:30", {2024, 3, 1, 10, 20, 30, 0}},
+        {"2024-03-01T10:20:30.500Z", {2024, 3, 1, 10, 20, 30, 0}},
+        {"2024-13-45T99:99:99", {2024, 13, 45, 99, 99, 99, 0}},
+        {"\t\v+1-\n1-\f1 \t1:-1: 1", {1, 1, 1, 1, 65535, 1, 0}},
+        {"2024-03-1\t 10:20:65537", {2024, 3, 1, 10, 20, 1, 0}},                   // the low 16 bits
+        {"2024-03-01 10:20:18446744073709617152", {2024, 3, 1, 10, 20, 65535, 0}}, // 2^64 + 65536 saturates
+        {"2024-03-01 10:20:-18446744073709551615", {2024, 3, 1, 10, 20, 1, 0}},    // 1 - 2^64 doesn't
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(AsTuple(CbDateTime(Support::ExactText(text).get())), expected) << text;
+}
+
+TEST(CbDateTime, RefusesOtherTextsInTheNameOfWhoeverParses)
+{
+    for (const char* text : {"2024-03-01 10:20:3", "2024/03-01 10:20:30", "2024-03-01t10:20:30", "2024-03-01 10:20.30",
+                             "2024-03-1 T10:20:30", "2024-03-01 10:20:  ", "20x4-03-01 10:20:30"})
+    {
+        const auto exact = Support::ExactText(text);
+        EXPECT_RAISES(CbExceptionConversion, "CbDateTime::CbDateTime", CbDateTime(exact.get()));
+        CbDateTime date;
+        EXPECT_RAISES(CbExceptionConversion, "CbDateTime::operator =", date = exact.get());
+    }
+    const char* const none = nullptr;
+    EXPECT_RAISES(CbExceptionConversion, "CbDateTime::CbDateTime", CbDateTime{none});
+    CbDateTime date;
+    EXPECT_RAISES(CbExceptionConversion, "CbDateTime::operator =", date = none);
+    EXPECT_RAISES(CbExceptionConversion, "CbDateTime::ToString", date.ToString(none));
+}
+
+TEST(CbDateTime, FailedAssignmentKeepsWhatTheScanHadReached)
+{
+    const Support::CLogObserver silence;
+    CbDateTime date = DateOf(Sample);
+    EXPECT_THROW(date = "1999-12-31 23:59.58", CbExceptionConversion); // a sign is wrong: nothing was touched
+    EXPECT_EQ(AsTuple(date), Sample);
+    EXPECT_THROW(date = "1999-12-31t23:59:58", CbExceptionConversion); // the milliseconds go before the T is seen
+    EXPECT_EQ(AsTuple(date), Fields(2024, 3, 1, 10, 20, 30, 0));
+    EXPECT_THROW(date = "1999-12-31 23:5x:58", CbExceptionConversion);
+    EXPECT_EQ(AsTuple(date), Fields(1999, 12, 31, 23, 5, 30, 0));
+}
+
+// Texts with the signs in their places and anything between and behind them, against the C library's own scan.
+TEST(CbDateTime, ScansAsTheCLibraryDoes)
+{
+    const Support::CLogObserver silence;
+    std::mt19937 random(2024);
+    int parsed = 0;
+    for (int round = 0; round < 20'000; ++round)
+    {
+        const bool blank = random() % 2 == 0;
+        std::string text = blank ? "2024-03-01 10:20:30" : "2024-03-01T10:20:30";
+        for (char& c : text)
+            if (c >= '0' && c <= '9' && random() % 6 == 0)
+                c = "0123456789 +-\t:T"[random() % 16];
+        for (auto more = random() % 25; more > 0; --more) // up to and beyond 64 bits
+            text += "0123456789"[random() % 10];
+
+        unsigned short f[6] = {2024, 3, 1, 10, 20, 30};
+        const char* const format = blank ? "%hu-%hu-%hu %hu:%hu:%hu" : "%hu-%hu-%huT%hu:%hu:%hu";
+        const int count = std::sscanf(text.c_str(), format, &f[0], &f[1], &f[2], &f[3], &f[4], &f[5]);
+        CbDateTime date = DateOf(Sample);
+        try
+        {
+            date = Support::ExactText(text).get();
+            ASSERT_EQ(count, 6) << text;
+            ++parsed;
+        }
+        catch (const CbExceptionConversion&)
+        {
+            ASSERT_NE(count, 6) << text;
+        }
+        ASSERT_EQ(AsTuple(date), Fields(f[0], f[1], f[2], f[3], f[4], f[5], 0)) << text;
+    }
+    EXPECT_GT(parsed, 2'000);
+    EXPECT_LT(parsed, 18'000);
+}
+
+TEST(CbDateTime, EachSpecifierAppendsItsForm)
+{
+    const std::tuple<const char*, Fields, const char*> cases[] = {
+        {"Y y m n d j H G i s v", {5, 3, 1, 4, 5, 6, 7}, "0005 05 03 3 01 1 04 4 05 06 007"},
+        {"Y y m n d j H G i s v",
+         {65535, 65535, 65535, 65535, 65535, 65535, 65535},
+         "65535 35 65535 65535 65535 65535 65535 65535 65535 65535 535"},
+        {"h g A a", {2024, 1, 1, 0, 0, 0, 0}, "00 0 AM am"},
+        {"h g A a", {2024, 1, 1, 12, 30, 0, 0}, "00 0 AM am"},
+        {"h g A a", {2024, 1, 1, 13, 0, 0, 0}, "01 1 PM pm"},
+        {"h g A a", {2024, 1, 1, 23, 0, 0, 0}, "11 11 PM pm"},
+        {"y", Sample, "24"},
+        {"\\Y\\m Y", Sample, "Ym 2024"},
+        {"Q\\\\\\", Sample, "Q\\"}, // a backslash at the end adds nothing
+        {"", Sample, ""},
+        {"\u00E4\\\u20AC", Sample, "\u00E4\u20AC"},
+        {"t", {2024, 2, 1, 0, 0, 0, 0}, "29"},
+        {"t", {2000, 2, 1, 0, 0, 0, 0}, "29"},
+        {"t", {1900, 2, 1, 0, 0, 0, 0}, "28"},
+        {"t", {2023, 2, 99, 99, 0, 0, 0}, "28"},
+    };
+    for (const auto& [format, fields, expected] : cases)
+    {
+        EXPECT_EQ(Format(fields, format), expected) << format;
+        const std::wstring wide = DateOf(fields).ToString(Utf8ToUtf16(format).c_str());
+        EXPECT_EQ(Utf16ToUtf8(wide), expected) << format;
+    }
+    std::string days;
+    for (unsigned short month = 1; month <= 12; ++month)
+        days += Format({2023, month, 1, 0, 0, 0, 0}, "t ");
+    EXPECT_EQ(days, "31 28 31 30 31 30 31 31 30 31 30 31 ");
+    for (const char* text : {"2024-00-01 00:00:00", "2024-13-01 00:00:00", "2024--1-01 00:00:00"})
+        EXPECT_RAISES(CbExceptionConversion, "CbDateTime::ToString", CbDateTime(text).ToString("Yt"));
+}
+
+// The client of this format is every JSON and XML document: what it gives is read back, for one allocation.
+TEST(CbDateTime, FormatOfTheDocumentsIsReadBack)
+{
+    constexpr std::uint64_t Step = 86'399'991'234'567; // some hundred days, and another time of day
+    for (std::uint64_t ticks = 0; ticks < (std::uint64_t{1} << 61); ticks += Step)
+    {
+        const CbDateTime date(ticks / 10'000'000 * 10'000'000);
+        ASSERT_EQ(CbDateTime(date.ToString("Y-m-dTH:i:s").c_str()).ToFileTime(), date.ToFileTime());
+    }
+    const CbDateTime date = DateOf(Sample);
+    const Support::CAllocationCounter counter;
+    EXPECT_EQ(date.ToString("Y-m-dTH:i:s"), "2024-03-01T10:20:30");
+    EXPECT_EQ(counter.GetCount(), 1u);
+}
+
+TEST(CbDateTime, NamesAreInTheUsersLanguageAndErrorsStandInTheirPlace)
+{
+    {
+        const CEnvironment german("LC_ALL", "de_DE.UTF-8");
+        EXPECT_EQ(Format(Sample, "l, j. F Y; D M"), "Freitag, 1. M\u00E4rz 2024; Fre M\u00E4r");
+        EXPECT_EQ(DateOf(Sample).ToString(L"F"), L"M\u00E4rz");
+    }
+    {
+        const CEnvironment polish("LC_ALL", "pl_PL.ISO-8859-2");
+        EXPECT_EQ(Format({2024, 3, 6, 0, 0, 0, 0}, "D"), "\u015Bro"); // three letters, four bytes
+    }
+    const CEnvironment english("LC_ALL", "C");
+    EXPECT_EQ(Format({2024, 3, 1, 99, 99, 99, 9999}, "l D F M"), "Friday Fri March Mar");
+    EXPECT_EQ(Format({2024, 13, 1, 0, 0, 0, 0}, "F"), "ERROR_INVALID_PARAMETER");
+    EXPECT_EQ(Format({2024, 13, 1, 0, 0, 0, 0}, "D l M"), "ERR ERROR_INVALID_PARAMETER ERROR_INVALID_PARAMETER");
+}
+
+TEST(CbDateTime, LocalTimeIsShownOnRequestOnly)
+{
+    const CEnvironment zone("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
+    const CbDateTime date = DateOf({2024, 7, 31, 22, 20, 30, 7});
+    EXPECT_EQ(date.ToString("Y-m-dTH:i:s.v"), "2024-07-31T22:20:30.007");
+    EXPECT_EQ(date.ToString("Y-m-dTH:i:s.v", true), "2024-08-01T00:20:30.007");
+    EXPECT_EQ(date.ToString(L"H", true), L"00");
+    EXPECT_EQ(date.GetDay(), 31);
+    EXPECT_EQ(DateOf({2024, 13, 45, 99, 99, 99, 0}).ToString("Y-m-dTH:i:s", true), "2024-13-45T99:99:99");
+}
+
+TEST(CbDateTime, TickCountKeepsMillisecondsAndRefusesWithADefinedResult)
+{
+    EXPECT_EQ(DateOf(Sample).ToFileTime(), 133'537'620'300'070'000u);
+    EXPECT_EQ(AsTuple(CbDateTime(std::uint64_t{133'537'620'300'079'999})), Sample);
+    EXPECT_EQ(CbDateTime("2024-13-45T99:99:99").ToFileTime(), 0u);
+    for (const std::uint64_t ticks : {std::uint64_t{0}, std::uint64_t{1} << 63, ~std::uint64_t{0}})
+        EXPECT_EQ(AsTuple(CbDateTime(ticks)), Fields(1601, 1, 1, 0, 0, 0, 0)) << ticks;
+
+    const std::uint64_t earliest = CbDateTime().ToFileTime();
+    EXPECT_GT(earliest, DateOf({2024, 1, 1, 0, 0, 0, 0}).ToFileTime());
+    EXPECT_LE(earliest, CbDateTime().ToFileTime());
+}
+
+TEST(CbDateTime, IsCopiedThroughTheInterfaceAndAsItself)
+{
+    const CbDateTime source = DateOf(Sample);
+    const IDateTime& interface = source;
+    CbDateTime assigned("1999-12-31 23:59:58");
+    assigned = interface;
+    CbDateTime copied("1999-12-31 23:59:58");
+    static_cast<IDateTime&>(copied) = source;
+    EXPECT_EQ(AsTuple(assigned), Sample);
+    EXPECT_EQ(AsTuple(copied), Sample);
+    EXPECT_EQ(AsTuple(CbDateTime(interface)), Sample);
+    EXPECT_EQ(AsTuple(CbDateTime(source)), Sample);
+    copied = static_cast<const IDateTime&>(copied);
+    EXPECT_EQ(AsTuple(copied), Sample);
+}
+
+} // namespace

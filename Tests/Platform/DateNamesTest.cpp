@@ -1,0 +1,99 @@
+#include "Platform/DateNames.h"
+
+#include <clocale>
+#include <string>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "Support/CEnvironment.h"
+#include "Support/FailEachAllocation.h"
+
+namespace
+{
+
+using Support::CEnvironment;
+
+std::wstring NameOf(int month, int day, EDateName which)
+{
+    const SSystemTime date = {2024, static_cast<std::uint16_t>(month), 6, static_cast<std::uint16_t>(day), 99, 99, 99,
+                              9999};
+    std::wstring name;
+    EXPECT_EQ(GetDateName(date, which, name), EDateNameResult::Success);
+    return name;
+}
+
+std::wstring AllNames()
+{
+    std::wstring names;
+    for (int day = 4; day <= 10; ++day) // from a Monday
+        names += NameOf(3, day, EDateName::Weekday) + L' ';
+    for (int month = 1; month <= 12; ++month)
+        names += NameOf(month, 1, EDateName::Month) + L' ' + NameOf(month, 1, EDateName::AbbreviatedMonth) + L' ';
+    return names;
+}
+
+const wchar_t* const EnglishNames =
+    L"Monday Tuesday Wednesday Thursday Friday Saturday Sunday January Jan February Feb March Mar April Apr May May "
+    L"June Jun July Jul August Aug September Sep October Oct November Nov December Dec ";
+
+TEST(DateNames, FirstVariableThatIsSetDecidesTheLanguageWhateverLocaleTheProgramHas)
+{
+    const CEnvironment language("LANG", "de_DE.UTF-8");
+    const CEnvironment time("LC_TIME", nullptr);
+    const CEnvironment all("LC_ALL", ""); // empty is not set
+    EXPECT_STREQ(std::setlocale(LC_TIME, nullptr), "C");
+    EXPECT_EQ(AllNames(),
+              L"Montag Dienstag Mittwoch Donnerstag Freitag Samstag Sonntag Januar Jan Februar Feb M\u00E4rz "
+              L"M\u00E4r April Apr Mai Mai Juni Jun Juli Jul August Aug September Sep Oktober Okt "
+              L"November Nov Dezember Dez ");
+    std::thread([] { EXPECT_EQ(NameOf(3, 1, EDateName::Weekday), L"Freitag"); }).join();
+    {
+        const CEnvironment polishTime("LC_TIME", "pl_PL.ISO-8859-2");
+        EXPECT_EQ(NameOf(3, 1, EDateName::Weekday), L"pi\u0105tek");
+        const CEnvironment english("LC_ALL", "C");
+        EXPECT_EQ(AllNames(), EnglishNames);
+    }
+    EXPECT_EQ(NameOf(3, 1, EDateName::Weekday), L"Freitag");
+}
+
+TEST(DateNames, MonthStandsAloneAndIsNotInflectedAsInADate)
+{
+    const CEnvironment all("LC_ALL", "pl_PL.ISO-8859-2");
+    EXPECT_EQ(NameOf(1, 1, EDateName::Month), L"stycze\u0144");
+}
+
+TEST(DateNames, LanguageThatTheSystemLacksGivesEnglish)
+{
+    const CEnvironment all("LC_ALL", "xx_YY.UTF-8");
+    EXPECT_EQ(AllNames(), EnglishNames);
+}
+
+TEST(DateNames, RefusesADateThatIsNoneAndLeavesTheNameAlone)
+{
+    for (const SSystemTime& date : {SSystemTime{2024, 13, 0, 1, 0, 0, 0, 0}, SSystemTime{2023, 2, 0, 29, 0, 0, 0, 0},
+                                    SSystemTime{1600, 1, 0, 1, 0, 0, 0, 0}, SSystemTime{30828, 1, 0, 1, 0, 0, 0, 0}})
+    {
+        std::wstring name = L"before";
+        EXPECT_EQ(GetDateName(date, EDateName::Month, name), EDateNameResult::InvalidParameter);
+        EXPECT_EQ(name, L"before");
+    }
+}
+
+TEST(DateNames, FailedAllocationLeavesNothingHalfMadeBehind)
+{
+    const CEnvironment all("LC_ALL", "de_DE.UTF-8");
+    const auto body = []
+    {
+        try
+        {
+            EXPECT_EQ(NameOf(3, 1, EDateName::Month), L"M\u00E4rz");
+        }
+        catch (const std::bad_alloc&)
+        {
+        }
+    };
+    std::thread([&] { Support::FailEachAllocation(body); }).join(); // a new thread has no names yet
+}
+
+} // namespace

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdlib>
+#include <optional>
+#include <stdlib.h>
+#include <string>
+
+namespace Support
+{
+
+// Gives a variable of the process's environment another value, or none at all for null, for as long as it lives.
+class CEnvironment
+{
+public:
+    CEnvironment(const char* variable, const char* value) : variable(variable)
+    {
+        if (const char* present = std::getenv(variable))
+            before = present;
+        Set(value);
+    }
+    ~CEnvironment() { Set(before ? before->c_str() : nullptr); }
+    CEnvironment(const CEnvironment&) = delete;
+    CEnvironment& operator=(const CEnvironment&) = delete;
+
+private:
+    void Set(const char* value) const
+    {
+        if (value == nullptr)
+            ::unsetenv(variable);
+        else
+            ::setenv(variable, value, 1);
+    }
+
+    const char* variable;
+    std::optional<std::string> before;
+};
+
+} // namespace Support
