@@ -11,3 +11,6 @@ ThreadLocale EnterCLocale() noexcept;
 
 // Puts the calling thread back where EnterCLocale found it. Null is accepted and does nothing.
 void LeaveCLocale(ThreadLocale previous) noexcept;
+
+// Whether the C library separates the decimals of a number with a point on the calling thread.
+bool UsesDecimalPoint() noexcept;

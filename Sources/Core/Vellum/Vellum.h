@@ -10,10 +10,13 @@
 #include "Groundwork/CbStreamWriteBinaryBuffer.h"
 #include "Groundwork/IDateTime.h"
 
+#include "Vellum/Base64.h"
 #include "Vellum/BlobRange.h"
 #include "Vellum/CException.h"
 #include "Vellum/CReaderJson.h"
 #include "Vellum/CWriterJson.h"
+#include "Vellum/Conversion.h"
+#include "Vellum/Encodings.h"
 #include "Vellum/IContainerReader.h"
 #include "Vellum/IContainerWriter.h"
 #include "Vellum/IDataReader.h"

@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <cstring>
 
+#include "Platform/Utf16.h"
+
 namespace
 {
-
-constexpr std::uint32_t Replacement = 0xFFFD;
 
 // Number of bytes in front that are ASCII, eight at a time.
 std::size_t CountAscii(std::string_view bytes)
@@ -70,35 +70,7 @@ std::uint32_t TakeCodePoint(std::string_view& bytes)
         highest = 0xBF;
     }
     bytes.remove_prefix(taken);
-    return lead.following != 0 && taken == lead.following + 1 ? codePoint : Replacement;
-}
-
-void AppendUnits(std::wstring& text, std::uint32_t codePoint)
-{
-    if (codePoint >= 0x10000)
-    {
-        text += static_cast<wchar_t>(0xD800 + ((codePoint - 0x10000) >> 10));
-        text += static_cast<wchar_t>(0xDC00 + (codePoint & 0x3FF));
-    }
-    else
-        text += static_cast<wchar_t>(codePoint);
-}
-
-constexpr bool IsHighSurrogate(std::uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-constexpr bool IsLowSurrogate(std::uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
-// Takes one code point from the front: a pair of surrogates, or one element.
-std::uint32_t TakeCodePoint(std::wstring_view& units)
-{
-    const auto unit = static_cast<std::uint32_t>(units.front());
-    units.remove_prefix(1);
-    if (IsHighSurrogate(unit) && !units.empty() && IsLowSurrogate(static_cast<std::uint32_t>(units.front())))
-    {
-        const auto low = static_cast<std::uint32_t>(units.front());
-        units.remove_prefix(1);
-        return 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
-    }
-    return IsHighSurrogate(unit) || IsLowSurrogate(unit) || unit > 0x10FFFF ? Replacement : unit;
+    return lead.following != 0 && taken == lead.following + 1 ? codePoint : ReplacementCharacter;
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "Platform/ThreadLocale.h"
 
 #include <clocale>
+#include <cstring>
+#include <langinfo.h>
 #include <locale.h>
 
 ThreadLocale EnterCLocale() noexcept
@@ -14,4 +16,10 @@ void LeaveCLocale(ThreadLocale previous) noexcept
 {
     if (previous != nullptr)
         ::uselocale(static_cast<locale_t>(previous));
+}
+
+bool UsesDecimalPoint() noexcept
+{
+    // Unlike localeconv, this gives the thread its own answer, and without filling a structure first.
+    return std::strcmp(::nl_langinfo(RADIXCHAR), ".") == 0;
 }

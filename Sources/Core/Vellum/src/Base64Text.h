@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+// The forms of the Base64 functions that spare readers and writers a copy. They behave like those and raise in their
+// name.
+namespace Vellum::Base64
+{
+
+// Like Encode, behind what the text has. If it raises, the text is as it was.
+void AppendBase64(std::string& text, const void* data, std::size_t size, bool lineBreaks);
+
+// Like GetDecodedSize and Decode, of a text that needs no terminator.
+std::size_t GetDecodedSizeOf(std::string_view text);
+std::size_t DecodeText(std::string_view text, void* out, std::size_t outSize);
+
+} // namespace Vellum::Base64

@@ -1,0 +1,102 @@
+#include "Vellum/Conversion.h"
+
+#include <charconv>
+#include <concepts>
+#include <cstdlib>
+#include <limits>
+
+#include "Platform/ThreadLocale.h"
+
+#include "Vellum/CException.h"
+
+#include "Vellum/src/NumberText.h"
+#include "Vellum/src/WhiteSpace.h"
+
+namespace Vellum::Conversion
+{
+namespace
+{
+
+constexpr bool IsDigit(char byte) { return byte >= '0' && byte <= '9'; }
+
+// Takes `0x` from the front of hexadecimal digits. The zero of an octal number stays, it is one of its digits.
+int TakeBase(std::string_view& digits)
+{
+    if (!digits.starts_with('0'))
+        return 10;
+    if (digits.size() == 1 || (digits[1] != 'x' && digits[1] != 'X'))
+        return 8;
+    digits.remove_prefix(2);
+    return 16;
+}
+
+// A decimal number in its plain form, for which std::from_chars does in any locale with a point what strtod does.
+// Words, hexadecimal numbers, white space and a plus sign in front are left to strtod, and so is what the type can't
+// hold.
+bool TryPlainDecimal(std::string_view text, double& value)
+{
+    const char* const end = text.data() + text.size();
+    const char* const first = text.data() + (text.starts_with('-') ? 1 : 0);
+    if (first == end || !(IsDigit(*first) || *first == '.'))
+        return false;
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    return error == std::errc() && stop == end;
+}
+
+template <std::integral T>
+void StoreInt(const std::string& text, T& value)
+{
+    value = static_cast<T>(ViewToInt(text));
+}
+
+} // namespace
+
+std::int64_t ViewToInt(std::string_view text)
+{
+    while (!text.empty() && IsWhiteSpace(text.front()))
+        text.remove_prefix(1);
+    const bool isNegative = text.starts_with('-');
+    if (isNegative || text.starts_with('+'))
+        text.remove_prefix(1);
+
+    const int base = TakeBase(text);
+    std::uint64_t magnitude = 0;
+    const std::errc error = std::from_chars(text.data(), text.data() + text.size(), magnitude, base).ec;
+    if (error == std::errc::invalid_argument && base != 16)
+        throw CException(__FILE__, __LINE__, "Vellum::Conversion::StringToInt");
+    if (error == std::errc::result_out_of_range)
+        return isNegative ? std::numeric_limits<std::int64_t>::min() : std::numeric_limits<std::int64_t>::max();
+    return static_cast<std::int64_t>(isNegative ? 0 - magnitude : magnitude);
+}
+
+double ViewToDouble(std::string_view text)
+{
+    double value = 0;
+    if (UsesDecimalPoint() && TryPlainDecimal(text, value))
+        return value;
+    const std::string terminated(text);
+    char* stop = nullptr;
+    value = std::strtod(terminated.c_str(), &stop);
+    if (stop != terminated.c_str() + terminated.size())
+        throw CException(__FILE__, __LINE__, "Vellum::Conversion::StringToDouble");
+    return value;
+}
+
+std::int64_t StringToInt(const std::string& text) { return ViewToInt(text); }
+double StringToDouble(const std::string& text) { return ViewToDouble(text); }
+
+void FromString(const std::string& text, signed char& value) { StoreInt(text, value); }
+void FromString(const std::string& text, unsigned char& value) { StoreInt(text, value); }
+void FromString(const std::string& text, std::int16_t& value) { StoreInt(text, value); }
+void FromString(const std::string& text, std::uint16_t& value) { StoreInt(text, value); }
+void FromString(const std::string& text, std::int32_t& value) { StoreInt(text, value); }
+void FromString(const std::string& text, std::uint32_t& value) { StoreInt(text, value); }
+void FromString(const std::string& text, std::int64_t& value) { StoreInt(text, value); }
+void FromString(const std::string& text, std::uint64_t& value) { StoreInt(text, value); }
+
+void FromString(const std::string& text, float& value) { value = static_cast<float>(StringToDouble(text)); }
+void FromString(const std::string& text, double& value) { value = StringToDouble(text); }
+void FromString(const std::string& text, char& value) { value = *text.c_str(); }
+void FromString(const std::string& text, std::string& value) { value = text; }
+
+} // namespace Vellum::Conversion

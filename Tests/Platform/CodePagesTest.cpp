@@ -1,0 +1,185 @@
+#include "Platform/CodePages.h"
+
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "Platform/Utf16.h"
+#include "Platform/Utf8.h"
+
+#include "Support/Texts.h"
+
+namespace
+{
+
+using Support::Bytes;
+using Support::Hex;
+
+constexpr unsigned int Known[] = {
+    437,   737,   775,   850,   852,   855,   857,   858,   860,   861,   862,   863,   864,           865,   866,
+    869,   874,   932,   936,   949,   950,   1250,  1251,  1252,  1253,  1254,  1255,  1256,          1257,  1258,
+    1361,  10000, 20127, 20866, 21866, 28591, 28592, 28593, 28594, 28595, 28596, 28597, 28598,         28599, 28600,
+    28601, 28603, 28604, 28605, 28606, 50220, 51932, 51936, 51949, 54936, 65000, 65001, CodePageOfUser};
+
+std::wstring Decode(unsigned int codePage, std::string_view bytes)
+{
+    std::wstring text;
+    EXPECT_TRUE(AppendFromCodePage(text, bytes, codePage)) << codePage;
+    return text;
+}
+
+std::string Encode(unsigned int codePage, std::wstring_view units)
+{
+    std::string text;
+    EXPECT_TRUE(AppendToCodePage(text, units, codePage)) << codePage;
+    return text;
+}
+
+TEST(CodePages, TextsGoThereAndBack)
+{
+    const struct
+    {
+        unsigned int codePage;
+        const char* text; // UTF-8
+        const char* bytes;
+    } cases[] = {
+        {437, "é½Ω", "82 AB EA"},
+        {850, "äß¾", "84 E1 F3"},
+        {852, "Łđ", "9D D0"},
+        {858, "€", "D5"},
+        {866, "Ятё", "9F E2 F1"},
+        {874, "ก€", "A1 80"},
+        {932, "aあ漢～ｱ", "61 82 A0 8A BF 81 60 B1"},
+        {936, "中€", "D6 D0 80"},
+        {949, "한똠", "C7 D1 8C 63"},
+        {950, "中€", "A4 A4 A3 E1"},
+        {1250, "Łódź€", "A3 F3 64 9F 80"},
+        {1251, "Щи", "D9 E8"},
+        {1252, "€ä“", "80 E4 93"},
+        {1255, "אְ", "E0 C0"},
+        {1258, "ấả", "E2 EC 61 D2"},
+        {1361, "한", "D0 65"},
+        {10000, "äπ", "8A B9"},
+        {20866, "ж╔", "D6 A5"},
+        {21866, "ї", "A7"},
+        {28591, "ÿ\u0080", "FF 80"},
+        {28595, "Я", "CF"},
+        {28605, "€", "A4"},
+        {50220, "aあb漢", "61 1B 24 42 24 22 1B 28 42 62 1B 24 42 34 41 1B 28 42"},
+        {51932, "あ～", "A4 A2 A1 C1"},
+        {51936, "中", "D6 D0"},
+        {51949, "한", "C7 D1"},
+        {54936, "中€😀\uFFFD", "D6 D0 A2 E3 94 39 FC 36 84 31 A4 37"},
+        {65000, "a+ä€😀", "61 2B 2D 2B 41 4F 51 67 72 4E 67 39 33 67 41 2D"},
+        {65001, "ä😀", "C3 A4 F0 9F 98 80"},
+    };
+    for (const auto& [codePage, text, bytes] : cases)
+    {
+        EXPECT_EQ(Hex(Encode(codePage, Utf8ToUtf16(text))), bytes) << codePage;
+        EXPECT_EQ(Utf16ToUtf8(Decode(codePage, Bytes(bytes))), text) << codePage;
+    }
+}
+
+TEST(CodePages, EveryKnownNumberTakesAsciiAndAppends)
+{
+    for (const unsigned int codePage : Known)
+    {
+        std::wstring wide = L"<";
+        std::string narrow = "<";
+        EXPECT_TRUE(AppendFromCodePage(wide, "Az 09", codePage)) << codePage;
+        EXPECT_TRUE(AppendToCodePage(narrow, L"Az 09", codePage)) << codePage;
+        EXPECT_EQ(wide, L"<Az 09") << codePage;
+        EXPECT_EQ(narrow, "<Az 09") << codePage;
+    }
+}
+
+TEST(CodePages, UnknownNumbersAreRefusedAndLeaveTheText)
+{
+    for (const unsigned int codePage : {1u, 3u, 42u, 436u, 1200u, 1201u, 12000u, 28602u, 65002u, ~0u})
+    {
+        std::wstring wide = L"<";
+        std::string narrow = "<";
+        EXPECT_FALSE(AppendFromCodePage(wide, "a", codePage)) << codePage;
+        EXPECT_FALSE(AppendToCodePage(narrow, L"a", codePage)) << codePage;
+        EXPECT_EQ(wide, L"<");
+        EXPECT_EQ(narrow, "<");
+    }
+}
+
+TEST(CodePages, InvalidBytesBecomeReplacementCharacters)
+{
+    const struct
+    {
+        unsigned int codePage;
+        std::string bytes;
+        const wchar_t* units;
+    } cases[] = {
+        {1252, "a\x81z", L"a\xFFFDz"},
+        {20127, "a\x80\xFF", L"a\xFFFD\xFFFD"},
+        {932, "a\x81 b", L"a\xFFFD b"},
+        {932, "a\x81", L"a\xFFFD"},
+        {932, "\x80\xA0\xFD", L"\xFFFD\xFFFD\xFFFD"},
+        {54936, "\x81\x30\x81", L"\xFFFD"},
+        {1258, "a\xFF", L"a\xFF"}, // a letter that waits for an accent
+        {28596, "\xA1\xC7", L"\xFFFD\x627"},
+        {1255, "\xE0\xD9\xC0", L"\x5D0\xFFFD\x5B0"},        // ... comes before what follows, and doesn't join across it
+        {50220, "\x1B$B$\"\x80$\"", L"\x3042\xFFFD\x3042"}, // the shift outlives the bad byte
+        {50220, "a\x1B$", L"a\xFFFD"},
+        {65000, "\xE4z~", L"\xFFFDz\xFFFD"},
+        {65000, "+2D0-xy", L"\xFFFDxy"}, // half a pair ends the shift
+        {65000, "a+", L"a\xFFFD"},
+    };
+    for (const auto& [codePage, bytes, units] : cases)
+        EXPECT_EQ(Decode(codePage, bytes), units) << codePage << ": " << Hex(bytes);
+}
+
+TEST(CodePages, WhatACodePageLacksBecomesOneQuestionMark)
+{
+    const std::wstring lone = {L'a', wchar_t(0xD800), wchar_t(0xDC00 - 1), L'b', wchar_t(0xDC00)};
+    for (const unsigned int codePage : {437u, 932u, 949u, 1252u, 20866u, 28591u, 50220u, 54936u, 65000u})
+        EXPECT_EQ(Encode(codePage, lone), "a??b?") << codePage;
+    // An emoji, and the flag of England with its six tag characters.
+    for (const unsigned int codePage : {437u, 850u, 932u, 936u, 949u, 950u, 1252u, 1258u, 20866u, 28591u, 50220u})
+    {
+        EXPECT_EQ(Encode(codePage, Utf8ToUtf16("a😀b")), "a?b") << codePage;
+        EXPECT_EQ(Encode(codePage, Utf8ToUtf16("🏴\U000E0067\U000E0062\U000E0065\U000E006E\U000E0067\U000E007F")),
+                  "???????");
+    }
+    EXPECT_EQ(Encode(1252, L"\x0391\xFFFD\xFEFF‘"), "???\x91");
+    EXPECT_EQ(Hex(Encode(50220, L"あä")), "1B 24 42 24 22 1B 28 42 3F");
+    if constexpr (sizeof(wchar_t) > 2)
+    {
+        EXPECT_EQ(Encode(54936, std::wstring{static_cast<wchar_t>(0x110000), static_cast<wchar_t>(0xFFFFFFFF)}), "??");
+    }
+}
+
+// Longer than any buffer on the way, with every kind of length in bytes.
+TEST(CodePages, LongTextsComeBack)
+{
+    std::wstring text;
+    for (std::uint32_t codePoint = 1; codePoint < 0x30000; codePoint += codePoint < 0x3000 ? 1 : 13)
+        if (codePoint < 0xD800 || codePoint > 0xF8FF)
+            AppendUnits(text, codePoint);
+    for (const unsigned int codePage : {54936u, 65000u, 65001u})
+        EXPECT_TRUE(Decode(codePage, Encode(codePage, text)) == text) << codePage;
+}
+
+TEST(CodePages, AnyBytesGiveTextThatIsWellFormed)
+{
+    std::mt19937 random(20240307);
+    for (const unsigned int codePage : Known)
+        for (int round = 0; round < 50; ++round)
+        {
+            std::string bytes(random() % 200, '\0');
+            for (char& byte : bytes)
+                byte = static_cast<char>(round % 2 == 0 ? random() : "+-\x1B$(BJ+A2D3eAOQ\x81\x30"[random() % 19]);
+            const std::wstring units = Decode(codePage, bytes);
+            for (std::wstring_view rest = units; !rest.empty();)
+            {
+                const bool isReplacement = rest.front() == wchar_t(ReplacementCharacter);
+                ASSERT_EQ(TakeCodePoint(rest) == ReplacementCharacter, isReplacement) << codePage << ": " << Hex(bytes);
+            }
+        }
+}
+
+} // namespace

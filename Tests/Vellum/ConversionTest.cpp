@@ -1,0 +1,193 @@
+#include "Vellum/Conversion.h"
+
+#include <bit>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <locale.h>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "Vellum/CException.h"
+
+#include "Support/CLogObserver.h"
+#include "Support/Raises.h"
+
+namespace
+{
+
+using namespace Vellum;
+using namespace std::string_literals;
+
+template <class T>
+T From(const std::string& text)
+{
+    T value{};
+    Conversion::FromString(text, value);
+    return value;
+}
+
+TEST(Conversion, IntegersAreTheNumberThatATextBeginsWith)
+{
+    constexpr std::int64_t Smallest = std::numeric_limits<std::int64_t>::min();
+    constexpr std::int64_t Largest = std::numeric_limits<std::int64_t>::max();
+    const std::pair<std::string, std::int64_t> cases[] = {
+        {"010", 8},
+        {"0x10", 16},
+        {"0XfFg", 255},
+        {"-0x10", -16},
+        {"0x", 0},
+        {"-0xg", 0},
+        {"0", 0},
+        {"08", 0},
+        {"-017z", -15},
+        {"12abc", 12},
+        {"1.9", 1},
+        {"1e3", 1},
+        {" \t\n\v\f\r-7 ", -7},
+        {"+5", 5},
+        {"5\0006"s, 5},
+        {"2024-03-07T09:05:01", 2024},
+        {"9223372036854775807", Largest},
+        {"-9223372036854775808", Smallest},
+        {"9223372036854775808", Smallest},
+        {"18446744073709551615", -1},
+        {"-18446744073709551615", 1},
+        {"0xFFFFFFFFFFFFFFFF", -1},
+        {"01777777777777777777777", -1},
+        {"18446744073709551616", Largest},
+        {"-18446744073709551616", Smallest},
+        {"0x10000000000000000", Largest},
+        {std::string(5000, '9'), Largest},
+        {"000000000000000000000000000000000000000000000000000000000000000000000000007", 7},
+    };
+    for (const auto& [text, value] : cases)
+        EXPECT_EQ(Conversion::StringToInt(text), value) << text;
+}
+
+TEST(Conversion, TextWithoutANumberIsNoInteger)
+{
+    for (const std::string& text : {""s, "   "s, "true"s, "-"s, "+-5"s, "- 7"s, "x10"s, ".5"s, "\0005"s, "\xA0"s + "5"})
+        EXPECT_RAISES(CException, "Vellum::Conversion::StringToInt", Conversion::StringToInt(text));
+}
+
+TEST(Conversion, IntegersKeepTheLowBitsOfTheirWidth)
+{
+    EXPECT_EQ(From<unsigned char>("300"), 44);
+    EXPECT_EQ(From<signed char>("300"), 44);
+    EXPECT_EQ(From<signed char>("0xFF"), -1);
+    EXPECT_EQ(From<short>("65536"), 0);
+    EXPECT_EQ(From<unsigned short>("-1"), 65535);
+    EXPECT_EQ(From<int>("4294967295"), -1);
+    EXPECT_EQ(From<unsigned int>("-1"), 4294967295u);
+    EXPECT_EQ(From<std::int64_t>("-1"), -1);
+    EXPECT_EQ(From<std::uint64_t>("-1"), 18446744073709551615u);
+    EXPECT_EQ(From<unsigned long long>("18446744073709551615"), 18446744073709551615u);
+    EXPECT_EQ(From<long>("-5") + From<long long>("-5"), -10);
+}
+
+TEST(Conversion, ValueIsWrittenOnlyAfterSuccess)
+{
+    int number = 7;
+    double real = 7;
+    EXPECT_RAISES(CException, "Vellum::Conversion::StringToInt", Conversion::FromString("true", number));
+    EXPECT_RAISES(CException, "Vellum::Conversion::StringToDouble", Conversion::FromString("true", real));
+    EXPECT_EQ(number, 7);
+    EXPECT_EQ(real, 7);
+}
+
+TEST(Conversion, CharIsTheFirstByteAndTextIsCopied)
+{
+    EXPECT_EQ(From<char>(""), '\0');
+    EXPECT_EQ(From<char>("abc"), 'a');
+    EXPECT_EQ(From<char>("\xE4"), '\xE4');
+    std::string text = "a text\0 that is no short one"s;
+    EXPECT_EQ(From<std::string>(text), "a text\0 that is no short one"s);
+    Conversion::FromString(text, text);
+    EXPECT_EQ(text, "a text\0 that is no short one"s);
+}
+
+TEST(Conversion, FloatingNumbersAreTheWholeText)
+{
+    constexpr double Infinity = std::numeric_limits<double>::infinity();
+    const std::pair<const char*, double> cases[] = {
+        {"", 0},
+        {"1.5", 1.5},
+        {" \t\n\v\f\r1.5", 1.5},
+        {"+1.5", 1.5},
+        {"-.5e1", -5},
+        {"5.", 5},
+        {"1E+2", 100},
+        {"0x1.8p1", 3},
+        {"-0X10", -16},
+        {"inf", Infinity},
+        {"1e400", Infinity},
+        {"-1e400", -Infinity},
+        {"-Infinity", -Infinity},
+        {"4.9e-324", 4.9e-324},
+        {"1e-400", 0},
+    };
+    for (const auto& [text, value] : cases)
+        EXPECT_EQ(Conversion::StringToDouble(text), value) << text;
+    EXPECT_TRUE(std::signbit(Conversion::StringToDouble("-0")));
+    EXPECT_TRUE(std::signbit(Conversion::StringToDouble("-1e-400")));
+    EXPECT_TRUE(std::isnan(Conversion::StringToDouble("nan(1)")));
+
+    for (const std::string& text :
+         {"1.5 "s, " "s, "1,5"s, "1.5\0"s, "\0"s, "."s, "-"s, "1e"s, "0x"s, "1.5x"s, "--1"s, "true"s})
+        EXPECT_RAISES(CException, "Vellum::Conversion::StringToDouble", Conversion::StringToDouble(text));
+}
+
+TEST(Conversion, FloatIsTheDoubleNarrowed)
+{
+    EXPECT_EQ(From<float>("1.50000000"), 1.5f);
+    EXPECT_EQ(From<float>("0.100000001"), 0.1f);
+    EXPECT_EQ(From<float>("1e39"), std::numeric_limits<float>::infinity());
+    // Rounded twice: the double lies half way between two floats, the text a little above.
+    EXPECT_EQ(From<float>("1.000000059604644775390626"), 1.0f);
+}
+
+// Numbers of all magnitudes and forms, with mutations that break some of them.
+TEST(Conversion, DoublesAreBitForBitThoseOfStrtod)
+{
+    const Support::CLogObserver silence;
+    std::mt19937_64 random(754);
+    for (int round = 0; round < 50000; ++round)
+    {
+        char text[64];
+        const char* const formats[] = {"%.17g", "%.9g", "%a", "%.3f", "%.30e", "%g"};
+        const double number = std::bit_cast<double>(random() >> (random() % 8 == 0 ? random() % 64 : 0));
+        const double drawn = round % 4 == 0 ? static_cast<double>(random() % 2000000) / 1000 : number;
+        std::snprintf(text, sizeof text, formats[random() % (std::abs(drawn) < 1e20 ? 6 : 3)], drawn);
+        if (random() % 4 == 0)
+            text[random() % std::char_traits<char>::length(text)] = "0123456789.eE+-xnif "[random() % 20];
+
+        char* end = nullptr;
+        const double expected = std::strtod(text, &end);
+        if (*end != '\0')
+        {
+            EXPECT_THROW(Conversion::StringToDouble(text), CException) << text;
+            continue;
+        }
+        const auto value = Conversion::StringToDouble(text);
+        ASSERT_EQ(std::bit_cast<std::uint64_t>(value), std::bit_cast<std::uint64_t>(expected)) << text;
+    }
+}
+
+TEST(Conversion, DecimalsAreSeparatedAsTheThreadsLocaleDoes)
+{
+    const locale_t german = ::newlocale(LC_ALL_MASK, "de_DE.UTF-8", nullptr);
+    ASSERT_NE(german, nullptr) << "the German locale of the tests is missing";
+    const locale_t before = ::uselocale(german);
+    EXPECT_EQ(Conversion::StringToDouble("1,5"), 1.5);
+    EXPECT_EQ(Conversion::StringToDouble("15"), 15);
+    EXPECT_RAISES(CException, "Vellum::Conversion::StringToDouble", Conversion::StringToDouble("1.5"));
+    EXPECT_EQ(Conversion::StringToInt("1.500"), 1);
+    ::uselocale(before);
+    ::freelocale(german);
+    EXPECT_EQ(Conversion::StringToDouble("1.5"), 1.5);
+}
+
+} // namespace
