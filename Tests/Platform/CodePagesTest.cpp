@@ -7,6 +7,7 @@
 #include "Platform/Utf16.h"
 #include "Platform/Utf8.h"
 
+#include "Support/CEnvironment.h"
 #include "Support/Texts.h"
 
 namespace
@@ -150,6 +151,19 @@ TEST(CodePages, WhatACodePageLacksBecomesOneQuestionMark)
     if constexpr (sizeof(wchar_t) > 2)
     {
         EXPECT_EQ(Encode(54936, std::wstring{static_cast<wchar_t>(0x110000), static_cast<wchar_t>(0xFFFFFFFF)}), "??");
+    }
+}
+
+TEST(CodePages, NumberZeroIsTheEncodingOfTheUser)
+{
+    const Support::CEnvironment polish("LC_ALL", "pl_PL.ISO-8859-2");
+    EXPECT_EQ(Hex(Encode(CodePageOfUser, L"Łä中")), "A3 E4 3F");
+    EXPECT_EQ(Decode(CodePageOfUser, "\xA3\xE4"), L"Łä");
+    for (const char* locale : {"de_DE.UTF-8", "C", "xx_XX"}) // plain ASCII and what isn't installed too
+    {
+        const Support::CEnvironment environment("LC_ALL", locale);
+        EXPECT_EQ(Hex(Encode(CodePageOfUser, L"Ł")), "C5 81") << locale;
+        EXPECT_EQ(Decode(CodePageOfUser, "\xC5\x81\xE4"), L"Ł\xFFFD") << locale;
     }
 }
 

@@ -1,9 +1,13 @@
 #pragma once
 
 // Everything public at once. Each class also has a header of its own.
-#include "Groundwork/CbDateTime.h"
+#include "Scribe/CScribe.h"
+
 #include "Groundwork/CbArray.h"
+#include "Groundwork/CbDateTime.h"
+#include "Groundwork/CbDateTimeStream.h"
 #include "Groundwork/CbExceptions.h"
+#include "Groundwork/CbMapEx.h"
 #include "Groundwork/CbStreamReadBinary.h"
 #include "Groundwork/CbStreamReadBinaryBuffer.h"
 #include "Groundwork/CbStreamWriteBinary.h"
@@ -15,6 +19,8 @@
 #include "Vellum/CException.h"
 #include "Vellum/CReaderJson.h"
 #include "Vellum/CWriterJson.h"
+#include "Vellum/CReaderBinary.h"
+#include "Vellum/CWriterBinary.h"
 #include "Vellum/Conversion.h"
 #include "Vellum/Encodings.h"
 #include "Vellum/IContainerReader.h"

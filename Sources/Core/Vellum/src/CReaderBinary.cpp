@@ -138,10 +138,9 @@ public:
     // Called when all are there. Of entries with one index the last stays.
     void Sort()
     {
-        std::stable_sort(
-            entries.begin(), entries.end(), [](const SIndex& a, const SIndex& b) { return a.index < b.index; });
-        const auto end = std::unique(entries.rbegin(),
-                                     entries.rend(),
+        std::stable_sort(entries.begin(), entries.end(),
+                         [](const SIndex& a, const SIndex& b) { return a.index < b.index; });
+        const auto end = std::unique(entries.rbegin(), entries.rend(),
                                      [](const SIndex& a, const SIndex& b) { return a.index == b.index; });
         entries.erase(entries.begin(), end.base());
     }
@@ -151,8 +150,8 @@ public:
     {
         if (index < entries.size() && entries[index].index == index) // as in every document of our own
             return entries[index].number;
-        const auto found = std::lower_bound(
-            entries.begin(), entries.end(), index, [](const SIndex& entry, std::uint32_t i) { return entry.index < i; });
+        const auto found = std::lower_bound(entries.begin(), entries.end(), index,
+                                            [](const SIndex& entry, std::uint32_t i) { return entry.index < i; });
         return found != entries.end() && found->index == index ? found->number : CKeys::Unknown;
     }
 
@@ -320,15 +319,14 @@ const std::uint32_t* CParser::sort(const SEntry* all, std::uint32_t count, std::
     std::vector<std::uint32_t> positions(count);
     for (std::uint32_t at = 0; at < count; ++at)
         positions[at] = at;
-    std::sort(positions.begin(),
-              positions.end(),
+    std::sort(positions.begin(), positions.end(),
               [&](std::uint32_t a, std::uint32_t b)
               {
-                  return all[a].tag != all[b].tag || all[a].key != all[b].key ? ComesBefore(all[a], all[b].tag, all[b].key)
-                                                                              : a > b; // the later one first, to stay
+                  return all[a].tag != all[b].tag || all[a].key != all[b].key
+                             ? ComesBefore(all[a], all[b].tag, all[b].key)
+                             : a > b; // the later one first, to stay
               });
-    const auto end = std::unique(positions.begin(),
-                                 positions.end(),
+    const auto end = std::unique(positions.begin(), positions.end(),
                                  [&](std::uint32_t a, std::uint32_t b)
                                  { return all[a].tag == all[b].tag && all[a].key == all[b].key; });
     sortedCount = static_cast<std::uint32_t>(end - positions.begin());
@@ -338,8 +336,7 @@ const std::uint32_t* CParser::sort(const SEntry* all, std::uint32_t count, std::
 template <class... Kind>
 void CParser::parseSection(std::uint8_t tag, SKindList<Kind...>)
 {
-    const bool known =
-        ((tag == Kind::Tag && (parseEntries<typename Kind::Type>(read<std::uint32_t>()), true)) || ...);
+    const bool known = ((tag == Kind::Tag && (parseEntries<typename Kind::Type>(read<std::uint32_t>()), true)) || ...);
     if (!known)
         throw CException(__FILE__, __LINE__, "Vellum::CDataReader::Read");
 }

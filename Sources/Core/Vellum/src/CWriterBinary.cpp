@@ -68,11 +68,7 @@ struct SStored<ISerializableContainer>
 // The fields of one kind, by the index of their key. Records are many and small, so all tables of a document draw on
 // one pool for each kind, which starts small too.
 template <class T>
-using Table = CbMapEx<unsigned int,
-                      typename SStored<T>::Type,
-                      0,
-                      std::hash<unsigned int>,
-                      std::equal_to<unsigned int>,
+using Table = CbMapEx<unsigned int, typename SStored<T>::Type, 0, std::hash<unsigned int>, std::equal_to<unsigned int>,
                       CbMapPolicyBorrowed>;
 
 template <class T>
@@ -304,10 +300,7 @@ private:
     std::unique_ptr<Writer> writer;
 };
 
-void EmitDate(CbStreamWriteBinaryBuffer& buffer, const CbDateTime& date)
-{
-    buffer.Write(0u).Write(date.ToFileTime());
-}
+void EmitDate(CbStreamWriteBinaryBuffer& buffer, const CbDateTime& date) { buffer.Write(0u).Write(date.ToFileTime()); }
 
 // The value of a table's entry.
 template <class T>
@@ -326,7 +319,10 @@ void EmitValue(COutput& output, const SStored<ISerializable>::Type& object)
     output.buffer.Write(object.first);
     object.second->Emit(output);
 }
-void EmitValue(COutput& output, const SStored<ISerializableContainer>::Type& sequence) { sequence.second->Emit(output); }
+void EmitValue(COutput& output, const SStored<ISerializableContainer>::Type& sequence)
+{
+    sequence.second->Emit(output);
+}
 
 template <class T>
 bool IsUsed(const std::unique_ptr<T>& table)
@@ -432,8 +428,7 @@ void CDataWriterBinary::Clear() noexcept { clearTables(ValueKinds()); }
 void CContainerWriterBinary::fixTag(std::uint8_t tagOfElement)
 {
     if (typed && tag != tagOfElement)
-        throw CException(__FILE__,
-                         __LINE__,
+        throw CException(__FILE__, __LINE__,
                          tagOfElement <= TagDate ? "Vellum::CContainerWriterBinary::write"
                                                  : "Vellum::CContainerWriterBinary::Write");
     typed = true;
