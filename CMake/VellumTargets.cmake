@@ -15,6 +15,10 @@ function(vellum_compile_options target)
     if(VELLUM_WARNINGS_AS_ERRORS)
         target_compile_options(${target} PRIVATE -Werror)
     endif()
+    # Coverage that libFuzzer steers by; its main program is linked into the fuzz targets alone (Fuzz/CMakeLists.txt).
+    if(VELLUM_BUILD_FUZZERS)
+        target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+    endif()
     if(VELLUM_SANITIZERS)
         target_compile_options(${target} PRIVATE "-fsanitize=${VELLUM_SANITIZERS}" -fno-sanitize-recover=all
             -fno-omit-frame-pointer)

@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# What a change has to pass beside Scripts/Test.sh: format, layers, headers, clang's warnings, the sanitizers, and the
+# build as a static library.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+step()
+{
+    printf '\n== %s (after %d s)\n' "$1" "$SECONDS"
+}
+
+Scripts/Setup.sh --check
+
+step "Format"
+Scripts/Format.sh --check
+
+step "Layers"
+Scripts/CheckLayers.sh
+
+step "Each header alone"
+Scripts/CheckHeaders.sh
+
+step "Build with clang++"
+cmake --preset clang >/dev/null
+cmake --build --preset clang
+
+step "Build as a static library"
+cmake --preset dev -B Build/static -DBUILD_SHARED_LIBS=OFF -DVELLUM_BUILD_TESTS=OFF >/dev/null
+cmake --build Build/static
+Build/static/Examples/Readme >/dev/null
+
+step "ThreadSanitizer"
+cmake --preset tsan -DVELLUM_BUILD_EXAMPLES=OFF >/dev/null
+cmake --build --preset tsan --target ApiTests
+Build/tsan/Tests/Api/ApiTests --gtest_brief=1
+
+step "AddressSanitizer and UndefinedBehaviorSanitizer"
+cmake --preset asan >/dev/null
+cmake --build --preset asan
+ctest --preset asan -j "$(nproc)"
+
+step "All checks passed"

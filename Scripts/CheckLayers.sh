@@ -1,0 +1,67 @@
+#!/usr/bin/env bash
+# Fails if an include points upwards, if a public header includes a private one, or if anything but the sources in
+# Platform knows the system that it runs on.
+set -euo pipefail
+cd "$(dirname "$0")/../Sources/Core"
+
+failures=0
+fail()
+{
+    echo "CheckLayers: $*" >&2
+    failures=$((failures + 1))
+}
+
+# A layer includes itself and what is below it. The private headers of Vellum are above its public ones.
+layerOf()
+{
+    case "$1" in
+        Platform/*) echo 0 ;;
+        Scribe/*) echo 1 ;;
+        Groundwork/*) echo 2 ;;
+        Vellum/src/*) echo 4 ;;
+        Vellum/*) echo 3 ;;
+        *) echo none ;;
+    esac
+}
+
+checkOwnInclude()
+{
+    local file=$1 line=$2 included=$3
+    local to
+    to=$(layerOf "$included")
+    if [[ $to == none || ! -f $included ]]; then
+        fail "$file:$line: \"$included\" is no path from Sources/Core"
+    elif ((to > $(layerOf "$file"))); then
+        fail "$file:$line: \"$included\" is in a layer above"
+    fi
+}
+
+checkStandardInclude()
+{
+    local file=$1 line=$2 included=$3
+    [[ $file == Platform/*.cpp ]] && return
+    [[ $included =~ ^[a-z_0-9]+$ ]] || fail "$file:$line: <$included> is no header of the standard library"
+}
+
+include='^[[:space:]]*#[[:space:]]*include[[:space:]]*'
+while IFS=: read -r file line text; do
+    if [[ $text =~ $include\"([^\"]+)\" ]]; then
+        checkOwnInclude "$file" "$line" "${BASH_REMATCH[1]}"
+    elif [[ $text =~ $include\<([^\>]+)\> ]]; then
+        checkStandardInclude "$file" "$line" "${BASH_REMATCH[1]}"
+    fi
+done < <(grep -rnE "$include" --include='*.h' --include='*.cpp' Platform Scribe Groundwork Vellum)
+
+# Only Export.h has to name systems, since what it says is about the compiler and the linker.
+systems='\b(_WIN32|_WIN64|_MSC_VER|__linux__|__unix__|__APPLE__|__GLIBC__)\b'
+while IFS= read -r match; do
+    fail "$match: names a system"
+done < <(grep -rnE "$systems" --include='*.h' --include='*.cpp' Platform Scribe Groundwork Vellum |
+    grep -vE '^Platform/(Export\.h|[^:]*\.cpp):' || true)
+
+while IFS= read -r source; do
+    fail "$source: sources of this layer are in Vellum/src"
+done < <(find Vellum -maxdepth 1 -name '*.cpp')
+
+((failures == 0)) && echo "CheckLayers: includes only look down."
+exit $((failures != 0))

@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# Installs what is missing on a Debian 12 machine. Does nothing, and asks for no privilege, when nothing is missing.
+#
+#   Scripts/Setup.sh                what building, testing and the examples need
+#   Scripts/Setup.sh --check        ... and what Scripts/Check.sh and Scripts/Fuzz.sh need: clang, clang-format
+#   Scripts/Setup.sh --benchmarks   ... and what the benchmarks are built with and compared to
+set -euo pipefail
+
+packages=(g++ cmake ninja-build libgtest-dev locales tzdata iso-codes)
+for option in "$@"; do
+    case "$option" in
+        --check) packages+=(clang clang-format libclang-rt-14-dev) ;;
+        --benchmarks) packages+=(libbenchmark-dev libcereal-dev nlohmann-json3-dev libboost-serialization-dev libpugixml-dev) ;;
+        *) echo "Setup: unknown option $option (known: --check, --benchmarks)" >&2; exit 2 ;;
+    esac
+done
+
+if ! command -v dpkg-query >/dev/null; then
+    echo "Setup: this is no Debian system. Please see to it that it has the like of: ${packages[*]}"
+    exit 0
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+    status=$(dpkg-query --show --showformat='${Status}' "$package" 2>/dev/null || true)
+    [[ $status == "install ok installed" ]] || missing+=("$package")
+done
+if ((${#missing[@]} == 0)); then
+    echo "Setup: nothing is missing."
+    exit 0
+fi
+
+echo "Setup: installing ${missing[*]}"
+asRoot=()
+if ((EUID != 0)); then
+    if ! command -v sudo >/dev/null; then
+        echo "Setup: this needs root, and there is no sudo. As root: apt-get install ${missing[*]}" >&2
+        exit 1
+    fi
+    asRoot=(sudo)
+fi
+aptGet=("${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y)
+"${aptGet[@]}" update # the lists of a fresh machine may be empty or old
+"${aptGet[@]}" install --no-install-recommends "${missing[@]}"
+echo "Setup: done."
