@@ -66,6 +66,7 @@ struct STreeShape
     bool loneSurrogates = true;        // wide texts may hold them
     bool nonFiniteNumbers = true;      // infinities and not-a-number
     bool milliseconds = true;          // dates have them
+    bool emptyBlobs = true;            // blobs may have no bytes
     unsigned short maxYear = 9999;     // of dates; they start at 1601
 };
 

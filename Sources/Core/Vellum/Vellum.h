@@ -17,6 +17,8 @@
 #include "Vellum/Base64.h"
 #include "Vellum/BlobRange.h"
 #include "Vellum/CException.h"
+#include "Vellum/CReaderJson.h"
+#include "Vellum/CWriterJson.h"
 #include "Vellum/CReaderBinary.h"
 #include "Vellum/CWriterBinary.h"
 #include "Vellum/Conversion.h"

@@ -21,6 +21,7 @@ template <class Derived, class Base, class Kind, class... Key>
 class CWriteOperation : public Base
 {
 public:
+    using Base::Base;
     using Base::Write;
     void Write(Key... key, KindArgument<typename Kind::Type> value) final
     {
@@ -32,6 +33,7 @@ template <class Derived, class Base, std::uint8_t Tag, class... Key>
 class CWriteOperation<Derived, Base, SKind<SBlob, Tag>, Key...> : public Base
 {
 public:
+    using Base::Base;
     using Base::Write;
     void Write(Key... key, std::size_t size, const void* data) final
     {
