@@ -32,8 +32,7 @@ void ExpectName(const std::string& key, const std::string& value)
 {
     const std::string close = value.ends_with('>') ? " >" : ">";
     using Node = SAssociation<Key, Value>;
-    EXPECT_EQ(CbTypeName<Node>::Value.GetString(),
-              "struct CbMapTypes::SAssociation<" + key + "," + value + close);
+    EXPECT_EQ(CbTypeName<Node>::Value.GetString(), "struct CbMapTypes::SAssociation<" + key + "," + value + close);
 }
 
 // The kinds that the tables of both keys hold.
