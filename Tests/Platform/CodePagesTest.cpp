@@ -186,7 +186,7 @@ TEST(CodePages, AnyBytesGiveTextThatIsWellFormed)
         {
             std::string bytes(random() % 200, '\0');
             for (char& byte : bytes)
-                byte = static_cast<char>(round % 2 == 0 ? random() : "+-\x1B$(BJ+A2D3eAOQ\x81\x30"[random() % 19]);
+                byte = round % 2 == 0 ? static_cast<char>(random()) : "+-\x1B$(BJ+A2D3eAOQ\x81\x30"[random() % 19];
             const std::wstring units = Decode(codePage, bytes);
             for (std::wstring_view rest = units; !rest.empty();)
             {
