@@ -56,26 +56,11 @@ void WriteNested(IContainerWriter& writer, int depth)
 
 TEST(CWriterJson, LaysOutEveryFormOfItem)
 {
-    const CFields a1([](IDataWriter& w) { w.Write("a", 1); });
-    const CFields a2([](IDataWriter& w) { w.Write("a", 2); });
-    const CFields inner(
-        [](IDataWriter& w)
-        {
-            w.Write("a", 1);
-            w.Write("b", "two");
-        });
-    const CElements list(
-        [](IContainerWriter& w)
-        {
-            w.Write(1);
-            w.Write(2);
-        });
-    const CElements rows(
-        [&](IContainerWriter& w)
-        {
-            w.Write(a1);
-            w.Write(a2);
-        });
+    const auto number = [](const char* key, int value)
+    { return CFields([=](IDataWriter& w) { w.Write(key, value); }); };
+    const CElements list([](IContainerWriter& w) { (w.Write(1), w.Write(2)); });
+    const CElements rows([&](IContainerWriter& w) { (w.Write(number("a", 1)), w.Write(number("a", 2))); });
+    const CFields inner([](IDataWriter& w) { (w.Write("a", 1), w.Write("b", "two")); });
     const CFields root(
         [&](IDataWriter& w)
         {
@@ -163,12 +148,7 @@ TEST(CWriterJson, BlobsAreBase64OnOneLine)
 TEST(CWriterJson, ABlobThatIsTooLargeLeavesNothingOfItsItem)
 {
     std::ostringstream stream;
-    const CElements root(
-        [](IContainerWriter& w)
-        {
-            w.Write(1);
-            w.Write(std::size_t{1} << 32, "far more than is there");
-        });
+    const CElements root([](IContainerWriter& w) { (w.Write(1), w.Write(std::size_t{1} << 32, "not that much")); });
     const Support::CLogObserver log;
     EXPECT_THROW(CWriterJson(stream).Write(root), CException);
     EXPECT_EQ(log.GetFunctions(), (std::vector<std::string>{"Vellum::Base64::Encode", "Vellum::CWriterJson::Write"}));
@@ -313,12 +293,7 @@ TEST(CWriterJson, NoLocaleChangesANumber)
     const std::locale germanCpp(german);
     const locale_t germanC = newlocale(LC_ALL_MASK, german, nullptr);
     ASSERT_NE(germanC, nullptr);
-    const CElements numbers(
-        [](IContainerWriter& w)
-        {
-            w.Write(1234567);
-            w.Write(1234.5);
-        });
+    const CElements numbers([](IContainerWriter& w) { (w.Write(1234567), w.Write(1234.5)); });
     const std::string plain = Lines("[→1234567,", "→1234.5000000000000", "]");
     const std::string flagged = Lines("[→+1234567,", "→+1234.50000000000000000", "]");
     const auto expectPoints = [&](const std::locale& ofStream)
