@@ -221,14 +221,17 @@ private:
     const std::uint32_t* sort(const SEntry* entries, std::uint32_t count, std::uint32_t& sortedCount);
 
     template <class... Kind>
-    void parseSection(std::uint8_t tag, SKindList<Kind...>);
+    static constexpr auto makeEntryParsers(SKindList<Kind...>);
+    template <class... Kind>
+    static constexpr auto makeElementParsers(SKindList<Kind...>);
+
+    void parseSection(std::uint8_t tag);
     template <class T>
     void parseEntries(std::uint32_t count);
     template <class T>
     UValue parseField();
 
-    template <class... Kind>
-    const void* parseElements(std::uint8_t tag, std::uint32_t count, SKindList<Kind...>);
+    const void* parseElements(std::uint8_t tag, std::uint32_t count);
     template <class T>
     const void* parseElementsOf(std::uint32_t count);
     template <class T>
@@ -302,7 +305,7 @@ const SRecord* CParser::parseRecord()
     const CLevel level(*this, "Vellum::CDataReader::Read");
     const std::size_t base = entries.size();
     for (unsigned int left = read<unsigned char>(); left != 0; --left)
-        parseSection(read<unsigned char>(), ValueKinds());
+        parseSection(read<unsigned char>());
 
     SRecord record{};
     if (entries.size() - base > 0xFFFFFFFF)
@@ -333,12 +336,30 @@ const std::uint32_t* CParser::sort(const SEntry* all, std::uint32_t count, std::
     return tree.arena.Copy(positions.data(), sortedCount);
 }
 
+// The operations of each kind, by tag. They are called through a table, so that a level of nesting costs the stack no
+// more than its own kind needs.
 template <class... Kind>
-void CParser::parseSection(std::uint8_t tag, SKindList<Kind...>)
+constexpr auto CParser::makeEntryParsers(SKindList<Kind...>)
 {
-    const bool known = ((tag == Kind::Tag && (parseEntries<typename Kind::Type>(read<std::uint32_t>()), true)) || ...);
-    if (!known)
+    std::array<void (CParser::*)(std::uint32_t), sizeof...(Kind)> parsers{};
+    ((parsers[Kind::Tag] = &CParser::parseEntries<typename Kind::Type>), ...);
+    return parsers;
+}
+
+template <class... Kind>
+constexpr auto CParser::makeElementParsers(SKindList<Kind...>)
+{
+    std::array<const void* (CParser::*)(std::uint32_t), sizeof...(Kind)> parsers{};
+    ((parsers[Kind::Tag] = &CParser::parseElementsOf<typename Kind::Type>), ...);
+    return parsers;
+}
+
+void CParser::parseSection(std::uint8_t tag)
+{
+    static constexpr auto Parsers = makeEntryParsers(ValueKinds());
+    if (tag >= Parsers.size())
         throw CException(__FILE__, __LINE__, "Vellum::CDataReader::Read");
+    (this->*Parsers[tag])(read<std::uint32_t>());
 }
 
 template <class T>
@@ -375,7 +396,7 @@ const SSequence* CParser::parseSequence()
     {
         if (sequence.tag == TagObject)
             parseTypeHeader(sequence.count);
-        sequence.elements = parseElements(sequence.tag, sequence.count, ValueKinds());
+        sequence.elements = parseElements(sequence.tag, sequence.count);
     }
     return Keep(tree.arena, sequence);
 }
@@ -388,14 +409,12 @@ void CParser::parseTypeHeader(std::uint32_t count)
         resolve("Vellum::CContainerReader::Read");
 }
 
-template <class... Kind>
-const void* CParser::parseElements(std::uint8_t tag, std::uint32_t count, SKindList<Kind...>)
+const void* CParser::parseElements(std::uint8_t tag, std::uint32_t count)
 {
-    const void* parsed = nullptr;
-    const bool known = ((tag == Kind::Tag && (parsed = parseElementsOf<typename Kind::Type>(count), true)) || ...);
-    if (!known)
+    static constexpr auto Parsers = makeElementParsers(ValueKinds());
+    if (tag >= Parsers.size())
         throw CException(__FILE__, __LINE__, "Vellum::CContainerReader::Read");
-    return parsed;
+    return (this->*Parsers[tag])(count);
 }
 
 template <class T>
