@@ -18,6 +18,7 @@ namespace
 
 using namespace Support;
 using Vellum::IContainerWriter;
+using Vellum::IDataReader;
 using Vellum::IDataWriter;
 
 std::string DocumentOf(CFields::Writing writing) { return Hex(WriteBinary(CFields(std::move(writing)))); }
@@ -314,6 +315,51 @@ TEST(CWriterBinary, FailedAllocationsReachTheCallerAndLeaveTheStreamUntouched)
             }
         });
     EXPECT_GT(failures, 20u);
+}
+
+// A table of nested objects may have the new entry although doubling it failed; the client may go on all the same.
+TEST(CWriterBinary, ClientThatSwallowsFailedAllocationsGetsADocument)
+{
+    const CLogObserver quiet;
+    std::vector<std::string> keys;
+    for (int i = 0; i < 100; ++i)
+        keys.push_back(std::to_string(i));
+    const CFields item([](IDataWriter& w) { w.Write("a", 1); });
+    const CFields root(
+        [&](IDataWriter& w)
+        {
+            for (const std::string& key : keys)
+                try
+                {
+                    w.Write(key.c_str(), item);
+                }
+                catch (...)
+                {
+                    continue;
+                }
+        });
+    FailEachAllocation(
+        [&]
+        {
+            try
+            {
+                CbStreamWriteBinaryBuffer stream;
+                Vellum::CWriterBinary(stream).Write(root);
+                CbStreamReadBinaryBuffer copy(stream.GetData(), stream.GetSize());
+                std::uint32_t count = 0;
+                CFields check = ReadFields([&](IDataReader& r) { count = r.GetKeyCount(); });
+                Vellum::CReaderBinary(copy).Read(check);
+                EXPECT_GE(count, 99u);
+            }
+            catch (const std::bad_alloc&)
+            {
+                return; // outside the client's code
+            }
+            catch (const CbExceptionContainer&)
+            {
+                return;
+            }
+        });
 }
 
 } // namespace

@@ -6,7 +6,7 @@
 #include "Groundwork/CbStreamRead.h"
 
 // CbStreamReadBinary: reads the encoding of CbStreamWriteBinary, built on one operation that delivers raw bytes. A
-// stream of one's own derives from it and supplies that operation alone.
+// stream of one's own derives from it and supplies that operation alone; documents may use it for any of their values.
 //
 // Memory   A length that is read is never trusted: texts and byte arrays grow with the bytes that really arrive, from
 //          64 KiB on by doubling at most. Smaller ones are obtained at once and read with one raw Read.

@@ -1,5 +1,7 @@
 #include "Vellum/CReaderJson.h"
 
+#include <algorithm>
+#include <array>
 #include <concepts>
 #include <cstdint>
 #include <cstring>
@@ -257,7 +259,14 @@ bool ReadText(std::string_view raw, std::wstring& value)
 bool ReadText(std::string_view raw, IDateTime& value)
 {
     CbDateTime date(std::uint64_t{0}); // the default would read the clock
-    date = std::string(raw).c_str();
+    std::array<char, 32> shortText{};
+    if (raw.size() < shortText.size())
+    {
+        std::ranges::copy(raw, shortText.begin());
+        date = shortText.data();
+    }
+    else
+        date = std::string(raw).c_str();
     value = date;
     return true;
 }
@@ -326,7 +335,7 @@ private:
 
     const JsonMembers& members;
     mutable CbArray<const char*> keys; // in the table's order; gathered when the first one is asked for
-    CbMapEx<std::string, CbArray<unsigned char>> blobs;
+    CbMapEx<std::string, CbArray<unsigned char>> blobs{128u, 4u}; // most objects have few, if any
 };
 
 class CContainerReaderJson final : public CReadOperations<CContainerReaderJson, IContainerReader, std::uint32_t>
@@ -349,7 +358,7 @@ private:
     }
 
     const JsonElements& elements;
-    CbMapEx<unsigned int, CbArray<unsigned char>> blobs;
+    CbMapEx<unsigned int, CbArray<unsigned char>> blobs{128u, 4u};
 };
 
 bool ReadElement(const SJsonElement* element, ISerializable& value)

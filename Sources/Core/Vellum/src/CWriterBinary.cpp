@@ -1,9 +1,11 @@
 #include "Vellum/CWriterBinary.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <new>
+#include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -86,6 +88,19 @@ struct STuples<SKindList<Kind...>>
     using Pools = std::tuple<SPool<typename Kind::Type>...>;
     using Tables = std::tuple<std::unique_ptr<Table<typename Kind::Type>>...>;
 };
+
+// Whether the bytes of a text pass what one buffer takes beside the bytes that may wait in it.
+template <class T>
+bool IsTooLong(const T&)
+{
+    return false;
+}
+template <class Char>
+bool IsTooLong(const std::basic_string<Char>& text)
+{
+    constexpr std::size_t MaxLength = (Max32 - 0xFFFF) / (sizeof(Char) == 1 ? 1 : 4); // a wide one may become a pair
+    return text.size() > MaxLength && std::char_traits<Char>::length(text.c_str()) > MaxLength;
+}
 
 // Where emitted bytes go: into the buffer of a sequence, where they stay, or by way of a buffer to the client's stream.
 class COutput
@@ -204,6 +219,8 @@ public:
     template <class T>
     void writeValue(const char* key, const T& value)
     {
+        if (IsTooLong(value))
+            throw CException(__FILE__, __LINE__, "Vellum::CDataWriterBinary::Write");
         const auto [node, isNew] = getTable<T>().FindOrEmplace(document.Intern(key), value);
         if (!isNew)
             node->value = value;
@@ -233,6 +250,8 @@ private:
 
     template <class Writer, class T>
     void writeNested(const char* key, const T& value);
+    template <class NestedTable, class Writer>
+    auto* findOrInsertNested(NestedTable& table, unsigned int index, std::unique_ptr<Writer>& nested);
 
     template <class T>
     void clearTable(std::unique_ptr<Table<T>>& table) noexcept;
@@ -253,7 +272,13 @@ public:
     void writeValue(const T& value)
     {
         fixTag(TagOf<T>);
-        append([&] { buffer.Write(value); });
+        append(
+            [&]
+            {
+                if (IsTooLong(value))
+                    throw std::bad_array_new_length();
+                buffer.Write(value);
+            });
     }
     void writeValue(const IDateTime& value);
     void writeValue(const SBlob& value);
@@ -367,7 +392,26 @@ void CDataWriterBinary::writeValue(const char* key, const SBlob& value)
     CbArray<unsigned char> bytes;
     bytes.Reserve(value.size);
     bytes.Append(static_cast<const unsigned char*>(value.data), value.size);
-    getTable<SBlob>().FindOrInsert(document.Intern(key))->value = std::move(bytes);
+    const auto [node, isNew] = getTable<SBlob>().FindOrEmplace(document.Intern(key), std::move(bytes));
+    if (!isNew)
+        node->value = std::move(bytes); // not moved from yet: no value was made of it
+}
+
+// A table that couldn't double its buckets has the new entry nonetheless: then it gets the writer at once, since the
+// client may go on.
+template <class NestedTable, class Writer>
+auto* CDataWriterBinary::findOrInsertNested(NestedTable& table, unsigned int index, std::unique_ptr<Writer>& nested)
+{
+    try
+    {
+        return table.FindOrInsert(index);
+    }
+    catch (...)
+    {
+        if (auto* const node = table.Find(index); node != nullptr && !node->value.second)
+            node->value.second = std::move(nested);
+        throw;
+    }
 }
 
 // The nested writer takes its place in the entry when the client is done with it, normally or by an exception. Until
@@ -378,7 +422,7 @@ void CDataWriterBinary::writeNested(const char* key, const T& value)
     const unsigned int index = document.Intern(key);
     const unsigned int typeName = document.Intern(value.GetTypeName());
     std::unique_ptr<Writer> nested = document.TakeWriter<Writer>();
-    auto* const node = getTable<T>().FindOrInsert(index);
+    auto* const node = findOrInsertNested(getTable<T>(), index, nested);
     node->value.first = typeName;
     const auto enter = [&]() noexcept
     {

@@ -12,6 +12,8 @@
 #include "Groundwork/CbArray.h"
 #include "Groundwork/CbMapEx.h"
 
+#include "Vellum/src/TypeNames.h"
+
 namespace Vellum
 {
 
@@ -79,9 +81,3 @@ struct SJsonDocument
 };
 
 } // namespace Vellum
-
-template <>
-struct CbTypeName<Vellum::SJsonElement>
-{
-    static constexpr auto Value = CbText("struct Vellum::SJsonElement");
-};
