@@ -334,8 +334,8 @@ void CParser::ParseStringTable()
     {
         stream.Read(key);
         const std::size_t length = std::char_traits<char>::length(key.GetString()); // keys end at their first NUL
-        const char* const text = tree.arena.Copy(key.GetString(), length + 1);
-        tree.keys.Add(read<std::uint32_t>(), std::string_view(text, length));
+        const char* const kept = tree.arena.Copy(key.GetString(), length + 1);
+        tree.keys.Add(read<std::uint32_t>(), std::string_view(kept, length));
     }
     tree.keys.Sort();
 }
