@@ -5,8 +5,10 @@
 #include "Groundwork/CbExceptions.h"
 #include "Groundwork/CbStreamReadBinary.h"
 #include "Groundwork/CbStreamReadBinaryBuffer.h"
+#include "Groundwork/CbStreamReadBinaryFile.h"
 #include "Groundwork/CbStreamWriteBinary.h"
 #include "Groundwork/CbStreamWriteBinaryBuffer.h"
+#include "Groundwork/CbStreamWriteBinaryFile.h"
 #include "Groundwork/IDateTime.h"
 
 #include "Vellum/BlobRange.h"
