@@ -10,8 +10,10 @@
 #include "Groundwork/CbMapEx.h"
 #include "Groundwork/CbStreamReadBinary.h"
 #include "Groundwork/CbStreamReadBinaryBuffer.h"
+#include "Groundwork/CbStreamReadBinaryFile.h"
 #include "Groundwork/CbStreamWriteBinary.h"
 #include "Groundwork/CbStreamWriteBinaryBuffer.h"
+#include "Groundwork/CbStreamWriteBinaryFile.h"
 #include "Groundwork/IDateTime.h"
 
 #include "Vellum/Base64.h"
