@@ -36,5 +36,7 @@ endfunction()
 
 # The locales that tests need are generated into the build folder (Tests/CMakeLists.txt).
 function(vellum_discover_tests name)
-    gtest_discover_tests(${name} PROPERTIES ENVIRONMENT "LOCPATH=${VELLUM_TEST_LOCALES}" DISCOVERY_TIMEOUT 60)
+    set(leaks "suppressions=${PROJECT_SOURCE_DIR}/Tests/Support/LeakSuppressions.txt:print_suppressions=0")
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
+        PROPERTIES ENVIRONMENT "LOCPATH=${VELLUM_TEST_LOCALES}" ENVIRONMENT_MODIFICATION "LSAN_OPTIONS=set:${leaks}")
 endfunction()

@@ -20,6 +20,13 @@ Scripts/CheckLayers.sh
 step "Each header alone"
 Scripts/CheckHeaders.sh
 
+step "README.md shows Examples/Readme.cpp"
+statements() # without indentation, and without what only frames them
+{
+    sed 's/^ *//' | grep -vxE '[{}]?;?|int main\(\)|#include.*'
+}
+diff <(sed -n '/^```cpp$/,/^```$/p' README.md | grep -v '^```' | statements) <(statements <Examples/Readme.cpp)
+
 step "Build with clang++"
 cmake --preset clang >/dev/null
 cmake --build --preset clang

@@ -6,9 +6,9 @@
 namespace Fuzzing
 {
 
-void Fail(const char* condition, const char* file, int line)
+void Fail(const char* what, const char* file, int line)
 {
-    std::fprintf(stderr, "%s:%d: this does not hold: %s\n", file, line, condition);
+    std::fprintf(stderr, "%s:%d: failed: %s\n", file, line, what);
     std::abort();
 }
 

@@ -190,7 +190,7 @@ T CTreeMaker::make(std::uint32_t depth)
     else if constexpr (std::is_same_v<T, Bytes>)
     {
         const std::string text = makeText({});
-        return Bytes(text.begin(), text.end());
+        return text.empty() && !shape.emptyBlobs ? Bytes(1) : Bytes(text.begin(), text.end());
     }
     else if constexpr (std::is_same_v<T, Object>)
         return MakeObject(depth + 1);

@@ -21,7 +21,7 @@
 //   ... write *written as a document ...
 //   const auto read = MakeBlank(*written);   // the same fields and elements, with no values yet
 //   ... read the document into *read ...
-//   FUZZ_CHECK(FirstDifference(*written, *read) == "");
+//   FUZZ_CHECK_NONE(FirstDifference(*written, *read));
 namespace Fuzzing
 {
 
@@ -59,14 +59,15 @@ private:
 // What a format can carry. The default is all that a binary document brings back bit for bit.
 struct STreeShape
 {
-    std::string_view keyLetters;   // bytes that keys and type names are made of; empty: every byte but NUL
-    std::string_view textLetters;  // the same for narrow texts and chars; empty: every byte (a text has no NUL)
-    bool keyInManyKinds = true;    // one key may have a value in each kind, never two in one kind
-    bool mixedSequences = false;   // elements of one sequence may differ in kind
-    bool loneSurrogates = true;    // wide texts may hold them
-    bool nonFiniteNumbers = true;  // infinities and not-a-number
-    bool milliseconds = true;      // dates have them
-    unsigned short maxYear = 9999; // of dates; they start at 1601
+    std::string_view keyLetters = {};  // bytes that keys and type names are made of; empty: every byte but NUL
+    std::string_view textLetters = {}; // the same for narrow texts and chars; empty: every byte (a text has no NUL)
+    bool keyInManyKinds = true;        // one key may have a value in each kind, never two in one kind
+    bool mixedSequences = false;       // elements of one sequence may differ in kind
+    bool loneSurrogates = true;        // wide texts may hold them
+    bool nonFiniteNumbers = true;      // infinities and not-a-number
+    bool milliseconds = true;          // dates have them
+    bool emptyBlobs = true;            // blobs may have no bytes
+    unsigned short maxYear = 9999;     // of dates; they start at 1601
 };
 
 class CTreeObject;

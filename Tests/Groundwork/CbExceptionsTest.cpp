@@ -32,7 +32,7 @@ TYPED_TEST(CbExceptions, IsLoggedOnceWhereItIsRaisedAndNotWhenCopied)
     EXPECT_EQ(observer.GetEntries()[0].file, "Sources/Core/X.cpp");
     EXPECT_EQ(observer.GetEntries()[0].line, 7);
     EXPECT_EQ(observer.GetEntries()[0].function, "X::Y");
-    EXPECT_EQ(typeid(*clone), typeid(TypeParam));
+    EXPECT_NE(dynamic_cast<const TypeParam*>(clone.get()), nullptr);
     EXPECT_STREQ(clone->GetFilename(), "Sources/Core/X.cpp");
     EXPECT_EQ(clone->GetCodeLine(), 7u);
     EXPECT_STREQ(clone->GetFunctionName(), "X::Y");

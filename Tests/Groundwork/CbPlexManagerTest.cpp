@@ -78,22 +78,4 @@ TEST(CbPlexManager, RaisesItsFullNameAndAsksForTheNextSizeAfterwards)
     EXPECT_EQ(pool.GetNextBlockSize(), 432u);
 }
 
-TEST(CbPlexManager, NamesEveryValueThatDocumentsHold)
-{
-    const auto name = [](auto* element)
-    { return std::string(CbTypeName<std::remove_pointer_t<decltype(element)>>::Value.GetString()); };
-    using CbMapTypes::SAssociation;
-    EXPECT_EQ(name(static_cast<SAssociation<unsigned int, CbDateTime>*>(nullptr)),
-              "struct CbMapTypes::SAssociation<unsigned int,class CbDateTime>");
-    EXPECT_EQ(name(static_cast<SAssociation<unsigned int, std::uint64_t>*>(nullptr)),
-              "struct CbMapTypes::SAssociation<unsigned int,unsigned __int64>");
-    EXPECT_EQ(name(static_cast<SAssociation<unsigned int, CbArray<unsigned char>>*>(nullptr)),
-              "struct CbMapTypes::SAssociation<unsigned int,class CbArray<unsigned char> >");
-    EXPECT_EQ(name(static_cast<SAssociation<ATL::CStringT<char>, unsigned int>*>(nullptr)),
-              "struct CbMapTypes::SAssociation<class ATL::CStringT<char>,unsigned int>");
-    EXPECT_EQ(name(static_cast<SAssociation<unsigned int, std::pair<unsigned int, std::unique_ptr<int>>>*>(nullptr)),
-              "struct CbMapTypes::SAssociation<unsigned int,struct std::pair<unsigned int,class "
-              "std::unique_ptr<int,struct std::default_delete<int> > > >");
-}
-
 } // namespace

@@ -167,7 +167,7 @@ TEST(CbStreamBinary, WideTextHasTheShortestHeaderForItsLength)
 TEST(CbStreamBinary, ElementsBeyond16BitsLeaveAsPairsAndComeBackAsUnits)
 {
     EXPECT_EQ(Hex(Written(L"a\U0001F600\U0010FFFF")), "FF FE FF 05 61 00 3D D8 00 DE FF DB FF DF");
-    for (const std::size_t length : {252, 253, 254, 255, 256, 511}) // around the header and the runs of raw bytes
+    for (const std::size_t length : {252u, 253u, 254u, 255u, 256u, 511u}) // around the header and the runs of raw bytes
     {
         const std::wstring units = ReadBack<std::wstring>(Written(std::wstring(length, L'x') + L"\U0001F600y"));
         EXPECT_EQ(units, std::wstring(length, L'x') + wchar_t(0xD83D) + wchar_t(0xDE00) + L'y');

@@ -7,6 +7,7 @@
 #include "Platform/Utf16.h"
 #include "Platform/Utf8.h"
 
+#include "Support/CEnvironment.h"
 #include "Support/Texts.h"
 
 namespace
@@ -153,6 +154,19 @@ TEST(CodePages, WhatACodePageLacksBecomesOneQuestionMark)
     }
 }
 
+TEST(CodePages, NumberZeroIsTheEncodingOfTheUser)
+{
+    const Support::CEnvironment polish("LC_ALL", "pl_PL.ISO-8859-2");
+    EXPECT_EQ(Hex(Encode(CodePageOfUser, L"Łä中")), "A3 E4 3F");
+    EXPECT_EQ(Decode(CodePageOfUser, "\xA3\xE4"), L"Łä");
+    for (const char* locale : {"de_DE.UTF-8", "C", "xx_XX"}) // plain ASCII and what isn't installed too
+    {
+        const Support::CEnvironment environment("LC_ALL", locale);
+        EXPECT_EQ(Hex(Encode(CodePageOfUser, L"Ł")), "C5 81") << locale;
+        EXPECT_EQ(Decode(CodePageOfUser, "\xC5\x81\xE4"), L"Ł\xFFFD") << locale;
+    }
+}
+
 // Longer than any buffer on the way, with every kind of length in bytes.
 TEST(CodePages, LongTextsComeBack)
 {
@@ -172,7 +186,7 @@ TEST(CodePages, AnyBytesGiveTextThatIsWellFormed)
         {
             std::string bytes(random() % 200, '\0');
             for (char& byte : bytes)
-                byte = static_cast<char>(round % 2 == 0 ? random() : "+-\x1B$(BJ+A2D3eAOQ\x81\x30"[random() % 19]);
+                byte = round % 2 == 0 ? static_cast<char>(random()) : "+-\x1B$(BJ+A2D3eAOQ\x81\x30"[random() % 19];
             const std::wstring units = Decode(codePage, bytes);
             for (std::wstring_view rest = units; !rest.empty();)
             {

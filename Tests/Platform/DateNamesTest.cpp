@@ -82,7 +82,7 @@ TEST(DateNames, RefusesADateThatIsNoneAndLeavesTheNameAlone)
 
 TEST(DateNames, FailedAllocationLeavesNothingHalfMadeBehind)
 {
-    const CEnvironment all("LC_ALL", "de_DE.UTF-8");
+    const CEnvironment all("LC_ALL", "de_DE.UTF-8@unused"); // the names of this one haven't been made yet
     const auto body = []
     {
         try
@@ -93,7 +93,7 @@ TEST(DateNames, FailedAllocationLeavesNothingHalfMadeBehind)
         {
         }
     };
-    std::thread([&] { Support::FailEachAllocation(body); }).join(); // a new thread has no names yet
+    EXPECT_GT(Support::FailEachAllocation(body), 1u);
 }
 
 } // namespace

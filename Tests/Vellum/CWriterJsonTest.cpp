@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include "Groundwork/CbDateTime.h"
+
 #include "Vellum/Vellum.h"
 
 #include "Support/Clients.h"
@@ -54,26 +56,11 @@ void WriteNested(IContainerWriter& writer, int depth)
 
 TEST(CWriterJson, LaysOutEveryFormOfItem)
 {
-    const CFields a1([](IDataWriter& w) { w.Write("a", 1); });
-    const CFields a2([](IDataWriter& w) { w.Write("a", 2); });
-    const CFields inner(
-        [](IDataWriter& w)
-        {
-            w.Write("a", 1);
-            w.Write("b", "two");
-        });
-    const CElements list(
-        [](IContainerWriter& w)
-        {
-            w.Write(1);
-            w.Write(2);
-        });
-    const CElements rows(
-        [&](IContainerWriter& w)
-        {
-            w.Write(a1);
-            w.Write(a2);
-        });
+    const auto number = [](const char* key, int value)
+    { return CFields([=](IDataWriter& w) { w.Write(key, value); }); };
+    const CElements list([](IContainerWriter& w) { (w.Write(1), w.Write(2)); });
+    const CElements rows([&](IContainerWriter& w) { (w.Write(number("a", 1)), w.Write(number("a", 2))); });
+    const CFields inner([](IDataWriter& w) { (w.Write("a", 1), w.Write("b", "two")); });
     const CFields root(
         [&](IDataWriter& w)
         {
@@ -141,6 +128,42 @@ TEST(CWriterJson, WideTextIsWrittenInUtf8)
     EXPECT_EQ(ValueText(std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}), "\"\xF0\x9F\x98\x80\"");
     EXPECT_EQ(ValueText(std::wstring(L"cut\0off", 7)), "\"cut\"");
     EXPECT_EQ(ValueText(std::wstring()), "\"\"");
+}
+
+TEST(CWriterJson, BlobsAreBase64OnOneLine)
+{
+    const auto blobText = [](std::size_t size)
+    {
+        const std::string bytes("\0\1", size);
+        return WriteJson(CElements([&](IContainerWriter& w) { w.Write(bytes.size(), bytes.data()); }));
+    };
+    EXPECT_EQ(blobText(0), Lines("[→\"\"", "]"));
+    EXPECT_EQ(blobText(1), Lines("[→\"AA==\"", "]"));
+    EXPECT_EQ(blobText(2), Lines("[→\"AAE=\"", "]"));
+    const std::string zeros(100, '\0');
+    EXPECT_EQ(WriteJson(CFields([&](IDataWriter& w) { w.Write("b", zeros.size(), zeros.data()); })),
+              Lines("{→\"b\":\"" + std::string(134, 'A') + "==\"", "}"));
+}
+
+TEST(CWriterJson, ABlobThatIsTooLargeLeavesNothingOfItsItem)
+{
+    std::ostringstream stream;
+    const CElements root([](IContainerWriter& w) { (w.Write(1), w.Write(std::size_t{1} << 32, "not that much")); });
+    const Support::CLogObserver log;
+    EXPECT_THROW(CWriterJson(stream).Write(root), CException);
+    EXPECT_EQ(log.GetFunctions(), (std::vector<std::string>{"Vellum::Base64::Encode", "Vellum::CWriterJson::Write"}));
+    EXPECT_EQ(stream.str(), "[\t1");
+}
+
+TEST(CWriterJson, DatesHaveNineteenCharacters)
+{
+    CbDateTime date("2024-03-07T09:05:01");
+    date.SetMilliseconds(250);
+    EXPECT_EQ(ValueText(date), "\"2024-03-07T09:05:01\"");
+    EXPECT_EQ(ValueText(CbDateTime("0987-01-02 03:04:05")), "\"0987-01-02T03:04:05\"");
+    date.SetMonth(13); // nothing is validated
+    EXPECT_EQ(WriteJson(CFields([&](IDataWriter& w) { w.Write("d", date); })),
+              Lines("{→\"d\":\"2024-13-07T09:05:01\"", "}"));
 }
 
 TEST(CWriterJson, CharIsOneRawByteUnlessThatWouldBreakTheQuotes)
@@ -270,12 +293,7 @@ TEST(CWriterJson, NoLocaleChangesANumber)
     const std::locale germanCpp(german);
     const locale_t germanC = newlocale(LC_ALL_MASK, german, nullptr);
     ASSERT_NE(germanC, nullptr);
-    const CElements numbers(
-        [](IContainerWriter& w)
-        {
-            w.Write(1234567);
-            w.Write(1234.5);
-        });
+    const CElements numbers([](IContainerWriter& w) { (w.Write(1234567), w.Write(1234.5)); });
     const std::string plain = Lines("[→1234567,", "→1234.5000000000000", "]");
     const std::string flagged = Lines("[→+1234567,", "→+1234.50000000000000000", "]");
     const auto expectPoints = [&](const std::locale& ofStream)

@@ -106,6 +106,9 @@ TEST(Contract, OtherPointersDoNotCompile)
     static_assert(CanWrite<Vellum::IDataWriter, const char*> && CanWrite<Vellum::IDataWriter, char*>);
     static_assert(!CanWrite<Vellum::IDataWriter, const int*> && !CanWrite<Vellum::IDataWriter, void*>);
     static_assert(!CanWrite<Vellum::IDataWriter, std::nullptr_t>);
+    static_assert(!CanWrite<Vellum::IDataWriter, volatile char*>);
+    static_assert(!CanWrite<Vellum::IDataWriter, int CNotingWriter::*>);
+    static_assert(!CanWrite<Vellum::IDataWriter, void (*)()>);
     static_assert(CanAppend<Vellum::IContainerWriter, const wchar_t*> && CanAppend<Vellum::IContainerWriter, wchar_t*>);
     static_assert(!CanAppend<Vellum::IContainerWriter, const void*>);
     static_assert(!CanAppend<Vellum::IContainerWriter, Vellum::ISerializable*>);

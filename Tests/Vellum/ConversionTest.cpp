@@ -10,6 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include "Groundwork/CbDateTime.h"
+#include "Groundwork/CbExceptions.h"
+
 #include "Vellum/CException.h"
 
 #include "Support/CLogObserver.h"
@@ -107,6 +110,13 @@ TEST(Conversion, CharIsTheFirstByteAndTextIsCopied)
     EXPECT_EQ(From<std::string>(text), "a text\0 that is no short one"s);
     Conversion::FromString(text, text);
     EXPECT_EQ(text, "a text\0 that is no short one"s);
+}
+
+TEST(Conversion, DateIsAssignedTheText)
+{
+    const auto date = From<CbDateTime>("2024-03-07T09:05:01\0 and more"s);
+    EXPECT_EQ(date.ToString("Y-m-d H:i:s.v", false), "2024-03-07 09:05:01.000");
+    EXPECT_RAISES(CbExceptionConversion, "CbDateTime::operator =", From<CbDateTime>("2024-03-07"));
 }
 
 TEST(Conversion, FloatingNumbersAreTheWholeText)

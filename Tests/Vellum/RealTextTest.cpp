@@ -1,8 +1,9 @@
 #include "Vellum/src/RealText.h"
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <limits>
 #include <random>
 #include <string>
@@ -42,10 +43,8 @@ TEST(RealText, IsWhatPrintfGives)
     for (int count = 0; count < 5000; ++count)
     {
         const std::uint64_t bits = random();
-        double value = 0;
-        std::memcpy(&value, &bits, sizeof value);
-        ExpectWhatPrintfGives(value);
-        ExpectWhatPrintfGives(static_cast<double>(static_cast<float>(std::ldexp(value, -std::ilogb(value)))));
+        ExpectWhatPrintfGives(std::bit_cast<double>(bits));
+        ExpectWhatPrintfGives(static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bits))));
         ExpectWhatPrintfGives(static_cast<double>(bits % 1000000) / std::pow(10, count % 10));
     }
 }

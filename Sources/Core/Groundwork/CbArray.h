@@ -88,13 +88,10 @@ public:
     // count of 0, `elements` may be null.
     void Append(const T* elements, std::uint64_t count)
     {
-        if (count == 0)
-            return;
-        const auto construct = [&](T* to) { copyElements(to, elements, static_cast<std::size_t>(count)); };
-        if (count > std::uint64_t{capacity} - size)
-            grow(GetGrownCapacity(checked(size, count)), count, construct);
-        else
-            construct(data + size);
+        if (count > capacity - size) [[unlikely]]
+            appendGrowing(elements, count);
+        else if (count != 0)
+            copyElements(data + size, elements, static_cast<std::size_t>(count));
         setSize(size + static_cast<std::uint32_t>(count));
     }
 
@@ -241,13 +238,25 @@ private:
     template <class Element>
     T& add(Element&& element)
     {
-        const auto construct = [&](T* to) { ::new (static_cast<void*>(to)) T(std::forward<Element>(element)); };
-        if (size == capacity)
-            grow(GetGrownCapacity(std::uint64_t{size} + 1), 1, construct);
+        if (size == capacity) [[unlikely]]
+            addGrowing(std::forward<Element>(element));
         else
-            construct(data + size);
+            ::new (static_cast<void*>(data + size)) T(std::forward<Element>(element));
         setSize(size + 1);
         return data[size - 1];
+    }
+
+    // The rare halves of add and Append, kept out of the code of their callers. The size is left to these.
+    template <class Element>
+    [[gnu::noinline]] void addGrowing(Element&& element)
+    {
+        grow(GetGrownCapacity(std::uint64_t{size} + 1), 1,
+             [&](T* to) { ::new (static_cast<void*>(to)) T(std::forward<Element>(element)); });
+    }
+    [[gnu::noinline]] void appendGrowing(const T* elements, std::uint64_t count)
+    {
+        grow(GetGrownCapacity(checked(size, count)), count,
+             [&](T* to) { copyElements(to, elements, static_cast<std::size_t>(count)); });
     }
 
     void setSize(std::uint32_t newSize) noexcept

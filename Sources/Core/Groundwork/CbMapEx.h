@@ -3,7 +3,9 @@
 #include <bit>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include "Groundwork/CbMapPolicyPlexManager.h"
@@ -88,7 +90,7 @@ public:
         return {node, true};
     }
 
-    // Empties a table whose nodes go back to their pool, so that it can be filled anew as if it had just been made.
+    // Empties a table whose nodes go back to their pool. It is then as a new one with DefaultBucketCount buckets.
     void Clear() noexcept requires Base::RecyclesNodes
     {
         destroyNodes();
@@ -193,6 +195,8 @@ private:
     // Doubles the buckets. The nodes are taken in their old order and each is put at the head of its new chain.
     void rehash()
     {
+        if (bucketCount > std::numeric_limits<std::uint32_t>::max() / 2)
+            throw std::bad_array_new_length();
         const std::uint32_t newCount = std::bit_floor(bucketCount * 2);
         auto newBuckets = std::make_unique<SAssociation*[]>(newCount);
         bucketCount = newCount;

@@ -58,6 +58,9 @@ public:
         freeList = slot;
     }
 
+    // What getFreeElement reports when it fails.
+    static constexpr const char* GetFunctionName() { return FunctionName.GetString(); }
+
     // Blocks counted so far, and the number of elements that the next one will hold.
     Size GetBlockCount() const { return blockCount; }
     Size GetNextBlockSize() const
@@ -111,7 +114,7 @@ private:
         catch (const std::bad_alloc&)
         {
             freeBlocks(before);
-            CbRaiseOutOfElements(FunctionName.GetString());
+            CbRaiseOutOfElements(GetFunctionName());
         }
         unused = blocks;
     }

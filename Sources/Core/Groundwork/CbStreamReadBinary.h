@@ -6,12 +6,12 @@
 #include "Groundwork/CbStreamRead.h"
 
 // CbStreamReadBinary: reads the encoding of CbStreamWriteBinary, built on one operation that delivers raw bytes. A
-// stream of one's own derives from it and supplies that operation alone.
+// stream of one's own derives from it and supplies that operation alone; documents may use it for any of their values.
 //
 // Memory   A length that is read is never trusted: texts and byte arrays grow with the bytes that really arrive, from
 //          64 KiB on by doubling at most. Smaller ones are obtained at once and read with one raw Read.
 // Errors   CbExceptionStream, "CbStreamReadBinary::Read", when the bytes run out, and for a wide text without its mark.
-//          Bytes that were there are consumed.
+//          How many bytes have been consumed then is left open.
 class VELLUM_API CbStreamReadBinary : public CbStreamRead
 {
 public:

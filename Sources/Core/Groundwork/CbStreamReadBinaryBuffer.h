@@ -53,8 +53,9 @@ public:
     // The base's, without a virtual call.
     void ReadExact(void* data, std::size_t size)
     {
-        if (Read(data, size) != size)
+        if (size > left) [[unlikely]]
             BinaryDecoding::RaiseMissing();
+        Read(data, size);
     }
 
 private:

@@ -5,7 +5,8 @@
 #include "Groundwork/CbStreamWrite.h"
 
 // CbStreamWriteBinary: the library's binary encoding of each type, built on one operation that takes raw bytes. A
-// stream of one's own derives from it and supplies that operation alone. Streams are append-only: no position, no seek.
+// stream of one's own derives from it and supplies that operation alone; documents may use it for any of their values.
+// Streams are append-only: no position, no seek.
 //
 //   number  := its bytes, least significant first; float and double as IEEE 754; char, signed char, unsigned char: 1
 //   bool    := 00 | 01

@@ -59,10 +59,10 @@ public:
     // `data` may lie in this stream as long as that holds less than 2 GiB.
     CbStreamWriteBinaryBuffer& Write(const void* data, std::size_t count) override
     {
-        if (count <= bytes.GetCapacity() - bytes.GetSize())
-            bytes.Append(static_cast<const unsigned char*>(data), count);
-        else
+        if (count > bytes.GetCapacity() - bytes.GetSize()) [[unlikely]]
             appendGrowing(static_cast<const unsigned char*>(data), count);
+        else
+            bytes.Append(static_cast<const unsigned char*>(data), count);
         return *this;
     }
 

@@ -27,6 +27,6 @@ enum class EDateNameResult
 // The name as UTF-16 units, whatever the character set of the user's locale. Of the date only year, month and day
 // count: the weekday is computed from them, the time of day isn't looked at. `name` is changed on success only.
 //
-// Names are kept for each thread until the environment says something else. May be called from all threads at once as
-// long as none changes the environment. Raises nothing but a failed allocation.
+// The names of a language are kept once it has been asked for. May be called from all threads at once as long as none
+// changes the environment. Raises nothing but a failed allocation.
 EDateNameResult GetDateName(const SSystemTime& date, EDateName which, std::wstring& name);

@@ -14,6 +14,9 @@ void AppendUtf16(std::wstring& text, std::string_view utf8);
 // element above 0xFFFF is taken as that code point; beyond U+10FFFF it becomes EF BF BD as well.
 void AppendUtf8(std::string& text, std::wstring_view units);
 
+// Appends the UTF-8 bytes of one code point up to U+10FFFF. A surrogate is encoded like any other: three bytes.
+void AppendUtf8(std::string& text, char32_t codePoint);
+
 inline std::wstring Utf8ToUtf16(std::string_view utf8)
 {
     std::wstring text;

@@ -30,8 +30,8 @@ class CBinaryTree;
 //            CException  "Vellum::CDataReader::Read": an object has a kind that doesn't exist, a key or type name that
 //                        isn't in the string table, or lies more than 1024 levels deep
 //            CException  "Vellum::CDataReader::readBlobs": the stream delivered less than a whole blob
-//            CException  "Vellum::CContainerReader::Read": the same four of a sequence
-//            CbExceptionContainer  nodes of a table can't be had
+//            CException  "Vellum::CContainerReader::Read": the same four of a sequence, or numbers of 4 GiB and more
+//            CbExceptionContainer, std::bad_alloc  memory can't be had, for entries and for anything else
 //          and what the stream raises, such as CbExceptionStream when it has run out of bytes.
 // Threads  A stream belongs to one thread. A reader that has been made is never changed, so that several threads may
 //          read from it at once.

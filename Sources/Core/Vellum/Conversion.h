@@ -7,6 +7,8 @@
 
 #include "Vellum/NaturalArguments.h"
 
+class CbDateTime;
+
 // Conversion: the text of a value to the value itself, as the readers of the text formats do it.
 //
 // Rules    Loose in one direction and strict in the other: an integer is the number that a text begins with, a floating
@@ -43,6 +45,10 @@ VELLUM_API void FromString(const std::string& text, float& value);
 VELLUM_API void FromString(const std::string& text, double& value);
 VELLUM_API void FromString(const std::string& text, char& value);
 VELLUM_API void FromString(const std::string& text, std::string& value);
+
+// Assigns the text up to its first NUL to the date. Text that isn't a date raises CbExceptionConversion,
+// "CbDateTime::operator =", and may have changed some of its fields.
+VELLUM_API void FromString(const std::string& text, CbDateTime& value);
 
 // An integer type beside these, `long long` for instance, by its width and sign.
 template <OtherInteger T>

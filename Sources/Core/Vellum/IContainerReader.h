@@ -51,10 +51,11 @@ public:
     template <OtherInteger Integer>
     bool Read(std::uint32_t index, Integer& value) const
     {
-        auto exact = static_cast<ExactInteger<Integer>>(value);
-        const bool found = Read(index, exact);
+        ExactInteger<Integer> exact{};
+        if (!Read(index, exact))
+            return false;
         value = static_cast<Integer>(exact);
-        return found;
+        return true;
     }
 
 protected:

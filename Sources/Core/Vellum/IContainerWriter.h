@@ -60,8 +60,8 @@ public:
     }
 
     // Any other pointer would silently become a bool.
-    template <NoCharacter T>
-    void Write(T* pointer) = delete;
+    template <OtherPointer T>
+    void Write(T pointer) = delete;
     void Write(std::nullptr_t) = delete;
 
 protected:

@@ -66,10 +66,11 @@ public:
     template <OtherInteger Integer>
     bool Read(const char* key, Integer& value) const
     {
-        auto exact = static_cast<ExactInteger<Integer>>(value);
-        const bool found = Read(key, exact);
+        ExactInteger<Integer> exact{};
+        if (!Read(key, exact))
+            return false;
         value = static_cast<Integer>(exact);
-        return found;
+        return true;
     }
 
 protected:

@@ -63,8 +63,8 @@ public:
     }
 
     // Any other pointer would silently become a bool.
-    template <NoCharacter T>
-    void Write(const char* key, T* pointer) = delete;
+    template <OtherPointer T>
+    void Write(const char* key, T pointer) = delete;
     void Write(const char* key, std::nullptr_t) = delete;
 
 protected:

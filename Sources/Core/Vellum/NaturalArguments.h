@@ -19,8 +19,10 @@ using ExactInteger =
     std::conditional_t<sizeof(T) == 4, std::conditional_t<std::signed_integral<T>, std::int32_t, std::uint32_t>,
                        std::conditional_t<std::signed_integral<T>, std::int64_t, std::uint64_t>>;
 
-// What a pointer may not point to if it isn't to be taken as text.
+// A pointer, to a member too, that isn't text and would silently become a bool.
 template <class T>
-concept NoCharacter = !std::same_as<std::remove_cv_t<T>, char> && !std::same_as<std::remove_cv_t<T>, wchar_t>;
+concept OtherPointer = (std::is_pointer_v<T> || std::is_member_pointer_v<T>)&&!std::same_as<T, char*> &&
+                       !std::same_as<T, const char*> && //
+                       !std::same_as<T, wchar_t*> && !std::same_as<T, const wchar_t*>;
 
 } // namespace Vellum

@@ -1,13 +1,19 @@
 #pragma once
 
 // Everything public at once. Each class also has a header of its own.
-#include "Groundwork/CbDateTime.h"
+#include "Scribe/CScribe.h"
+
 #include "Groundwork/CbArray.h"
+#include "Groundwork/CbDateTime.h"
+#include "Groundwork/CbDateTimeStream.h"
 #include "Groundwork/CbExceptions.h"
+#include "Groundwork/CbMapEx.h"
 #include "Groundwork/CbStreamReadBinary.h"
 #include "Groundwork/CbStreamReadBinaryBuffer.h"
+#include "Groundwork/CbStreamReadBinaryFile.h"
 #include "Groundwork/CbStreamWriteBinary.h"
 #include "Groundwork/CbStreamWriteBinaryBuffer.h"
+#include "Groundwork/CbStreamWriteBinaryFile.h"
 #include "Groundwork/IDateTime.h"
 
 #include "Vellum/Base64.h"
@@ -17,6 +23,10 @@
 #include "Vellum/CReaderXml.h"
 #include "Vellum/CWriterJson.h"
 #include "Vellum/CWriterXml.h"
+#include "Vellum/CReaderBinary.h"
+#include "Vellum/CReaderJson.h"
+#include "Vellum/CWriterBinary.h"
+#include "Vellum/CWriterJson.h"
 #include "Vellum/Encodings.h"
 #include "Vellum/IContainerReader.h"
 #include "Vellum/IContainerWriter.h"

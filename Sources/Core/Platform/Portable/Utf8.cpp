@@ -73,22 +73,6 @@ std::uint32_t TakeCodePoint(std::string_view& bytes)
     return lead.following != 0 && taken == lead.following + 1 ? codePoint : ReplacementCharacter;
 }
 
-void AppendBytes(std::string& text, std::uint32_t codePoint)
-{
-    const auto continuation = [&](int shift) { return static_cast<char>(0x80 | ((codePoint >> shift) & 0x3F)); };
-    if (codePoint < 0x80)
-        text += static_cast<char>(codePoint);
-    else if (codePoint < 0x800)
-        (text += static_cast<char>(0xC0 | (codePoint >> 6))) += continuation(0);
-    else if (codePoint < 0x10000)
-        ((text += static_cast<char>(0xE0 | (codePoint >> 12))) += continuation(6)) += continuation(0);
-    else
-    {
-        (text += static_cast<char>(0xF0 | (codePoint >> 18))) += continuation(12);
-        (text += continuation(6)) += continuation(0);
-    }
-}
-
 } // namespace
 
 void AppendUtf16(std::wstring& text, std::string_view utf8)
@@ -101,6 +85,22 @@ void AppendUtf16(std::wstring& text, std::string_view utf8)
         utf8.remove_prefix(ascii);
         while (!utf8.empty() && static_cast<unsigned char>(utf8.front()) >= 0x80)
             AppendUnits(text, TakeCodePoint(utf8));
+    }
+}
+
+void AppendUtf8(std::string& text, char32_t codePoint)
+{
+    const auto continuation = [&](int shift) { return static_cast<char>(0x80 | ((codePoint >> shift) & 0x3F)); };
+    if (codePoint < 0x80)
+        text += static_cast<char>(codePoint);
+    else if (codePoint < 0x800)
+        (text += static_cast<char>(0xC0 | (codePoint >> 6))) += continuation(0);
+    else if (codePoint < 0x10000)
+        ((text += static_cast<char>(0xE0 | (codePoint >> 12))) += continuation(6)) += continuation(0);
+    else
+    {
+        (text += static_cast<char>(0xF0 | (codePoint >> 18))) += continuation(12);
+        (text += continuation(6)) += continuation(0);
     }
 }
 
@@ -118,6 +118,6 @@ void AppendUtf8(std::string& text, std::wstring_view units)
             *to++ = static_cast<char>(unit);
         units.remove_prefix(ascii);
         while (!units.empty() && static_cast<std::uint32_t>(units.front()) >= 0x80)
-            AppendBytes(text, TakeCodePoint(units));
+            AppendUtf8(text, static_cast<char32_t>(TakeCodePoint(units)));
     }
 }

@@ -2,6 +2,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <cstdlib>
 #include <iconv.h>
 #include <langinfo.h>
 #include <locale.h>
@@ -46,14 +47,36 @@ constexpr SCodePage KnownCodePages[] = {
 };
 static_assert(std::ranges::is_sorted(KnownCodePages, {}, &SCodePage::number));
 
-// The encoding that the user's environment names. A program that doesn't speak of its locale runs in plain ASCII, and
-// so does one whose locale isn't installed: nobody means that as the encoding of his files.
-std::string GetConverterOfUser()
+// The same precedence as setlocale, but of the environment alone.
+const char* GetUserLocaleName()
+{
+    for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"})
+        if (const char* name = std::getenv(variable); name != nullptr && *name != '\0')
+            return name;
+    return "C";
+}
+
+// Plain ASCII is what a program gets whose environment names no locale, or one that isn't installed: nobody means that
+// as the encoding of his files.
+std::string ReadConverterOfLocale(const std::string& localeName)
 {
     const std::unique_ptr<std::remove_pointer_t<locale_t>, decltype(&::freelocale)> locale(
-        ::newlocale(LC_CTYPE_MASK, "", nullptr), &::freelocale);
+        ::newlocale(LC_CTYPE_MASK, localeName.c_str(), nullptr), &::freelocale);
     const std::string name = locale == nullptr ? "ASCII" : ::nl_langinfo_l(CODESET, locale.get());
     return name == "ANSI_X3.4-1968" || name == "US-ASCII" || name == "ASCII" ? "UTF-8" : name;
+}
+
+// Each thread keeps the last answer: opening a locale reads files, and glibc never frees what it makes of LOCPATH then.
+const std::string& GetConverterOfUser()
+{
+    thread_local std::string localeName;
+    thread_local std::string converter;
+    if (const char* const present = GetUserLocaleName(); localeName != present)
+    {
+        converter = ReadConverterOfLocale(present);
+        localeName = present;
+    }
+    return converter;
 }
 
 // Empty for a number that isn't known.

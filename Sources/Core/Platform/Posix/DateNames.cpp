@@ -1,6 +1,7 @@
 #include "Platform/DateNames.h"
 
 #include <array>
+#include <atomic>
 #include <cstdlib>
 #include <iconv.h>
 #include <langinfo.h>
@@ -111,26 +112,31 @@ const char* GetUserLocaleName()
     return "C";
 }
 
-// The names of the user's language, made again only when the environment has another one than at the last call.
+struct SLanguage
+{
+    std::string localeName;
+    SNames names;
+    const SLanguage* next = nullptr;
+};
+
+// Made once for each language and kept for the life of the process, in a list that only grows at its head: readers
+// need no lock. Two threads that come first at the same time both add theirs, which does no harm.
 const SNames& GetUserNames()
 {
-    struct SLanguage
-    {
-        std::string localeName;
-        SNames names;
-    };
-    thread_local std::unique_ptr<const SLanguage> cached;
-
+    static std::atomic<const SLanguage*> languages = nullptr;
     const char* const localeName = GetUserLocaleName();
-    if (cached == nullptr || cached->localeName != localeName)
-    {
-        auto language = std::make_unique<SLanguage>();
-        language->localeName = localeName;
-        if (!CLocaleNames(localeName).Read(language->names))
-            language->names = English();
-        cached = std::move(language);
-    }
-    return cached->names;
+    for (const SLanguage* each = languages.load(std::memory_order_acquire); each != nullptr; each = each->next)
+        if (each->localeName == localeName)
+            return each->names;
+
+    auto language = std::make_unique<SLanguage>();
+    language->localeName = localeName;
+    if (!CLocaleNames(localeName).Read(language->names))
+        language->names = English();
+    language->next = languages.load(std::memory_order_relaxed);
+    while (!languages.compare_exchange_weak(language->next, language.get(), std::memory_order_acq_rel))
+        ;
+    return language.release()->names;
 }
 
 } // namespace

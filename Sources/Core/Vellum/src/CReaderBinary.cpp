@@ -3,14 +3,20 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstdint>
 #include <cstring>
+#include <functional>
+#include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "Groundwork/BinaryDecoding.h"
 #include "Groundwork/CbDateTime.h"
-#include "Groundwork/CbMapEx.h"
+#include "Groundwork/CbMapTypes.h"
+#include "Groundwork/CbPlexManager.h"
 
 #include "Vellum/CException.h"
 #include "Vellum/IContainerReader.h"
@@ -21,6 +27,7 @@
 #include "Vellum/src/CArena.h"
 #include "Vellum/src/KindOperations.h"
 #include "Vellum/src/Limits.h"
+#include "Vellum/src/TypeNames.h"
 
 // A document becomes a tree of plain data in an arena. A record is an array of entries in the order of the document,
 // each of 16 bytes, a sequence an array of numbers or of values. Data and container readers are made when a client
@@ -38,7 +45,7 @@ struct SSequence;
 template <class Unit>
 struct SUnits
 {
-    std::uint32_t count;
+    std::size_t count;
     const Unit* units;
 };
 
@@ -79,6 +86,36 @@ struct SSequence
 template <class T>
 constexpr bool IsNumber = std::is_arithmetic_v<T>;
 
+// The table that the entries of a kind make up, as far as anybody can tell: it names the failure of their memory.
+template <class T>
+struct STableOf
+{
+    using Value = T;
+};
+template <>
+struct STableOf<IDateTime>
+{
+    using Value = CbDateTime;
+};
+template <>
+struct STableOf<SBlob>
+{
+    using Value = CbArray<unsigned char>;
+};
+template <>
+struct STableOf<ISerializable>
+{
+    using Value = std::pair<std::string, std::unique_ptr<CDataReader>>;
+};
+template <>
+struct STableOf<ISerializableContainer>
+{
+    using Value = std::unique_ptr<CContainerReader>;
+};
+
+template <class T>
+using NodePool = CbPlexManager<CbMapTypes::SAssociation<std::string, typename STableOf<T>::Value>, 0, unsigned int>;
+
 // Above that many entries it pays to have them sorted.
 constexpr std::uint32_t MaxUnsorted = 16;
 
@@ -104,65 +141,82 @@ const SEntry* FindEntry(const SRecord& record, std::uint8_t tag, std::uint32_t k
     return nullptr;
 }
 
-// All texts of the string table, numbered from 0 on, each text once.
+// A text of the string table. Its first eight bytes, as a number, settle most comparisons.
+struct SText
+{
+    explicit SText(std::string_view text) : text(text)
+    {
+        std::array<unsigned char, 8> bytes{};
+        std::copy_n(text.begin(), std::min(text.size(), bytes.size()), bytes.begin());
+        for (const unsigned char byte : bytes)
+            head = head << 8 | byte;
+    }
+
+    bool operator<(const SText& other) const { return head != other.head ? head < other.head : text < other.text; }
+    bool operator==(const SText& other) const { return head == other.head && text == other.text; }
+
+    std::uint64_t head = 0;
+    std::string_view text;
+};
+
+// The string table. All its texts are numbered from 0 on, each text once; a key is such a number from then on. Numbers
+// are found by sorting, whose cost no document can drive up as it could that of hashing.
 class CKeys
 {
 public:
     static constexpr std::uint32_t Unknown = 0xFFFFFFFF;
 
-    std::uint32_t Intern(const std::string& text)
-    {
-        const auto [node, isNew] = numbers.FindOrEmplace(text, static_cast<unsigned int>(texts.size()));
-        if (isNew)
-            texts.push_back(node->key.c_str());
-        return node->value;
-    }
-    std::uint32_t Find(const char* text) const
-    {
-        const auto* const node = numbers.Find(text);
-        return node == nullptr ? Unknown : node->value;
-    }
-    const char* GetText(std::uint32_t number) const { return texts[number]; }
+    // The text must outlive this object and end with a NUL.
+    void Add(std::uint32_t index, std::string_view text) { entries.push_back({index, 0, SText(text)}); }
 
-private:
-    CbMapEx<std::string, unsigned int> numbers{128u, 16u};
-    std::vector<const char*> texts; // by number
-};
-
-// The indices of a document's string table and the numbers of their texts.
-class CStringTable
-{
-public:
-    void Add(std::uint32_t index, std::uint32_t number) { entries.push_back({index, number}); }
-
-    // Called when all are there. Of entries with one index the last stays.
+    // Called once, when all are there. Of entries with one index the last counts.
     void Sort()
     {
-        std::stable_sort(
-            entries.begin(), entries.end(), [](const SIndex& a, const SIndex& b) { return a.index < b.index; });
-        const auto end = std::unique(entries.rbegin(),
-                                     entries.rend(),
-                                     [](const SIndex& a, const SIndex& b) { return a.index == b.index; });
-        entries.erase(entries.begin(), end.base());
+        std::ranges::stable_sort(entries, {}, &SEntryOfTable::index);
+        const auto last = std::unique(entries.rbegin(), entries.rend(),
+                                      [](const auto& left, const auto& right) { return left.index == right.index; });
+        entries.erase(entries.begin(), last.base());
+
+        texts.reserve(entries.size());
+        for (const SEntryOfTable& entry : entries)
+            texts.push_back(entry.text);
+        std::ranges::sort(texts, std::less());
+        texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
+        for (SEntryOfTable& entry : entries)
+            entry.number = find(entry.text);
     }
 
-    // CKeys::Unknown if the table has no such index.
+    // The number of the text with that index in the document, or Unknown.
     std::uint32_t Resolve(std::uint32_t index) const
     {
         if (index < entries.size() && entries[index].index == index) // as in every document of our own
             return entries[index].number;
-        const auto found = std::lower_bound(
-            entries.begin(), entries.end(), index, [](const SIndex& entry, std::uint32_t i) { return entry.index < i; });
-        return found != entries.end() && found->index == index ? found->number : CKeys::Unknown;
+        const auto found = std::ranges::lower_bound(entries, index, {}, &SEntryOfTable::index);
+        return found != entries.end() && found->index == index ? found->number : Unknown;
     }
 
+    // Called when the document has been parsed: indices are no longer needed.
+    void ForgetIndices() { entries = {}; }
+
+    std::uint32_t Find(const char* text) const { return find(SText(text)); }
+    const char* GetText(std::uint32_t number) const { return texts[number].text.data(); }
+
 private:
-    struct SIndex
+    struct SEntryOfTable
     {
         std::uint32_t index;
-        std::uint32_t number;
+        std::uint32_t number; // of the text
+        SText text;
     };
-    std::vector<SIndex> entries;
+
+    std::uint32_t find(const SText& text) const
+    {
+        const auto found = std::lower_bound(texts.begin(), texts.end(), text);
+        return found != texts.end() && *found == text ? static_cast<std::uint32_t>(found - texts.begin()) : Unknown;
+    }
+
+    std::vector<SEntryOfTable> entries; // by index
+    std::vector<SText> texts;           // by number, in ascending order
 };
 
 } // namespace
@@ -222,14 +276,19 @@ private:
     const std::uint32_t* sort(const SEntry* entries, std::uint32_t count, std::uint32_t& sortedCount);
 
     template <class... Kind>
-    void parseSection(std::uint8_t tag, SKindList<Kind...>);
+    static constexpr auto makeEntryParsers(SKindList<Kind...>);
+    template <class... Kind>
+    static constexpr auto makeElementParsers(SKindList<Kind...>);
+
+    void parseSection(std::uint8_t tag);
     template <class T>
     void parseEntries(std::uint32_t count);
     template <class T>
+    void addEntry(const SEntry& entry);
+    template <class T>
     UValue parseField();
 
-    template <class... Kind>
-    const void* parseElements(std::uint8_t tag, std::uint32_t count, SKindList<Kind...>);
+    const void* parseElements(std::uint8_t tag, std::uint32_t count);
     template <class T>
     const void* parseElementsOf(std::uint32_t count);
     template <class T>
@@ -246,7 +305,6 @@ private:
 
     CbStreamReadBinary& stream;
     CBinaryTree& tree;
-    CStringTable strings;
     std::uint32_t depth = 0;
     std::vector<SEntry> entries;
     std::vector<UValue> elements;
@@ -275,9 +333,11 @@ void CParser::ParseStringTable()
     for (std::uint32_t left = read<std::uint32_t>(); left != 0; --left)
     {
         stream.Read(key);
-        strings.Add(read<std::uint32_t>(), tree.keys.Intern(key));
+        const std::size_t length = std::char_traits<char>::length(key.GetString()); // keys end at their first NUL
+        const char* const kept = tree.arena.Copy(key.GetString(), length + 1);
+        tree.keys.Add(read<std::uint32_t>(), std::string_view(kept, length));
     }
-    strings.Sort();
+    tree.keys.Sort();
 }
 
 void CParser::ParseRoot()
@@ -292,7 +352,7 @@ void CParser::ParseRoot()
 
 std::uint32_t CParser::resolve(const char* functionName)
 {
-    const std::uint32_t number = strings.Resolve(read<std::uint32_t>());
+    const std::uint32_t number = tree.keys.Resolve(read<std::uint32_t>());
     if (number == CKeys::Unknown)
         throw CException(__FILE__, __LINE__, functionName);
     return number;
@@ -303,11 +363,11 @@ const SRecord* CParser::parseRecord()
     const CLevel level(*this, "Vellum::CDataReader::Read");
     const std::size_t base = entries.size();
     for (unsigned int left = read<unsigned char>(); left != 0; --left)
-        parseSection(read<unsigned char>(), ValueKinds());
+        parseSection(read<unsigned char>());
 
     SRecord record{};
     if (entries.size() - base > 0xFFFFFFFF)
-        throw std::bad_array_new_length();
+        throw CException(__FILE__, __LINE__, "Vellum::CDataReader::Read");
     record.entryCount = static_cast<std::uint32_t>(entries.size() - base);
     record.entries = Finish(entries, base, tree.arena);
     if (record.entryCount > MaxUnsorted)
@@ -320,28 +380,44 @@ const std::uint32_t* CParser::sort(const SEntry* all, std::uint32_t count, std::
     std::vector<std::uint32_t> positions(count);
     for (std::uint32_t at = 0; at < count; ++at)
         positions[at] = at;
-    std::sort(positions.begin(),
-              positions.end(),
+    std::sort(positions.begin(), positions.end(),
               [&](std::uint32_t a, std::uint32_t b)
               {
-                  return all[a].tag != all[b].tag || all[a].key != all[b].key ? ComesBefore(all[a], all[b].tag, all[b].key)
-                                                                              : a > b; // the later one first, to stay
+                  return all[a].tag != all[b].tag || all[a].key != all[b].key
+                             ? ComesBefore(all[a], all[b].tag, all[b].key)
+                             : a > b; // the later one first, to stay
               });
-    const auto end = std::unique(positions.begin(),
-                                 positions.end(),
+    const auto end = std::unique(positions.begin(), positions.end(),
                                  [&](std::uint32_t a, std::uint32_t b)
                                  { return all[a].tag == all[b].tag && all[a].key == all[b].key; });
     sortedCount = static_cast<std::uint32_t>(end - positions.begin());
     return tree.arena.Copy(positions.data(), sortedCount);
 }
 
+// The operations of each kind, by tag. They are called through a table, so that a level of nesting costs the stack no
+// more than its own kind needs.
 template <class... Kind>
-void CParser::parseSection(std::uint8_t tag, SKindList<Kind...>)
+constexpr auto CParser::makeEntryParsers(SKindList<Kind...>)
 {
-    const bool known =
-        ((tag == Kind::Tag && (parseEntries<typename Kind::Type>(read<std::uint32_t>()), true)) || ...);
-    if (!known)
+    std::array<void (CParser::*)(std::uint32_t), sizeof...(Kind)> parsers{};
+    ((parsers[Kind::Tag] = &CParser::parseEntries<typename Kind::Type>), ...);
+    return parsers;
+}
+
+template <class... Kind>
+constexpr auto CParser::makeElementParsers(SKindList<Kind...>)
+{
+    std::array<const void* (CParser::*)(std::uint32_t), sizeof...(Kind)> parsers{};
+    ((parsers[Kind::Tag] = &CParser::parseElementsOf<typename Kind::Type>), ...);
+    return parsers;
+}
+
+void CParser::parseSection(std::uint8_t tag)
+{
+    static constexpr auto Parsers = makeEntryParsers(ValueKinds());
+    if (tag >= Parsers.size())
         throw CException(__FILE__, __LINE__, "Vellum::CDataReader::Read");
+    (this->*Parsers[tag])(read<std::uint32_t>());
 }
 
 template <class T>
@@ -353,7 +429,20 @@ void CParser::parseEntries(std::uint32_t count)
         entry.key = resolve("Vellum::CDataReader::Read");
         entry.tag = TagOf<T>;
         entry.value = parseField<T>();
+        addEntry<T>(entry);
+    }
+}
+
+template <class T>
+void CParser::addEntry(const SEntry& entry)
+{
+    try
+    {
         entries.push_back(entry);
+    }
+    catch (const std::bad_alloc&)
+    {
+        CbRaiseOutOfElements(NodePool<T>::GetFunctionName());
     }
 }
 
@@ -378,7 +467,7 @@ const SSequence* CParser::parseSequence()
     {
         if (sequence.tag == TagObject)
             parseTypeHeader(sequence.count);
-        sequence.elements = parseElements(sequence.tag, sequence.count, ValueKinds());
+        sequence.elements = parseElements(sequence.tag, sequence.count);
     }
     return Keep(tree.arena, sequence);
 }
@@ -391,14 +480,12 @@ void CParser::parseTypeHeader(std::uint32_t count)
         resolve("Vellum::CContainerReader::Read");
 }
 
-template <class... Kind>
-const void* CParser::parseElements(std::uint8_t tag, std::uint32_t count, SKindList<Kind...>)
+const void* CParser::parseElements(std::uint8_t tag, std::uint32_t count)
 {
-    const void* parsed = nullptr;
-    const bool known = ((tag == Kind::Tag && (parsed = parseElementsOf<typename Kind::Type>(count), true)) || ...);
-    if (!known)
+    static constexpr auto Parsers = makeElementParsers(ValueKinds());
+    if (tag >= Parsers.size())
         throw CException(__FILE__, __LINE__, "Vellum::CContainerReader::Read");
-    return parsed;
+    return (this->*Parsers[tag])(count);
 }
 
 template <class T>
@@ -431,10 +518,12 @@ void ToNative([[maybe_unused]] unsigned char* numbers, [[maybe_unused]] std::uin
 template <class T>
 const void* CParser::parseNumbers(std::uint32_t count)
 {
-    constexpr std::size_t FirstStep = 0x10000;
+    constexpr std::uint64_t MaxCommon = 0x1000;
     const std::uint64_t size = std::uint64_t{count} * sizeof(T);
+    if (size > 0xFFFFFFFF) // more than a sequence may have
+        throw CException(__FILE__, __LINE__, "Vellum::CContainerReader::Read");
     unsigned char* numbers = nullptr;
-    if (size <= FirstStep)
+    if (size <= MaxCommon)
     {
         numbers = tree.arena.Allocate(static_cast<std::size_t>(size));
         stream.ReadExact(numbers, static_cast<std::size_t>(size));
@@ -442,12 +531,8 @@ const void* CParser::parseNumbers(std::uint32_t count)
     else
     {
         CbArray<unsigned char> bytes;
-        for (std::uint64_t arrived = 0; arrived < size; arrived = bytes.GetSize())
-        {
-            const std::uint64_t step = std::min(size - arrived, std::max<std::uint64_t>(arrived, FirstStep));
-            bytes.SetSize(arrived + step);
-            stream.ReadExact(bytes.GetData() + arrived, static_cast<std::size_t>(step));
-        }
+        if (stream.ReadBytes(bytes, static_cast<std::uint32_t>(size)) != size)
+            BinaryDecoding::RaiseMissing();
         numbers = tree.arena.Keep(std::move(bytes));
     }
     ToNative<T>(numbers, size);
@@ -504,27 +589,28 @@ const SUnits<Unit>* CParser::keepText(const Text& content)
     unsigned char* const piece = tree.arena.Allocate(sizeof(Units) + content.size() * sizeof(Unit));
     Unit* const units = reinterpret_cast<Unit*>(piece + sizeof(Units));
     std::transform(content.begin(), content.end(), units, [](auto unit) { return static_cast<Unit>(unit); });
-    return new (piece) Units{static_cast<std::uint32_t>(content.size()), units};
+    return new (piece) Units{content.size(), units};
 }
 
 const SUnits<unsigned char>* CParser::parseBlob(const char* functionName)
 {
     constexpr std::uint32_t MaxCommon = 0x1000;
-    SUnits<unsigned char> blob{read<std::uint32_t>(), nullptr};
+    const std::uint32_t size = read<std::uint32_t>();
+    SUnits<unsigned char> blob{size, nullptr};
     std::uint64_t delivered = 0;
-    if (blob.count <= MaxCommon)
+    if (size <= MaxCommon)
     {
-        unsigned char* const bytes = tree.arena.Allocate(blob.count);
-        delivered = stream.Read(bytes, std::size_t{blob.count});
+        unsigned char* const bytes = tree.arena.Allocate(size);
+        delivered = stream.Read(bytes, blob.count);
         blob.units = bytes;
     }
     else
     {
         CbArray<unsigned char> bytes;
-        delivered = stream.ReadBytes(bytes, blob.count);
+        delivered = stream.ReadBytes(bytes, size);
         blob.units = tree.arena.Keep(std::move(bytes));
     }
-    if (delivered != blob.count)
+    if (delivered != size)
         throw CException(__FILE__, __LINE__, functionName);
     return Keep(tree.arena, blob);
 }
@@ -647,6 +733,7 @@ std::unique_ptr<const CBinaryTree> Parse(CbStreamReadBinary& stream)
     CParser parser(stream, *tree);
     parser.ParseStringTable();
     parser.ParseRoot();
+    tree->keys.ForgetIndices();
     return tree;
 }
 

@@ -1,9 +1,11 @@
 #include "Vellum/CWriterBinary.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <new>
+#include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -68,11 +70,7 @@ struct SStored<ISerializableContainer>
 // The fields of one kind, by the index of their key. Records are many and small, so all tables of a document draw on
 // one pool for each kind, which starts small too.
 template <class T>
-using Table = CbMapEx<unsigned int,
-                      typename SStored<T>::Type,
-                      0,
-                      std::hash<unsigned int>,
-                      std::equal_to<unsigned int>,
+using Table = CbMapEx<unsigned int, typename SStored<T>::Type, 0, std::hash<unsigned int>, std::equal_to<unsigned int>,
                       CbMapPolicyBorrowed>;
 
 template <class T>
@@ -90,6 +88,19 @@ struct STuples<SKindList<Kind...>>
     using Pools = std::tuple<SPool<typename Kind::Type>...>;
     using Tables = std::tuple<std::unique_ptr<Table<typename Kind::Type>>...>;
 };
+
+// Whether the bytes of a text pass what one buffer takes beside the bytes that may wait in it.
+template <class T>
+bool IsTooLong(const T&)
+{
+    return false;
+}
+template <class Char>
+bool IsTooLong(const std::basic_string<Char>& text)
+{
+    constexpr std::size_t MaxLength = (Max32 - 0xFFFF) / (sizeof(Char) == 1 ? 1 : 4); // a wide one may become a pair
+    return text.size() > MaxLength && std::char_traits<Char>::length(text.c_str()) > MaxLength;
+}
 
 // Where emitted bytes go: into the buffer of a sequence, where they stay, or by way of a buffer to the client's stream.
 class COutput
@@ -208,6 +219,8 @@ public:
     template <class T>
     void writeValue(const char* key, const T& value)
     {
+        if (IsTooLong(value))
+            throw CException(__FILE__, __LINE__, "Vellum::CDataWriterBinary::Write");
         const auto [node, isNew] = getTable<T>().FindOrEmplace(document.Intern(key), value);
         if (!isNew)
             node->value = value;
@@ -237,6 +250,8 @@ private:
 
     template <class Writer, class T>
     void writeNested(const char* key, const T& value);
+    template <class NestedTable, class Writer>
+    auto* findOrInsertNested(NestedTable& table, unsigned int index, std::unique_ptr<Writer>& nested);
 
     template <class T>
     void clearTable(std::unique_ptr<Table<T>>& table) noexcept;
@@ -257,7 +272,13 @@ public:
     void writeValue(const T& value)
     {
         fixTag(TagOf<T>);
-        append([&] { buffer.Write(value); });
+        append(
+            [&]
+            {
+                if (IsTooLong(value))
+                    throw std::bad_array_new_length();
+                buffer.Write(value);
+            });
     }
     void writeValue(const IDateTime& value);
     void writeValue(const SBlob& value);
@@ -304,10 +325,7 @@ private:
     std::unique_ptr<Writer> writer;
 };
 
-void EmitDate(CbStreamWriteBinaryBuffer& buffer, const CbDateTime& date)
-{
-    buffer.Write(0u).Write(date.ToFileTime());
-}
+void EmitDate(CbStreamWriteBinaryBuffer& buffer, const CbDateTime& date) { buffer.Write(0u).Write(date.ToFileTime()); }
 
 // The value of a table's entry.
 template <class T>
@@ -326,7 +344,10 @@ void EmitValue(COutput& output, const SStored<ISerializable>::Type& object)
     output.buffer.Write(object.first);
     object.second->Emit(output);
 }
-void EmitValue(COutput& output, const SStored<ISerializableContainer>::Type& sequence) { sequence.second->Emit(output); }
+void EmitValue(COutput& output, const SStored<ISerializableContainer>::Type& sequence)
+{
+    sequence.second->Emit(output);
+}
 
 template <class T>
 bool IsUsed(const std::unique_ptr<T>& table)
@@ -371,7 +392,26 @@ void CDataWriterBinary::writeValue(const char* key, const SBlob& value)
     CbArray<unsigned char> bytes;
     bytes.Reserve(value.size);
     bytes.Append(static_cast<const unsigned char*>(value.data), value.size);
-    getTable<SBlob>().FindOrInsert(document.Intern(key))->value = std::move(bytes);
+    const auto [node, isNew] = getTable<SBlob>().FindOrEmplace(document.Intern(key), std::move(bytes));
+    if (!isNew)
+        node->value = std::move(bytes); // not moved from yet: no value was made of it
+}
+
+// A table that couldn't double its buckets has the new entry nonetheless: then it gets the writer at once, since the
+// client may go on.
+template <class NestedTable, class Writer>
+auto* CDataWriterBinary::findOrInsertNested(NestedTable& table, unsigned int index, std::unique_ptr<Writer>& nested)
+{
+    try
+    {
+        return table.FindOrInsert(index);
+    }
+    catch (...)
+    {
+        if (auto* const node = table.Find(index); node != nullptr && !node->value.second)
+            node->value.second = std::move(nested);
+        throw;
+    }
 }
 
 // The nested writer takes its place in the entry when the client is done with it, normally or by an exception. Until
@@ -382,7 +422,7 @@ void CDataWriterBinary::writeNested(const char* key, const T& value)
     const unsigned int index = document.Intern(key);
     const unsigned int typeName = document.Intern(value.GetTypeName());
     std::unique_ptr<Writer> nested = document.TakeWriter<Writer>();
-    auto* const node = getTable<T>().FindOrInsert(index);
+    auto* const node = findOrInsertNested(getTable<T>(), index, nested);
     node->value.first = typeName;
     const auto enter = [&]() noexcept
     {
@@ -432,8 +472,7 @@ void CDataWriterBinary::Clear() noexcept { clearTables(ValueKinds()); }
 void CContainerWriterBinary::fixTag(std::uint8_t tagOfElement)
 {
     if (typed && tag != tagOfElement)
-        throw CException(__FILE__,
-                         __LINE__,
+        throw CException(__FILE__, __LINE__,
                          tagOfElement <= TagDate ? "Vellum::CContainerWriterBinary::write"
                                                  : "Vellum::CContainerWriterBinary::Write");
     typed = true;

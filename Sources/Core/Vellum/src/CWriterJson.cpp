@@ -1,5 +1,6 @@
 #include "Vellum/CWriterJson.h"
 
+#include <concepts>
 #include <cstdint>
 #include <cstring>
 #include <sstream>
@@ -8,8 +9,9 @@
 
 #include "Platform/Utf8.h"
 
-#include "Groundwork/IDateTime.h"
+#include "Groundwork/CbDateTime.h"
 
+#include "Vellum/Base64.h"
 #include "Vellum/CException.h"
 #include "Vellum/IContainerWriter.h"
 #include "Vellum/IDataWriter.h"
@@ -127,8 +129,8 @@ const T& Convert(const T& value)
 
 std::string Convert(const std::wstring& value) { return Utf16ToUtf8(std::wstring_view(value.c_str())); }
 
-std::string Convert(const SBlob&) { throw CException(__FILE__, __LINE__, "Vellum::CWriterJson::Write"); }
-std::string Convert(const IDateTime&) { throw CException(__FILE__, __LINE__, "Vellum::CWriterJson::Write"); }
+std::string Convert(const SBlob& value) { return Base64::Encode(value.data, value.size, false); }
+std::string Convert(const IDateTime& value) { return CbDateTime(value).ToString("Y-m-dTH:i:s", false); }
 
 // One nesting level: the items of one pair of brackets.
 template <class Interface>
@@ -150,7 +152,7 @@ protected:
         output.PutTabs(indent);
     }
 
-    template <class Integer>
+    template <std::integral Integer>
     void putValue(Integer value)
     {
         output.PutInteger(value);

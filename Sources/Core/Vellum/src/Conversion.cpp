@@ -7,6 +7,8 @@
 
 #include "Platform/ThreadLocale.h"
 
+#include "Groundwork/CbDateTime.h"
+
 #include "Vellum/CException.h"
 
 #include "Vellum/src/NumberText.h"
@@ -98,5 +100,6 @@ void FromString(const std::string& text, float& value) { value = static_cast<flo
 void FromString(const std::string& text, double& value) { value = StringToDouble(text); }
 void FromString(const std::string& text, char& value) { value = *text.c_str(); }
 void FromString(const std::string& text, std::string& value) { value = text; }
+void FromString(const std::string& text, CbDateTime& value) { value = text.c_str(); }
 
 } // namespace Vellum::Conversion

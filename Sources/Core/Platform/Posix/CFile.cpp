@@ -1,0 +1,184 @@
+#define _FILE_OFFSET_BITS 64 // sizes beyond 2 GiB, on 32-bit systems too
+
+#include "Platform/CFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <ctime>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+#include "Platform/FilePath.h"
+
+namespace
+{
+
+// More than systems move in one call is never asked for at once.
+constexpr std::size_t MostAtOnce = std::size_t{1} << 30;
+
+// Calls until no signal comes between. The result is that of the call.
+template <class Call>
+auto Resume(const Call& call) noexcept
+{
+    auto result = call();
+    while (result == -1 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+// Holds back the signals by which a failed write would end the process.
+class CWriteSignals
+{
+public:
+    CWriteSignals() noexcept
+    {
+        ::sigset_t signals;
+        sigemptyset(&signals);
+        sigaddset(&signals, SIGXFSZ);
+        sigaddset(&signals, SIGPIPE);
+        ::pthread_sigmask(SIG_BLOCK, &signals, &before);
+    }
+    ~CWriteSignals() { ::pthread_sigmask(SIG_SETMASK, &before, nullptr); }
+    CWriteSignals(const CWriteSignals&) = delete;
+    CWriteSignals& operator=(const CWriteSignals&) = delete;
+
+    // Takes away the signal that came with the error of a write, unless the thread had it held back itself.
+    void TakeAway(int error) const noexcept
+    {
+        const int signal = error == EFBIG ? SIGXFSZ : SIGPIPE;
+        if ((error != EFBIG && error != EPIPE) || sigismember(&before, signal) == 1)
+            return;
+        ::sigset_t signals;
+        sigemptyset(&signals);
+        sigaddset(&signals, signal);
+        const ::timespec noTime{};
+        Resume([&] { return ::sigtimedwait(&signals, nullptr, &noTime); });
+    }
+
+private:
+    ::sigset_t before;
+};
+
+int Descriptor(std::intptr_t handle) noexcept { return static_cast<int>(handle); }
+
+int Open(const std::wstring& name, int flags)
+{
+    const std::filesystem::path path = ToFilePath(name);
+    return Resume([&] { return ::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, 0666); });
+}
+
+// False if someone else's lock forbids this one. A file system without locks forbids nothing.
+bool Lock(int descriptor, int kind) noexcept
+{
+    return Resume([&] { return ::flock(descriptor, kind | LOCK_NB); }) == 0 || errno != EWOULDBLOCK;
+}
+
+bool IsFolder(const struct stat& status) noexcept { return S_ISDIR(status.st_mode); }
+
+// Devices and pipes have nothing to empty.
+bool Empty(int descriptor, const struct stat& status) noexcept
+{
+    return !S_ISREG(status.st_mode) || Resume([&] { return ::ftruncate(descriptor, 0); }) == 0;
+}
+
+bool WriteAll(int descriptor, const unsigned char* from, std::size_t count) noexcept
+{
+    while (count > 0)
+    {
+        const ::ssize_t moved = Resume([&] { return ::write(descriptor, from, std::min(count, MostAtOnce)); });
+        if (moved <= 0)
+            return false;
+        from += moved;
+        count -= static_cast<std::size_t>(moved);
+    }
+    return true;
+}
+
+} // namespace
+
+CFile::CFile(CFile&& other) noexcept : handle(std::exchange(other.handle, NoHandle)) {}
+
+CFile& CFile::operator=(CFile&& other) noexcept
+{
+    take(std::exchange(other.handle, NoHandle));
+    return *this;
+}
+
+CFile::~CFile() { Close(); }
+
+bool CFile::OpenForReading(const std::wstring& name)
+{
+    struct stat status;
+    if (!take(Open(name, O_RDONLY)))
+        return false;
+    if (::fstat(Descriptor(handle), &status) == 0 && !IsFolder(status) && Lock(Descriptor(handle), LOCK_SH))
+        return true;
+    Close();
+    return false;
+}
+
+bool CFile::OpenForWriting(const std::wstring& name)
+{
+    struct stat status;
+    if (!take(Open(name, O_WRONLY | O_CREAT))) // not O_TRUNC: first the lock, then the rest
+        return false;
+    if (Lock(Descriptor(handle), LOCK_EX) && ::fstat(Descriptor(handle), &status) == 0 &&
+        Empty(Descriptor(handle), status))
+        return true;
+    Close();
+    return false;
+}
+
+std::optional<std::uint64_t> CFile::GetSize() const noexcept
+{
+    struct stat status;
+    if (::fstat(Descriptor(handle), &status) != 0)
+        return std::nullopt;
+    return static_cast<std::uint64_t>(status.st_size);
+}
+
+std::optional<std::size_t> CFile::Read(void* data, std::size_t count) noexcept
+{
+    auto* const to = static_cast<unsigned char*>(data);
+    std::size_t moved = 0;
+    while (moved < count)
+    {
+        const std::size_t wanted = std::min(count - moved, MostAtOnce);
+        const ::ssize_t got = Resume([&] { return ::read(Descriptor(handle), to + moved, wanted); });
+        if (got < 0)
+            return std::nullopt;
+        if (got == 0)
+            break;
+        moved += static_cast<std::size_t>(got);
+    }
+    return moved;
+}
+
+bool CFile::Write(const void* data, std::size_t count) noexcept
+{
+    const CWriteSignals signals;
+    if (WriteAll(Descriptor(handle), static_cast<const unsigned char*>(data), count))
+        return true;
+    signals.TakeAway(errno);
+    return false;
+}
+
+bool CFile::Close() noexcept
+{
+    if (handle == NoHandle)
+        return false;
+    // Never called again after an interruption: the descriptor is free by then, and may be somebody else's.
+    return ::close(Descriptor(std::exchange(handle, NoHandle))) == 0 || errno == EINTR;
+}
+
+// Makes `opened` the file of this object. False if there is none.
+bool CFile::take(std::intptr_t opened) noexcept
+{
+    Close();
+    handle = opened;
+    return IsOpen();
+}

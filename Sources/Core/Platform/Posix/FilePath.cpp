@@ -1,0 +1,5 @@
+#include "Platform/FilePath.h"
+
+#include "Platform/Utf8.h"
+
+std::filesystem::path ToFilePath(const std::wstring& name) { return Utf16ToUtf8(name); }

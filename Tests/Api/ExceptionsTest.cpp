@@ -1,0 +1,75 @@
+// Exceptions keep their class on the way across the module's border, in both directions.
+
+#include <gtest/gtest.h>
+
+#include "Scribe/CScribe.h"
+
+#include "CEverything.h"
+#include "Formats.h"
+#include "Support/Clients.h"
+#include "Support/Texts.h"
+
+namespace
+{
+
+class Exceptions : public testing::Test
+{
+protected:
+    Exceptions()
+    {
+        Scribing::SetSink([](const Scribing::SEntry&) {});
+    }
+    ~Exceptions() override { Scribing::SetSink({}); }
+};
+
+struct SClientFailure
+{
+};
+
+void ReadBinary(const std::string& bytes)
+{
+    CEverything root;
+    Formats::SBinary::Read(bytes, root);
+}
+
+} // namespace
+
+TEST_F(Exceptions, AreCaughtByTheirClass)
+{
+    EXPECT_THROW(ReadBinary(Support::Bytes("00 00 00 00 0F 00 00 00 00")), Vellum::CException); // no root has tag 15
+    EXPECT_THROW(ReadBinary(Support::Bytes("01 00 00 00 10")), CbExceptionWrongFileVersion);
+    EXPECT_THROW(ReadBinary(""), CbExceptionStream);
+    EXPECT_THROW(CbDateTime("never"), CbExceptionConversion);
+}
+
+TEST_F(Exceptions, AreCaughtByTheirInterfaceAndCloned)
+{
+    try
+    {
+        ReadBinary("");
+        FAIL();
+    }
+    catch (const IException& exception)
+    {
+        const std::unique_ptr<IException> clone = exception.Clone();
+        EXPECT_NE(dynamic_cast<CbExceptionStream*>(clone.get()), nullptr);
+        EXPECT_STREQ(clone->GetFunctionName(), "CbStreamReadBinary::Read");
+    }
+}
+
+TEST_F(Exceptions, CanBeRaisedByClients)
+{
+    const auto raise = [](auto&) { throw CbExceptionContainer("Client.cpp", 1, "Client::Write"); };
+    EXPECT_THROW(Formats::SBinary::Write(Support::CFields(raise)), CbExceptionContainer);
+}
+
+TEST_F(Exceptions, OfClientsPassThroughABinaryWriterAndTheReaders)
+{
+    const auto fail = [](auto&) { throw SClientFailure(); };
+    EXPECT_THROW(Formats::SBinary::Write(Support::CFields(fail)), SClientFailure);
+    EXPECT_THROW(Formats::SJson::Write(Support::CFields(fail)), Vellum::CException);
+
+    Support::CFields reading = Support::ReadFields(fail);
+    EXPECT_THROW(Formats::SBinary::Read(Formats::SBinary::Write(Support::CFields()), reading), SClientFailure);
+    EXPECT_THROW(Formats::SJson::Read("{}", reading), SClientFailure);
+}

@@ -1,0 +1,80 @@
+#include "Groundwork/CbDateTimeStream.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "Groundwork/CbDateTime.h"
+#include "Groundwork/CbExceptions.h"
+#include "Groundwork/CbStreamReadBinaryBuffer.h"
+#include "Groundwork/CbStreamWriteBinaryBuffer.h"
+
+#include "Support/Raises.h"
+#include "Support/Texts.h"
+
+namespace
+{
+
+using Support::Bytes;
+
+// A client's date: it notes what is set, in order.
+class CNotedDate : public CbDateTime
+{
+public:
+    void SetYear(unsigned short value) override { Note('Y', value); }
+    void SetMonth(unsigned short value) override { Note('m', value); }
+    void SetDay(unsigned short value) override { Note('d', value); }
+    void SetHour(unsigned short value) override { Note('H', value); }
+    void SetMinute(unsigned short value) override { Note('i', value); }
+    void SetSecond(unsigned short value) override { Note('s', value); }
+    void SetMilliseconds(unsigned short value) override { Note('v', value); }
+
+    std::string noted;
+
+private:
+    void Note(char field, unsigned short value) { noted += field + std::to_string(value) + ' '; }
+};
+
+std::string Written(const IDateTime& date)
+{
+    CbStreamWriteBinaryBuffer stream;
+    EXPECT_EQ(&(stream << date), &stream);
+    return {reinterpret_cast<const char*>(stream.GetData()), stream.GetSize()};
+}
+
+std::string Noted(const std::string& bytes)
+{
+    CbStreamReadBinaryBuffer stream(bytes.data(), bytes.size());
+    CNotedDate date;
+    EXPECT_EQ(&(stream >> date), &stream);
+    return date.noted;
+}
+
+TEST(CbDateTimeStream, DateIsAVersionAndATickCountAndSetsTheSevenFieldsInOrder)
+{
+    CbDateTime date("2024-03-01 10:20:30");
+    date.SetMilliseconds(7);
+    EXPECT_EQ(Written(date), Bytes("00 00 00 00"                // version
+                                   "70 FC 22 16 C2 6B DA 01")); // 133,537,620,300,070,000
+    EXPECT_EQ(Noted(Written(date)), "Y2024 m3 d1 H10 i20 s30 v7 ");
+}
+
+TEST(CbDateTimeStream, InvalidDateAndTickCountBecomeTheFirstDay)
+{
+    EXPECT_EQ(Written(CbDateTime("2024-13-45T99:99:99")), std::string(12, '\0'));
+    EXPECT_EQ(Noted(std::string(12, '\0')), "Y1601 m1 d1 H0 i0 s0 v0 ");
+    EXPECT_EQ(Noted(Bytes("00 00 00 00 FF FF FF FF FF FF FF FF")), "Y1601 m1 d1 H0 i0 s0 v0 ");
+}
+
+TEST(CbDateTimeStream, LaterVersionAndMissingBytesLeaveTheDateAlone)
+{
+    const std::string later = Bytes("01 00 00 00 00 00 00 00 00 00 00 00");
+    CbStreamReadBinaryBuffer stream(later.data(), later.size());
+    CNotedDate date;
+    EXPECT_RAISES(CbExceptionWrongFileVersion, "CbStreamRead::ReadAndCompareVersion", stream >> date);
+    CbStreamReadBinaryBuffer cut(later.data() + 1, 11);
+    EXPECT_RAISES(CbExceptionStream, "CbStreamReadBinary::Read", cut >> date);
+    EXPECT_EQ(date.noted, "");
+}
+
+} // namespace
