@@ -13,39 +13,37 @@ namespace
 
 using namespace Vellum;
 
-// What holds for every node: all entries are there and stand in the order once, and children know their parent.
+// What holds for every node: its entries stand in the order once, and each can be had.
 void CheckNode(const CXmlNode& node)
 {
-    const SXmlNodeData& data = *node.GetData();
     std::uint32_t counts[4] = {};
-    const std::uint32_t total = data.childCount + data.attributeCount + data.textCount + data.clearCount;
-    for (std::uint32_t i = 0; i < total; ++i)
-        FUZZ_CHECK(counts[data.order[i] % 4]++ == data.order[i] / 4);
-    FUZZ_CHECK(counts[XmlChildEntry] == data.childCount && counts[XmlAttributeEntry] == data.attributeCount);
-    FUZZ_CHECK(counts[XmlTextEntry] == data.textCount && counts[XmlClearEntry] == data.clearCount);
-
     std::size_t bytes = 0; // reading them is what a sanitizer watches
-    for (std::uint32_t i = 0; i < data.attributeCount; ++i)
-        bytes += std::strlen(data.attributes[i].name);
-    for (std::uint32_t i = 0; i < data.textCount; ++i)
-        bytes += std::strlen(node.GetText(i));
-    for (std::uint32_t i = 0; i < data.clearCount; ++i)
-        bytes += std::strlen(node.GetClear(i).value);
-    FUZZ_CHECK(bytes < SIZE_MAX);
-
-    for (std::uint32_t i = 0; i < data.childCount; ++i)
+    for (std::uint32_t place = 0; place < node.GetEntryCount(); ++place)
     {
-        const CXmlNode child = node.GetChild(i);
-        FUZZ_CHECK(child.GetData()->parent == &data && child.GetName() != nullptr);
-        FUZZ_CHECK(!node.GetChild(child.GetName()).IsEmpty());
-        CheckNode(child);
+        const auto [kind, index] = node.GetEntry(place);
+        FUZZ_CHECK(counts[kind]++ == index);
+        if (kind == XmlAttributeEntry)
+            bytes += std::strlen(node.GetAttribute(index).name);
+        else if (kind == XmlTextEntry)
+            bytes += std::strlen(node.GetText(index));
+        else if (kind == XmlClearEntry)
+            bytes += std::strlen(node.GetClear(index).value);
+        else
+        {
+            const CXmlNode child = node.GetChild(index);
+            FUZZ_CHECK(child.HasParent() && !node.GetChild(child.GetName()).IsEmpty());
+            CheckNode(child);
+        }
     }
+    FUZZ_CHECK(bytes < SIZE_MAX && counts[XmlChildEntry] == node.GetChildCount());
+    FUZZ_CHECK(counts[XmlTextEntry] == node.GetTextCount() && counts[XmlClearEntry] == node.GetClearCount());
 }
 
 // Tokens follow one another within the text.
 void CheckTokens(const char* text)
 {
-    SXmlParseContext context(text);
+    CXmlMemory memory;
+    SXmlParseContext context(text, memory);
     const char* behind = text;
     for (SXmlToken token = NextXmlToken(context); token.kind != TokenEnd; token = NextXmlToken(context))
     {

@@ -138,7 +138,7 @@ TEST(CWriterXml, TextsAreEscapedAndCharsAreNot)
 {
     EXPECT_EQ(ValueText(std::string()), "");
     EXPECT_EQ(ValueText(std::string("&amp;<>%\n\r")), "&amp;amp;&lt;&gt;&#37;&#10;&#13;");
-    EXPECT_EQ(ValueText(std::string(" \t\"'\v\x01\x7F\xE9\0 x", 13)), std::string(" \t\"'\v\x01\x7F\xE9\0 x", 13));
+    EXPECT_EQ(ValueText(std::string(" \t\"'\v\x01\x7F\xE9\0 x", 11)), std::string(" \t\"'\v\x01\x7F\xE9\0 x", 11));
     EXPECT_EQ(ValueText(std::string(3000, '%')).size(), 5u * 3000);
     EXPECT_EQ(ValueText(std::wstring(L"\u00E4<\0cut", 6)), "\xC3\xA4&lt;");
     EXPECT_EQ(ValueText(std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}), "\xF0\x9F\x98\x80");

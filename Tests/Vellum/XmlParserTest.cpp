@@ -18,25 +18,24 @@ std::string Dump(const CXmlNode& node)
 {
     if (node.IsEmpty())
         return "-";
-    const Vellum::SXmlNodeData& data = *node.GetData();
-    std::string dump = std::string(data.isDeclaration ? "?" : "") + (data.name == nullptr ? "*" : data.name) + "(";
-    const std::uint32_t count = data.childCount + data.textCount + data.clearCount + data.attributeCount;
-    for (std::uint32_t i = 0; i < count; ++i)
+    std::string dump = node.IsDeclaration() ? "?" : "";
+    dump += node.GetName() == nullptr ? "*" : node.GetName();
+    for (std::uint32_t place = 0; place < node.GetEntryCount(); ++place)
     {
-        const std::uint32_t index = data.order[i] / 4;
-        dump += i == 0 ? "" : " ";
-        if (data.order[i] % 4 == Vellum::XmlChildEntry)
+        const auto [kind, index] = node.GetEntry(place);
+        dump += place == 0 ? "(" : " ";
+        if (kind == Vellum::XmlChildEntry)
             dump += Dump(node.GetChild(index));
-        else if (data.order[i] % 4 == Vellum::XmlTextEntry)
+        else if (kind == Vellum::XmlTextEntry)
             dump += "'" + std::string(node.GetText(index)) + "'";
-        else if (data.order[i] % 4 == Vellum::XmlClearEntry)
+        else if (kind == Vellum::XmlClearEntry)
             dump += node.GetClear(index).openTag + ("{" + std::string(node.GetClear(index).value)) + "}";
-        else if (data.attributes[index].value == nullptr)
-            dump += "@" + std::string(data.attributes[index].name);
         else
-            dump += "@" + std::string(data.attributes[index].name) + "=" + data.attributes[index].value;
+            dump +=
+                "@" + std::string(node.GetAttribute(index).name) +
+                (node.GetAttribute(index).value == nullptr ? "" : "=" + std::string(node.GetAttribute(index).value));
     }
-    return dump + ")";
+    return dump + (node.GetEntryCount() == 0 ? "()" : ")");
 }
 
 std::string DumpText(std::string_view text, Vellum::SXmlParseOutcome* outcome = nullptr)
@@ -268,7 +267,8 @@ TEST(XmlParser, ATextThatCannotBeAllocatedIsLeftOutOrEndsTheParse)
 TEST(XmlParser, TokensTellKindLengthAndStart)
 {
     const auto text = Support::ExactText(" don't='x y'/>a/b</ab><?<![CDATA[< \"q");
-    Vellum::SXmlParseContext context(text.get());
+    Vellum::CXmlMemory memory;
+    Vellum::SXmlParseContext context(text.get(), memory);
     std::string dump;
     for (Vellum::SXmlToken token{}; token.kind != Vellum::TokenEnd;)
     {

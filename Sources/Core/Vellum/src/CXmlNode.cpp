@@ -1,7 +1,11 @@
 #include "Vellum/src/CXmlNode.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
+#include <memory>
+#include <new>
+#include <numeric>
 
 #include "Platform/TextCompare.h"
 
@@ -13,90 +17,98 @@ namespace
 // Up to this many children are searched one by one: that is faster than making an index.
 constexpr std::uint32_t MaxUnindexed = 16;
 
-// Room that an array of `count` entries has before it is compacted; the next entry needs a larger one if it is full.
-constexpr bool IsFull(std::uint32_t count) { return count == 0 || std::has_single_bit(count); }
-
+// Room for `count` entries and one more. Without that room the array is full: empty, or of a power of two.
 template <class Entry>
-void Resize(Entry*& array, std::uint32_t count, std::uint32_t capacity)
+void MakeRoom(CXmlMemory& memory, Entry*& array, std::uint32_t count)
 {
-    Entry* const resized = new Entry[capacity];
-    std::copy_n(array, count, resized);
-    delete[] array;
-    array = resized;
-}
-
-template <class Entry>
-void MakeRoom(Entry*& array, std::uint32_t count)
-{
-    if (IsFull(count))
-        Resize(array, count, count == 0 ? 1 : count * 2);
-}
-
-template <class Entry>
-void TrimRoom(Entry*& array, std::uint32_t count)
-{
-    if (!IsFull(count))
-        Resize(array, count, count);
-}
-
-std::uint32_t CountEntries(const SXmlNodeData& data)
-{
-    return data.childCount + data.textCount + data.clearCount + data.attributeCount;
-}
-
-// All room is made before anything changes.
-template <class Entry>
-void AddEntry(SXmlNodeData& data, Entry*& array, std::uint32_t& count, EXmlEntry type, Entry entry)
-{
-    const std::uint32_t total = CountEntries(data);
-    MakeRoom(array, count);
-    MakeRoom(data.order, total);
-    array[count] = entry;
-    data.order[total] = count * 4 + type;
-    ++count;
-}
-
-void FreeRecord(SXmlNodeData* data) noexcept
-{
-    delete[] data->children;
-    for (std::uint32_t i = 0; i < data->textCount; ++i)
-        delete[] data->texts[i];
-    delete[] data->texts;
-    for (std::uint32_t i = 0; i < data->clearCount; ++i)
-        delete[] data->clears[i].value;
-    delete[] data->clears;
-    for (std::uint32_t i = 0; i < data->attributeCount; ++i)
+    if (count != 0 && !std::has_single_bit(count))
+        return;
+    Entry* const larger = memory.Allocate<Entry>(count == 0 ? 1 : std::size_t{count} * 2);
+    if (count != 0)
     {
-        delete[] data->attributes[i].name;
-        delete[] data->attributes[i].value;
+        std::copy_n(array, count, larger);
+        memory.Recycle(array, count);
     }
-    delete[] data->attributes;
-    delete[] data->order;
-    delete[] data->index;
-    delete[] data->name;
-    delete data;
+    array = larger;
 }
 
-// Takes one reference away. The last one of a node that has a parent is the parent's own, so a node can only go when
-// its parent goes or has gone. Records that wait to be freed are chained by `parent`, which they no longer need.
+SXmlNodeData* MakeRecord(CXmlMemory& memory, SXmlNodeData* parent, const char* name, bool isDeclaration)
+{
+    auto* const data = new (memory.Allocate<SXmlNodeData>(1)) SXmlNodeData{};
+    data->name = name;
+    data->parent = parent;
+    data->memory = &memory;
+    data->isDeclaration = isDeclaration;
+    return data;
+}
+
+SXmlNodeExtras& GetExtras(SXmlNodeData& data)
+{
+    if (data.extras == nullptr)
+        data.extras = new (data.memory->Allocate<SXmlNodeExtras>(1)) SXmlNodeExtras{};
+    return *data.extras;
+}
+
+// Entries of each kind, by EXmlEntry.
+std::array<std::uint32_t, 4> CountEntries(const SXmlNodeData& data)
+{
+    const SXmlNodeExtras* const extras = data.extras;
+    return {data.childCount, extras == nullptr ? 0 : extras->attributeCount, data.textCount,
+            extras == nullptr ? 0 : extras->clearCount};
+}
+
+// Notes where the next entry of a kind comes in the order, which is written down from the second kind on.
+void AddToOrder(SXmlNodeData& data, EXmlEntry kind)
+{
+    const auto counts = CountEntries(data);
+    const std::uint32_t total = std::accumulate(counts.begin(), counts.end(), 0u);
+    if (data.order == nullptr && total == counts[kind])
+        return;
+    if (data.order == nullptr)
+    {
+        const auto only = std::find_if(counts.begin(), counts.end(), [](std::uint32_t count) { return count != 0; });
+        data.order = data.memory->Allocate<std::uint32_t>(std::bit_ceil(total));
+        for (std::uint32_t index = 0; index < total; ++index)
+            data.order[index] = index * 4 + static_cast<std::uint32_t>(only - counts.begin());
+    }
+    MakeRoom(*data.memory, data.order, total);
+    data.order[total] = counts[kind] * 4 + kind;
+}
+
+// All room is made before the entry counts.
+template <class Entry>
+void AddEntry(SXmlNodeData& data, EXmlEntry kind, Entry*& array, std::uint32_t& count, Entry entry)
+{
+    MakeRoom(*data.memory, array, count);
+    AddToOrder(data, kind);
+    array[count++] = entry;
+}
+
+// Takes the reference away that a handle has. Nothing is freed but the whole tree, with the last handle. Before that,
+// a node can only go when its parent goes or has gone, for the parent holds it: then its children lose their parent,
+// and so on. Records that wait for that are chained by `parent`, which they no longer need.
 void Release(SXmlNodeData* data) noexcept
 {
-    if (data == nullptr || --data->referenceCount != 0)
+    if (data == nullptr)
+        return;
+    if (--data->memory->handleCount == 0)
+    {
+        delete data->memory;
+        return;
+    }
+    if (--data->referenceCount != 0)
         return;
     SXmlNodeData* waiting = data;
-    waiting->parent = nullptr;
     while (waiting != nullptr)
     {
-        SXmlNodeData* const freed = waiting;
-        waiting = freed->parent;
-        for (std::uint32_t i = 0; i < freed->childCount; ++i)
+        SXmlNodeData* const gone = std::exchange(waiting, waiting->parent);
+        for (std::uint32_t i = 0; i < gone->childCount; ++i)
         {
-            SXmlNodeData* const child = freed->children[i];
+            SXmlNodeData* const child = gone->children[i];
             child->parent = nullptr;
             if (--child->referenceCount == 0)
                 child->parent = std::exchange(waiting, child);
         }
-        FreeRecord(freed);
     }
 }
 
@@ -109,12 +121,12 @@ std::uint32_t HashName(const char* name) noexcept
     return hash;
 }
 
-void MakeIndex(SXmlNodeData& data)
+SXmlIndexEntry* MakeIndex(const SXmlNodeData& data)
 {
-    auto index = std::make_unique<SXmlIndexEntry[]>(data.childCount);
+    SXmlIndexEntry* const index = data.memory->Allocate<SXmlIndexEntry>(data.childCount);
     for (std::uint32_t i = 0; i < data.childCount; ++i)
         index[i] = {HashName(data.children[i]->name), i};
-    std::sort(index.get(), index.get() + data.childCount,
+    std::sort(index, index + data.childCount,
               [&](const SXmlIndexEntry& left, const SXmlIndexEntry& right)
               {
                   if (left.hash != right.hash)
@@ -123,13 +135,13 @@ void MakeIndex(SXmlNodeData& data)
                       CompareWithoutCase(data.children[left.child]->name, data.children[right.child]->name);
                   return order != 0 ? order < 0 : left.child < right.child;
               });
-    data.index = index.release();
+    return index;
 }
 
 SXmlNodeData* FindIndexed(const SXmlNodeData& data, const char* name)
 {
     const std::uint32_t hash = HashName(name);
-    const SXmlIndexEntry* const begin = data.index;
+    const SXmlIndexEntry* const begin = data.extras->index;
     const SXmlIndexEntry* const end = begin + data.childCount;
     const auto isBefore = [&](const SXmlIndexEntry& entry)
     { return entry.hash != hash ? entry.hash < hash : CompareWithoutCase(data.children[entry.child]->name, name) < 0; };
@@ -149,18 +161,20 @@ SXmlNodeData* FindOneByOne(const SXmlNodeData& data, const char* name)
 
 } // namespace
 
-CXmlNode::CXmlNode(SXmlNodeData* parent, XmlText name, bool isDeclaration) : data(new SXmlNodeData{})
+CXmlNode CXmlNode::MakeDocument()
 {
-    data->name = name.release();
-    data->isDeclaration = isDeclaration;
-    data->parent = parent;
-    data->referenceCount = 1;
+    auto memory = std::make_unique<CXmlMemory>();
+    CXmlNode document(MakeRecord(*memory, nullptr, nullptr, false));
+    memory.release();
+    return document;
 }
 
 CXmlNode::CXmlNode(SXmlNodeData* shared) noexcept : data(shared)
 {
-    if (data != nullptr)
-        ++data->referenceCount;
+    if (data == nullptr)
+        return;
+    ++data->referenceCount;
+    ++data->memory->handleCount;
 }
 
 CXmlNode::CXmlNode(const CXmlNode& other) noexcept : CXmlNode(other.data) {}
@@ -185,8 +199,8 @@ CXmlNode CXmlNode::GetChild(const char* name) const
 {
     if (GetChildCount() <= MaxUnindexed)
         return CXmlNode(IsEmpty() ? nullptr : FindOneByOne(*data, name));
-    if (data->index == nullptr)
-        MakeIndex(*data);
+    if (SXmlNodeExtras& extras = GetExtras(*data); extras.index == nullptr)
+        extras.index = MakeIndex(*data);
     return CXmlNode(FindIndexed(*data, name));
 }
 
@@ -197,52 +211,62 @@ const char* CXmlNode::GetText(std::uint32_t index) const noexcept
 
 SXmlClear CXmlNode::GetClear(std::uint32_t index) const noexcept
 {
-    return index < GetClearCount() ? data->clears[index] : SXmlClear{};
+    return index < GetClearCount() ? data->extras->clears[index] : SXmlClear{};
 }
 
-CXmlNode CXmlNode::AddChild(XmlText name, bool isDeclaration)
+SXmlAttribute CXmlNode::GetAttribute(std::uint32_t index) const noexcept
+{
+    return index < GetAttributeCount() ? data->extras->attributes[index] : SXmlAttribute{};
+}
+
+std::uint32_t CXmlNode::GetEntryCount() const noexcept
+{
+    return GetChildCount() + GetAttributeCount() + GetTextCount() + GetClearCount();
+}
+
+std::pair<EXmlEntry, std::uint32_t> CXmlNode::GetEntry(std::uint32_t place) const noexcept
+{
+    if (data->order != nullptr)
+        return {static_cast<EXmlEntry>(data->order[place] % 4), data->order[place] / 4};
+    return {GetChildCount() != 0       ? XmlChildEntry
+            : GetAttributeCount() != 0 ? XmlAttributeEntry
+            : GetTextCount() != 0      ? XmlTextEntry
+                                       : XmlClearEntry,
+            place};
+}
+
+CXmlNode CXmlNode::AddChild(const char* name, bool isDeclaration)
 {
     if (name == nullptr)
         return CXmlNode();
-    CXmlNode child(data, std::move(name), isDeclaration);
-    delete[] std::exchange(data->index, nullptr);
-    AddEntry(*data, data->children, data->childCount, XmlChildEntry, child.data);
-    ++child.data->referenceCount; // the array's own
-    return child;
+    SXmlNodeData* const child = MakeRecord(*data->memory, data, name, isDeclaration);
+    AddEntry(*data, XmlChildEntry, data->children, data->childCount, child);
+    child->referenceCount = 1; // the array's own
+    if (data->extras != nullptr)
+        data->extras->index = nullptr;
+    return CXmlNode(child);
 }
 
-void CXmlNode::AddAttribute(XmlText name, XmlText value)
+void CXmlNode::AddAttribute(const char* name, const char* value)
 {
     if (name == nullptr)
         return;
-    AddEntry(*data, data->attributes, data->attributeCount, XmlAttributeEntry, SXmlAttribute{name.get(), value.get()});
-    name.release();
-    value.release();
+    SXmlNodeExtras& extras = GetExtras(*data);
+    AddEntry(*data, XmlAttributeEntry, extras.attributes, extras.attributeCount, SXmlAttribute{name, value});
 }
 
-void CXmlNode::AddText(XmlText text)
+void CXmlNode::AddText(const char* text)
 {
-    if (text == nullptr)
-        return;
-    AddEntry(*data, data->texts, data->textCount, XmlTextEntry, static_cast<const char*>(text.get()));
-    text.release();
+    if (text != nullptr)
+        AddEntry(*data, XmlTextEntry, data->texts, data->textCount, text);
 }
 
-void CXmlNode::AddClear(XmlText value, const char* openTag, const char* closeTag)
+void CXmlNode::AddClear(const char* value, const char* openTag, const char* closeTag)
 {
     if (value == nullptr)
         return;
-    AddEntry(*data, data->clears, data->clearCount, XmlClearEntry, SXmlClear{value.get(), openTag, closeTag});
-    value.release();
-}
-
-void CXmlNode::Compact()
-{
-    TrimRoom(data->children, data->childCount);
-    TrimRoom(data->texts, data->textCount);
-    TrimRoom(data->clears, data->clearCount);
-    TrimRoom(data->attributes, data->attributeCount);
-    TrimRoom(data->order, CountEntries(*data));
+    SXmlNodeExtras& extras = GetExtras(*data);
+    AddEntry(*data, XmlClearEntry, extras.clears, extras.clearCount, SXmlClear{value, openTag, closeTag});
 }
 
 } // namespace Vellum

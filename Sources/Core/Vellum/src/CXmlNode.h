@@ -1,30 +1,27 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <utility>
+
+#include "Vellum/src/CXmlMemory.h"
 
 namespace Vellum
 {
 
-// A zero-terminated text on the heap, on its way into a tree. Null if it couldn't be had.
-using XmlText = std::unique_ptr<char[]>;
-
 // One clear section: content that was taken from the document as it stands.
 struct SXmlClear
 {
-    const char* value;   // owned by the node
+    const char* value;
     const char* openTag; // constants of the parser
     const char* closeTag;
 };
 
 struct SXmlAttribute
 {
-    const char* name;  // owned by the node
-    const char* value; // owned by the node; null for an attribute without "="
+    const char* name;
+    const char* value; // null for an attribute without "="
 };
 
-// Which of the four arrays of a node an entry of its `order` speaks of.
 enum EXmlEntry : std::uint32_t
 {
     XmlChildEntry,
@@ -41,39 +38,52 @@ struct SXmlIndexEntry
     std::uint32_t child; // index in `children`
 };
 
-// The record behind a CXmlNode. An array is null while its count is 0.
-struct SXmlNodeData
+struct SXmlNodeData;
+
+// What few nodes have.
+struct SXmlNodeExtras
 {
-    const char* name; // owned; as in the document. Null for the document node alone
-    std::uint32_t childCount;
-    std::uint32_t textCount;
-    std::uint32_t clearCount;
-    std::uint32_t attributeCount;
-    bool isDeclaration;      // opened by "<?"
-    SXmlNodeData* parent;    // not owned; null at the top, and once the parent has gone
-    SXmlNodeData** children; // each entry holds one reference
-    const char** texts;      // each owned
     SXmlClear* clears;
     SXmlAttribute* attributes;
-    std::uint32_t* order;  // one entry for each of the other four arrays, as added: index * 4 + EXmlEntry
     SXmlIndexEntry* index; // one entry for each child; null until a lookup needs it
-    std::uint32_t referenceCount;
+    std::uint32_t clearCount;
+    std::uint32_t attributeCount;
+};
+
+// The record behind a CXmlNode. An array is null while its count is 0. All of it lies in the memory of the tree.
+struct SXmlNodeData
+{
+    const char* name;        // as in the document; null for the document node alone
+    SXmlNodeData* parent;    // not owned; null at the top, and once the parent has gone
+    CXmlMemory* memory;      // of the tree
+    SXmlNodeData** children; // each entry holds one reference
+    const char** texts;
+    std::uint32_t* order;   // index * 4 + EXmlEntry for each entry of the four arrays, as added; null while all of
+                            // them are in one array
+    SXmlNodeExtras* extras; // null if there are none
+    std::uint32_t childCount;
+    std::uint32_t textCount;
+    std::uint32_t referenceCount; // handles, and the parent
+    bool isDeclaration;           // opened by "<?"
 };
 
 // CXmlNode: a handle to one element of a parsed document, or the empty node, which has nothing. Copies share the
 // element. A handle keeps its element and all below it, not what is above: the top of a tree can go while a part is
 // still in use.
 //
-// Life     The parser fills a node, compacts it when its end tag has come, and from then on only reads it.
-// Memory   An array grows to the next power of two. Dropping a tree takes no stack, however deep it is.
+// Life     The parser fills a node until its end tag has come, and from then on it is only read.
+// Memory   is that of the tree, which the last handle to any of its nodes gives back as a whole. An array grows to the
+//          next power of two, and what it has outgrown serves other arrays.
 // Errors   std::bad_alloc when a record or an array can't be had. A text that couldn't be had arrives as null, and the
 //          operation that gets it adds nothing.
 // Threads  A tree and all its handles belong to one thread: reading counts references and makes indices.
 class CXmlNode
 {
 public:
+    // The top of a new tree: a node without a name.
+    static CXmlNode MakeDocument();
+
     CXmlNode() noexcept = default;
-    CXmlNode(SXmlNodeData* parent, XmlText name, bool isDeclaration);
     CXmlNode(const CXmlNode& other) noexcept;
     CXmlNode(CXmlNode&& other) noexcept : data(std::exchange(other.data, nullptr)) {}
     CXmlNode& operator=(const CXmlNode& other) noexcept;
@@ -82,9 +92,13 @@ public:
 
     bool IsEmpty() const noexcept { return data == nullptr; }
     const char* GetName() const noexcept { return IsEmpty() ? nullptr : data->name; }
+    bool IsDeclaration() const noexcept { return !IsEmpty() && data->isDeclaration; }
+    bool HasParent() const noexcept { return !IsEmpty() && data->parent != nullptr; }
+
     std::uint32_t GetChildCount() const noexcept { return IsEmpty() ? 0 : data->childCount; }
     std::uint32_t GetTextCount() const noexcept { return IsEmpty() ? 0 : data->textCount; }
-    std::uint32_t GetClearCount() const noexcept { return IsEmpty() ? 0 : data->clearCount; }
+    std::uint32_t GetClearCount() const noexcept { return hasExtras() ? data->extras->clearCount : 0; }
+    std::uint32_t GetAttributeCount() const noexcept { return hasExtras() ? data->extras->attributeCount : 0; }
 
     // The empty node past the end.
     CXmlNode GetChild(std::uint32_t index) const noexcept;
@@ -92,25 +106,28 @@ public:
     // The first child of that name, compared whole and without regard to case; the empty node if there is none.
     CXmlNode GetChild(const char* name) const;
 
-    // Owned by the node; null, or three null pointers, past the end.
+    // Owned by the tree; null, or null pointers, past the end.
     const char* GetText(std::uint32_t index) const noexcept;
     SXmlClear GetClear(std::uint32_t index) const noexcept;
+    SXmlAttribute GetAttribute(std::uint32_t index) const noexcept;
 
-    // The record, for those who look at more than a reader needs.
-    const SXmlNodeData* GetData() const noexcept { return data; }
+    // Of all entries of the four kinds together, in the order of the document: which kind the one at `place` has, and
+    // which of its kind it is.
+    std::uint32_t GetEntryCount() const noexcept;
+    std::pair<EXmlEntry, std::uint32_t> GetEntry(std::uint32_t place) const noexcept;
 
-    // Append. A null name, text or value of a clear section adds nothing; AddChild then returns the empty node. Nothing
-    // may be added to a node that has been compacted.
-    CXmlNode AddChild(XmlText name, bool isDeclaration);
-    void AddAttribute(XmlText name, XmlText value);
-    void AddText(XmlText text);
-    void AddClear(XmlText value, const char* openTag, const char* closeTag);
+    // Where names, texts and values that are added have to lie.
+    CXmlMemory& GetMemory() const noexcept { return *data->memory; }
 
-    // Gives the arrays' spare room back.
-    void Compact();
+    // Append. A null name, text or value of a clear section adds nothing; AddChild then returns the empty node.
+    CXmlNode AddChild(const char* name, bool isDeclaration);
+    void AddAttribute(const char* name, const char* value);
+    void AddText(const char* text);
+    void AddClear(const char* value, const char* openTag, const char* closeTag);
 
 private:
     explicit CXmlNode(SXmlNodeData* shared) noexcept;
+    bool hasExtras() const noexcept { return !IsEmpty() && data->extras != nullptr; }
 
     SXmlNodeData* data = nullptr;
 };

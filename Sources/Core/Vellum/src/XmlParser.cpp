@@ -6,7 +6,7 @@
 #include <cstring>
 #include <iterator>
 #include <limits>
-#include <new>
+#include <utility>
 
 #include "Platform/TextCompare.h"
 
@@ -209,14 +209,6 @@ const char* DecodePieces(const char* at, const char* end, const char* textEnd, T
     return nullptr;
 }
 
-XmlText AllocateText(std::ptrdiff_t length)
-{
-    XmlText text(new (std::nothrow) char[static_cast<std::size_t>(length) + 1]);
-    if (text != nullptr)
-        text[static_cast<std::size_t>(length)] = 0;
-    return text;
-}
-
 // How an element stands after each of its parts.
 enum class EProgress
 {
@@ -234,7 +226,7 @@ EProgress Fail(SXmlParseContext& context, EXmlParseError error, const SXmlToken&
 // The end of the text. Declarations and the top have no end tag to miss.
 EProgress EndOfText(const CXmlNode& node, SXmlParseContext& context)
 {
-    if (!node.GetData()->isDeclaration && node.GetData()->parent != nullptr)
+    if (!node.IsDeclaration() && node.HasParent())
         SetError(context, XmlElementNotClosed, context.end);
     return EProgress::IsOver;
 }
@@ -242,30 +234,26 @@ EProgress EndOfText(const CXmlNode& node, SXmlParseContext& context)
 // Length of a name or value without the "?" that ends a declaration.
 std::int32_t DropQuestionMark(const CXmlNode& node, const SXmlToken& token)
 {
-    const bool drops = node.GetData()->isDeclaration && token.length > 0 && token.start[token.length - 1] == '?';
+    const bool drops = node.IsDeclaration() && token.length > 0 && token.start[token.length - 1] == '?';
     return token.length - (drops ? 1 : 0);
 }
 
-void AddBareAttribute(CXmlNode& node, const char* name, std::int32_t length)
-{
-    node.AddAttribute(DuplicateText(name, length), nullptr);
-}
-
 // The name in front of the end of a tag.
-void FinishAttribute(CXmlNode& node, const SXmlToken& name)
+void FinishAttribute(CXmlNode& node, SXmlToken name, SXmlParseContext& context)
 {
-    const std::int32_t length = DropQuestionMark(node, name);
-    if (length > 0)
-        AddBareAttribute(node, name.start, length);
+    name.length = DropQuestionMark(node, name);
+    if (name.length > 0)
+        node.AddAttribute(ShareName(name, context), nullptr);
 }
 
 bool StoreValue(CXmlNode& node, const SXmlToken& name, const SXmlToken& token, SXmlParseContext& context)
 {
-    XmlText value = token.kind == TokenQuoted ? DecodeXmlText(token.start + 1, token.length - 2, context)
-                                              : DecodeXmlText(token.start, DropQuestionMark(node, token), context);
+    const char* const value = token.kind == TokenQuoted
+                                  ? DecodeXmlText(token.start + 1, token.length - 2, context)
+                                  : DecodeXmlText(token.start, DropQuestionMark(node, token), context);
     if (value == nullptr)
         return false;
-    node.AddAttribute(DuplicateText(name.start, name.length), std::move(value));
+    node.AddAttribute(ShareName(name, context), value);
     return true;
 }
 
@@ -280,7 +268,7 @@ EProgress ParseTag(CXmlNode& node, SXmlParseContext& context)
         {
         case TokenText:
             if (name.start != nullptr)
-                AddBareAttribute(node, name.start, name.length);
+                node.AddAttribute(ShareName(name, context), nullptr);
             name = token;
             break;
         case TokenEquals:
@@ -298,7 +286,7 @@ EProgress ParseTag(CXmlNode& node, SXmlParseContext& context)
         case TokenClose:
         case TokenEmptyClose:
             if (name.start != nullptr)
-                FinishAttribute(node, name);
+                FinishAttribute(node, name, context);
             return token.kind == TokenClose ? EProgress::GoesOn : EProgress::IsClosed;
         case TokenEnd:
             return EndOfText(node, context);
@@ -330,21 +318,22 @@ bool StoreText(CXmlNode& node, const char* start, const char* end, SXmlParseCont
 {
     if (start == nullptr)
         return true;
-    XmlText text = DecodeXmlText(start, GetTextLength(start, end), context);
+    const char* const text = DecodeXmlText(start, GetTextLength(start, end), context);
     if (text == nullptr)
         return false;
-    node.AddText(std::move(text));
+    node.AddText(text);
     return true;
 }
 
 EProgress ParseClearSection(CXmlNode& node, const SXmlToken& open, const char* pendingText, SXmlParseContext& context)
 {
-    node.AddText(DuplicateText(pendingText, pendingText == nullptr ? 0 : GetTextLength(pendingText, open.start)));
+    node.AddText(
+        DuplicateText(pendingText, pendingText == nullptr ? 0 : GetTextLength(pendingText, open.start), context));
     const char* const start = GetPlace(context);
     const char* const close = std::strstr(start, open.clearKind->closeTag);
     if (close == nullptr)
         return Fail(context, XmlClearNotClosed, open);
-    node.AddClear(DuplicateText(start, static_cast<std::int32_t>(close - start)), open.clearKind->openTag,
+    node.AddClear(DuplicateText(start, static_cast<std::int32_t>(close - start), context), open.clearKind->openTag,
                   open.clearKind->closeTag);
     MoveTo(context, close + std::strlen(open.clearKind->closeTag));
     return EProgress::GoesOn;
@@ -389,7 +378,7 @@ EProgress ParseChild(CXmlNode& node, bool isDeclaration, SXmlParseContext& conte
     std::uint32_t& open = isDeclaration ? context.openDeclarations : context.openElements;
     if (open == MaxDepth)
         return Fail(context, XmlTooDeep, name);
-    CXmlNode child = node.AddChild(DuplicateText(name.start, name.length), isDeclaration);
+    CXmlNode child = node.AddChild(ShareName(name, context), isDeclaration);
     ++open;
     if (!child.IsEmpty() && !ParseXmlElement(child, context))
         return EProgress::IsOver;
@@ -414,15 +403,15 @@ EProgress ParseContent(CXmlNode& node, SXmlParseContext& context)
 
 CXmlNode TakeTree(CXmlNode document)
 {
-    const SXmlNodeData& data = *document.GetData();
-    const bool isOneChild =
-        data.childCount == 1 && data.textCount == 0 && data.clearCount == 0 && data.attributeCount == 0;
-    return isOneChild ? document.GetChild(0u) : document;
+    return document.GetChildCount() == 1 && document.GetEntryCount() == 1 ? document.GetChild(0u) : document;
 }
 
 } // namespace
 
-SXmlParseContext::SXmlParseContext(const char* text) : text(text), end(text + std::strlen(text)) {}
+SXmlParseContext::SXmlParseContext(const char* text, CXmlMemory& memory)
+    : text(text), end(text + std::strlen(text)), memory(memory)
+{
+}
 
 const char* GetXmlErrorName(std::int32_t error)
 {
@@ -453,23 +442,34 @@ const char* GetXmlErrorName(std::int32_t error)
     }
 }
 
-XmlText DuplicateText(const char* text, std::int32_t length)
+const char* DuplicateText(const char* text, std::int32_t length, SXmlParseContext& context)
 {
     if (text == nullptr)
         return nullptr;
-    XmlText copy = AllocateText(length);
+    char* const copy = context.memory.AllocateText(static_cast<std::size_t>(length));
     if (copy != nullptr)
-        std::memcpy(copy.get(), text, static_cast<std::size_t>(length));
+        std::memcpy(copy, text, static_cast<std::size_t>(length));
     return copy;
 }
 
-XmlText DecodeXmlText(const char* text, std::int32_t length, SXmlParseContext& context)
+const char* ShareName(const SXmlToken& name, SXmlParseContext& context)
+{
+    const auto length = static_cast<std::size_t>(name.length);
+    const auto last = static_cast<unsigned char>(name.start[length - 1]);
+    const auto middle = static_cast<unsigned char>(name.start[length / 2]);
+    const char*& recent = context.recentNames[(length * 5 + last * 3u + middle) % context.recentNames.size()];
+    if (recent == nullptr || std::strncmp(recent, name.start, length) != 0 || recent[length] != 0)
+        recent = DuplicateText(name.start, name.length, context);
+    return recent;
+}
+
+const char* DecodeXmlText(const char* text, std::int32_t length, SXmlParseContext& context)
 {
     if (text == nullptr)
         return nullptr;
     const char* const end = text + std::min<std::ptrdiff_t>(length, context.end - text);
     if (std::memchr(text, '&', static_cast<std::size_t>(end - text)) == nullptr)
-        return DuplicateText(text, static_cast<std::int32_t>(end - text));
+        return DuplicateText(text, static_cast<std::int32_t>(end - text), context);
 
     std::ptrdiff_t size = 0;
     const char* const wrong =
@@ -479,10 +479,10 @@ XmlText DecodeXmlText(const char* text, std::int32_t length, SXmlParseContext& c
         SetError(context, XmlBadReference, wrong);
         return nullptr;
     }
-    XmlText decoded = AllocateText(size);
+    char* const decoded = context.memory.AllocateText(static_cast<std::size_t>(size));
     if (decoded != nullptr)
         DecodePieces(text, end, context.end,
-                     [to = decoded.get()](const char* bytes, std::ptrdiff_t count) mutable
+                     [to = decoded](const char* bytes, std::ptrdiff_t count) mutable
                      { to = std::copy_n(bytes, count, to); });
     return decoded;
 }
@@ -531,10 +531,7 @@ bool ParseXmlElement(CXmlNode& node, SXmlParseContext& context)
         progress = ParseTag(node, context);
     while (progress == EProgress::GoesOn)
         progress = ParseContent(node, context);
-    if (progress == EProgress::IsOver)
-        return false;
-    node.Compact();
-    return true;
+    return progress == EProgress::IsClosed;
 }
 
 CXmlNode ParseXmlText(const char* text, SXmlParseOutcome* outcome)
@@ -543,8 +540,8 @@ CXmlNode ParseXmlText(const char* text, SXmlParseOutcome* outcome)
         *outcome = {XmlOk, 0};
     if (text == nullptr)
         return CXmlNode();
-    SXmlParseContext context(text);
-    CXmlNode document(nullptr, nullptr, false);
+    CXmlNode document = CXmlNode::MakeDocument();
+    SXmlParseContext context(text, document.GetMemory());
     if (context.end - context.text > std::numeric_limits<std::int32_t>::max())
         context.error = XmlTextTooLong;
     else

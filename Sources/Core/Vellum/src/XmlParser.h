@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "Vellum/src/CXmlNode.h"
@@ -87,7 +88,7 @@ struct SXmlToken
 // One parse.
 struct SXmlParseContext
 {
-    explicit SXmlParseContext(const char* text);
+    SXmlParseContext(const char* text, CXmlMemory& memory);
 
     const char* text;
     const char* end;                // the terminator
@@ -99,6 +100,8 @@ struct SXmlParseContext
     bool isFirstCall = true;        // the next ParseXmlElement is the top-level one
     std::uint32_t openElements = 0;
     std::uint32_t openDeclarations = 0;
+    CXmlMemory& memory;                           // of the tree
+    std::array<const char*, 64> recentNames = {}; // see ShareName
 };
 
 // Takes the next token from the text. At its end there is TokenEnd, again and again.
@@ -108,12 +111,15 @@ SXmlToken NextXmlToken(SXmlParseContext& context);
 // error or the end of the text.
 bool ParseXmlElement(CXmlNode& node, SXmlParseContext& context);
 
-// A copy of a piece of the context's text with its references decoded. Null for null, for a reference that is wrong
-// (which sets the error) and if memory is short (which doesn't).
-XmlText DecodeXmlText(const char* text, std::int32_t length, SXmlParseContext& context);
+// A copy of a piece of the context's text with its references decoded, in the tree's memory. Null for null, for a
+// reference that is wrong (which sets the error) and if memory is short (which doesn't).
+const char* DecodeXmlText(const char* text, std::int32_t length, SXmlParseContext& context);
 
-// A zero-terminated copy of so many bytes. Null for null, and if memory is short.
-XmlText DuplicateText(const char* text, std::int32_t length);
+// A zero-terminated copy of so many bytes in the tree's memory. Null for null, and if memory is short.
+const char* DuplicateText(const char* text, std::int32_t length, SXmlParseContext& context);
+
+// The same for a name: equal ones that come close to one another may get the same copy.
+const char* ShareName(const SXmlToken& name, SXmlParseContext& context);
 
 // Whether an element's name, which may be null, is another one than the name of an end tag in the text.
 bool XmlTagNamesDiffer(const char* name, const char* endTag);
