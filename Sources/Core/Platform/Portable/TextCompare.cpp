@@ -11,6 +11,8 @@ int CompareWithoutCase(const char* left, const char* right, std::size_t count) n
 {
     for (; count != 0; --count, ++left, ++right)
     {
+        if (*left == *right && *left != 0)
+            continue;
         const auto leftByte = static_cast<unsigned char>(FoldCase(*left));
         const auto rightByte = static_cast<unsigned char>(FoldCase(*right));
         if (leftByte != rightByte)

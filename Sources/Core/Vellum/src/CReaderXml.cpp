@@ -145,7 +145,7 @@ private:
     }
 
     CXmlNode node;
-    CbMapEx<std::string, CbArray<unsigned char>> blobs;
+    CbMapEx<std::string, CbArray<unsigned char>> blobs{128u, 4u}; // most objects have few, if any
 };
 
 // The child elements of one element, which may be the empty node.
@@ -175,7 +175,7 @@ private:
     }
 
     CXmlNode node;
-    CbMapEx<unsigned int, CbArray<unsigned char>> blobs;
+    CbMapEx<unsigned int, CbArray<unsigned char>> blobs{128u, 4u};
 };
 
 // Calls the client with a reader for an element. False for the empty node.

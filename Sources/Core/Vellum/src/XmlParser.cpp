@@ -62,12 +62,19 @@ constexpr auto DoubleQuotedSteps = MakeSteps("\"<");
 constexpr auto SingleQuotedSteps = MakeSteps("'<");
 
 // The first place at or behind `at` whose byte has no step in the table. A step that would pass the terminator goes to
-// the next byte.
+// the next byte. Steps of 1 are told apart so that the next byte can be looked at before this one's step is known.
 const char* Walk(const std::array<std::uint8_t, 256>& steps, const char* at, const char* end)
 {
-    while (const std::uint8_t step = steps[static_cast<unsigned char>(*at)])
-        at += step <= end - at ? step : 1;
-    return at;
+    for (;;)
+    {
+        const std::uint8_t step = steps[static_cast<unsigned char>(*at)];
+        if (step == 1)
+            ++at;
+        else if (step != 0)
+            at += step <= end - at ? step : 1;
+        else
+            return at;
+    }
 }
 
 const char* StepOver(const char* at, const char* end)
