@@ -45,7 +45,8 @@ public:
     {
         ++rawReads;
         const std::string part = bytes.substr(0, count);
-        std::memcpy(data, part.data(), part.size());
+        if (!part.empty())
+            std::memcpy(data, part.data(), part.size());
         bytes.erase(0, part.size());
         return part.size();
     }
