@@ -1,6 +1,7 @@
 // Each public class is used through the shared module alone, derived from where that is what it is for.
 
 #include <cstring>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 
@@ -79,6 +80,24 @@ TEST(Module, TakesStreamsOfTheClientsOwn)
     CStringReadStream in(out.bytes);
     CEverything read;
     Vellum::CReaderBinary(in).Read(read);
+    EXPECT_EQ(read, written);
+}
+
+TEST(Module, StoresDocumentsInFiles)
+{
+    const auto path = std::filesystem::path(testing::TempDir()) / "VellumApiTest.vellum";
+    const CEverything written = CEverything::Make(2);
+    {
+        CbStreamWriteBinaryFile stream(path.wstring());
+        Vellum::CWriterBinary(stream).Write(written);
+        stream.Close();
+    }
+    CEverything read;
+    {
+        CbStreamReadBinaryFile stream(path.wstring());
+        Vellum::CReaderBinary(stream).Read(read);
+    }
+    std::filesystem::remove(path);
     EXPECT_EQ(read, written);
 }
 
