@@ -1,0 +1,57 @@
+#pragma once
+
+#include <string>
+
+#include "Platform/Export.h"
+
+#include "Vellum/IReader.h"
+#include "Vellum/SXmlOutcome.h"
+
+namespace Vellum
+{
+
+// CReaderXml: fills a client's object or sequence from an XML document, the library's own or anybody else's. The parser
+// is small and forgiving: Docs/XmlFormat.md tells what it takes and what it makes of it.
+//
+// Root     The document begins with a declaration, <?xml ...?>, and its root carries the type name of the client's
+//          object, with "-" for each "::" and without regard to case. Where that isn't so, as for a document that the
+//          parser rejects, nothing is raised: the client's Read is called and finds nothing. Check tells more.
+// Keys     are found without regard to case; of several equal ones the first counts. GetKey gives all child elements
+//          in their order. Attributes are not looked at.
+// Values   are texts, converted when they are asked for: the first text of an element, or else its first CDATA section
+//          or comment, or else the empty text. For a field, white space around it doesn't count. A bool or date field
+//          is the first text alone, as it stands. What is neither "true" nor "false" leaves a bool as it was and gives
+//          false.
+// Elements of a sequence that are asked for as a value must be named "elt"; objects and sequences have any name.
+// Memory   The text isn't copied: it must stay valid and unchanged until Read has returned. Nothing is kept between
+//          two calls.
+// Errors   CException from "Vellum::CContainerReaderXml::readValue" for a value in a sequence that isn't named "elt",
+//          and from "Vellum::Conversion::StringToInt", "Vellum::Conversion::StringToDouble" or "Vellum::Base64::Decode"
+//          for one that doesn't convert; CbExceptionConversion from "CbDateTime::CbDateTime" for a date that doesn't.
+//          What the client raises passes through.
+// Threads  Any number of threads may read from one reader.
+class VELLUM_API CReaderXml : public IReader
+{
+public:
+    // A zero-terminated text; null reads like the empty one.
+    explicit CReaderXml(const char* text);
+
+    // Up to the string's first NUL. The string must neither change nor die before Read has returned.
+    explicit CReaderXml(const std::string& text);
+
+    // Both read the same text.
+    CReaderXml(const CReaderXml& other);
+    CReaderXml& operator=(const CReaderXml& other);
+    ~CReaderXml() override;
+
+    void Read(ISerializableContainer& root) const override;
+    void Read(ISerializable& root) const override;
+
+    // Parses the text, for those who want to know why Read finds nothing, or less than it should.
+    SXmlOutcome Check() const;
+
+private:
+    const char* text; // the client's
+};
+
+} // namespace Vellum

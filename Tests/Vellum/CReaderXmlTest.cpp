@@ -1,0 +1,455 @@
+#include <cstring>
+#include <limits>
+#include <locale.h>
+#include <locale>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Vellum/Vellum.h"
+
+#include "Support/Clients.h"
+#include "Support/FailEachAllocation.h"
+#include "Support/Raises.h"
+#include "Support/Texts.h"
+#include "XmlExample.h"
+
+using Support::CElements;
+using Support::CFields;
+using Support::ReadElements;
+using Support::ReadFields;
+using Vellum::CException;
+using Vellum::CReaderXml;
+using Vellum::CWriterXml;
+using Vellum::IContainerReader;
+using Vellum::IContainerWriter;
+using Vellum::IDataReader;
+using Vellum::IDataWriter;
+
+namespace
+{
+
+template <class Root>
+std::string WriteXml(const Root& root)
+{
+    std::ostringstream stream;
+    CWriterXml(stream).Write(root);
+    return stream.str();
+}
+
+// Hands the fields, or the elements, of a document to the client. The inner text is what stands in the root.
+void Fields(const std::string& inner, const CFields::Reading& reading)
+{
+    CFields root = ReadFields(reading);
+    CReaderXml(Support::ExactText("<?xml?><Fields>" + inner + "</Fields>").get()).Read(root);
+}
+
+void Elements(const std::string& inner, const CElements::Reading& reading)
+{
+    CElements root = ReadElements(reading);
+    CReaderXml(Support::ExactText("<?xml?><Elements>" + inner + "</Elements>").get()).Read(root);
+}
+
+// What is found; nothing if Read gives false, which must leave its argument as it was.
+template <class T, class Reader, class Place>
+std::optional<T> Find(const Reader& reader, Place place, const T& before = T())
+{
+    T value = before;
+    if (reader.Read(place, value))
+        return value;
+    EXPECT_EQ(value, before);
+    return std::nullopt;
+}
+
+template <class T>
+std::optional<T> Field(const std::string& inner, const T& before = T())
+{
+    std::optional<T> found;
+    Fields(inner, [&](IDataReader& r) { found = Find<T>(r, "k", before); });
+    return found;
+}
+
+template <class T>
+std::optional<T> Element(const std::string& inner, const T& before = T())
+{
+    std::optional<T> found;
+    Elements(inner, [&](IContainerReader& r) { found = Find<T>(r, 0u, before); });
+    return found;
+}
+
+// A value written and read back: as a field, and as an element.
+template <class T>
+std::optional<T> FieldBack(const T& value)
+{
+    std::optional<T> found;
+    CFields root([&](IDataWriter& w) { w.Write("k", value); }, [&](IDataReader& r) { found = Find<T>(r, "K"); });
+    CReaderXml(WriteXml(root)).Read(root);
+    return found;
+}
+
+template <class T>
+std::optional<T> ElementBack(const T& value)
+{
+    std::optional<T> found;
+    CElements root([&](IContainerWriter& w) { w.Write(value); },
+                   [&](IContainerReader& r)
+                   {
+                       found = Find<T>(r, 0u);
+                       EXPECT_EQ(Find<T>(r, 1u), std::nullopt);
+                   });
+    const std::string document = WriteXml(root);
+    CReaderXml(document).Read(root);
+    return found;
+}
+
+std::string BlobText(const Vellum::BlobRange& blob)
+{
+    EXPECT_EQ(blob.first == nullptr, blob.second == nullptr);
+    return blob.first == nullptr ? "none" : std::string(blob.first, blob.second);
+}
+
+std::string DateText(const IDateTime& date) { return CbDateTime(date).ToString("Y-m-dTH:i:s.v"); }
+
+TEST(CReaderXml, ReadsTheWorkedExample)
+{
+    CbDateTime date;
+    CFields buyer = ReadFields([](IDataReader& r) { EXPECT_EQ(Find<std::string>(r, "name"), "Ann\nLee"); });
+    CFields item = ReadFields([](IDataReader& r) { EXPECT_EQ(Find<std::uint16_t>(r, "sku"), 9); });
+    CElements none = ReadElements([](IContainerReader& r) { EXPECT_FALSE(Find<int>(r, 0u)); });
+    CElements lines = ReadElements(
+        [&](IContainerReader& r)
+        {
+            EXPECT_EQ(Find<int>(r, 0u), 7);
+            EXPECT_EQ(Find<std::string>(r, 1u), "a>b");
+            EXPECT_TRUE(r.Read(2u, item) && r.Read(6u, none) && r.Read(3u, date));
+            EXPECT_EQ(DateText(date), "2024-03-07T14:05:09.000");
+            EXPECT_EQ(BlobText(r.GetBlob(4)), "hello");
+            EXPECT_EQ(Find<bool>(r, 5u, true), false);
+            EXPECT_FALSE(r.Read(7u, item));
+            EXPECT_EQ(BlobText(r.GetBlob(7)), "none");
+        });
+    const auto readOrder = [&](IDataReader& r)
+    {
+        EXPECT_EQ(r.GetKeyCount(), 12u);
+        EXPECT_STREQ(r.GetKey(0), "id");
+        EXPECT_STREQ(r.GetKey(11), "lines");
+        EXPECT_EQ(r.GetKey(12), nullptr);
+        EXPECT_EQ(Find<std::uint32_t>(r, "id"), 42u);
+        EXPECT_EQ(Find<std::string>(r, "TITLE"), "Tom & Jerry <100%>");
+        EXPECT_EQ(Find<std::wstring>(r, "note"), L"Gr\u00FC\u00DFe");
+        EXPECT_EQ(Find<double>(r, "price"), 19.99);
+        EXPECT_EQ(Find<float>(r, "ratio"), 0.1f);
+        EXPECT_EQ(Find<bool>(r, "paid"), true);
+        EXPECT_EQ(Find<char>(r, "grade"), 'A');
+        EXPECT_EQ(Find<signed char>(r, "level"), -3);
+        EXPECT_TRUE(r.Read("created", date) && r.Read("buyer", buyer) && r.Read("lines", lines));
+        EXPECT_EQ(DateText(date), "2024-03-07T14:05:09.000");
+        EXPECT_EQ(BlobText(r.GetBlob("thumb")), "hello");
+        EXPECT_EQ(r.GetBlob("thumb"), r.GetBlob("thumb"));
+        EXPECT_EQ(Find<std::string>(r, "thumb"), "aGVsbG8=");
+        EXPECT_EQ(Find<int>(r, "absent", 5), std::nullopt);
+        EXPECT_FALSE(r.Read("absent", date) || r.Read("absent", buyer) || r.Read("absent", lines));
+        EXPECT_EQ(BlobText(r.GetBlob("absent")), "none");
+        EXPECT_EQ(Find<std::string>(r, "buyer", "x"), ""); // an object has no text of its own
+        EXPECT_TRUE(r.Read("id", none));                   // and a value no elements
+    };
+    const std::string document = Support::XmlExample();
+    for (const char* typeName : {"shop::Order", "SHOP-ORDER"})
+    {
+        CFields order({}, readOrder, typeName);
+        CReaderXml(document).Read(order);
+    }
+}
+
+TEST(CReaderXml, ValuesComeBackAsTheFormatPromises)
+{
+    const auto expect = [](const std::string& written, const std::string& field, const std::string& element)
+    {
+        EXPECT_EQ(FieldBack(written), field) << written;
+        EXPECT_EQ(ElementBack(written), element) << written;
+    };
+    expect("a&b<c>d%e&amp;", "a&b<c>d%e&amp;", "a&b<c>d%e&amp;");
+    expect("a\n\rb", "a\n\rb", "a\n\rb");
+    expect("a \t'\"\x01 b", "a \t'\"\x01 b", "a \t'\"\x01 b");
+    expect(" \ta\t ", "a", "a");
+    expect("\n\ra\r\n", "a", "\n\ra\r\n");
+    expect("\v\fa\f\v", "a", "\v\fa\f\v");
+    expect("", "", "");
+    expect(" \t ", "", "");
+    expect("Gr\xC3\xBC\xC3\x9F"
+           "e",
+           "Gr\xC3\xBC\xC3\x9F"
+           "e",
+           "Gr\xC3\xBC\xC3\x9F"
+           "e");
+    EXPECT_EQ(FieldBack<std::wstring>(L" \u20AC\n"), L"\u20AC");
+    EXPECT_EQ(ElementBack<std::wstring>(L"\u20AC\n"), L"\u20AC\n");
+
+    // A byte that hides the end tag, and a NUL, which ends the document.
+    EXPECT_EQ(FieldBack<std::string>("\xE9"), "\xE9</k>");
+    EXPECT_EQ(FieldBack(std::string("a\0b", 3)), "");
+
+    for (const char plain : std::string(">=%\"'a\x7F"))
+    {
+        EXPECT_EQ(FieldBack(plain), plain);
+        EXPECT_EQ(ElementBack(plain), plain);
+    }
+    EXPECT_EQ(FieldBack('<'), std::nullopt);
+    EXPECT_EQ(FieldBack('&'), std::nullopt);
+    EXPECT_EQ(FieldBack('\n'), '\0');
+    EXPECT_EQ(FieldBack('\v'), '\0');
+    EXPECT_EQ(ElementBack('\v'), '\v');
+
+    for (const double real : {0.1, -1e300, 5e-324, 1.0 / 3})
+        EXPECT_EQ(FieldBack(real), real);
+    EXPECT_EQ(ElementBack(0.1f), 0.1f);
+    EXPECT_EQ(FieldBack(std::numeric_limits<double>::infinity()), std::numeric_limits<double>::infinity());
+    EXPECT_EQ(FieldBack(std::numeric_limits<std::uint64_t>::max()), std::numeric_limits<std::uint64_t>::max());
+    EXPECT_EQ(ElementBack(std::numeric_limits<std::int64_t>::min()), std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(FieldBack<signed char>(-128), -128);
+    EXPECT_EQ(ElementBack<unsigned char>(255), 255);
+    EXPECT_EQ(FieldBack(true), true);
+    EXPECT_EQ(ElementBack(false), false);
+}
+
+TEST(CReaderXml, BlobsComeBack)
+{
+    const std::string bytes = std::string("\0\xFF", 2) + std::string(200, 'x');
+    CFields root(
+        [&](IDataWriter& w)
+        {
+            w.Write("full", bytes.size(), bytes.data());
+            w.Write("empty", 0, nullptr);
+        },
+        [&](IDataReader& r)
+        {
+            EXPECT_EQ(BlobText(r.GetBlob("Full")), bytes);
+            EXPECT_EQ(BlobText(r.GetBlob("empty")), "none");
+        });
+    CReaderXml(WriteXml(root)).Read(root);
+    Elements("<elt><![CDATA[\n\n\t]]></elt><x>QQ==</x>",
+             [](IContainerReader& r)
+             {
+                 EXPECT_EQ(BlobText(r.GetBlob(0)), "none");
+                 EXPECT_RAISES(CException, "Vellum::CContainerReaderXml::readValue", r.GetBlob(1));
+             });
+    EXPECT_RAISES(CException, "Vellum::Base64::Decode", Fields("<k>*</k>", [](IDataReader& r) { r.GetBlob("k"); }));
+}
+
+TEST(CReaderXml, FieldsAreTheFirstOfTheirNameAndTrimmed)
+{
+    EXPECT_EQ(Field<int>("<K>5</K><k>6</k>"), 5);
+    EXPECT_EQ(Field<int>("<k>  12  </k>"), 12);
+    EXPECT_EQ(Field<double>("<k><![CDATA[ 12 ]]></k>"), 12);
+    EXPECT_EQ(Field<std::string>("<k>a<!-- c -->b</k>"), "a");
+    EXPECT_EQ(Field<std::string>("<k><!-- c --></k>"), "c");
+    EXPECT_EQ(Field<std::string>("<k>a&#0;b</k>"), "a");
+    EXPECT_EQ(Field<char>("<k></k>", 'x'), '\0');
+    EXPECT_EQ(Field<double>("<k/>", 1.0), 0.0);
+    EXPECT_EQ(Field<int>("k='1'"), std::nullopt);
+    EXPECT_RAISES(CException, "Vellum::Conversion::StringToInt", Field<int>("<k><b>1</b></k>"));
+    EXPECT_RAISES(CException, "Vellum::Conversion::StringToDouble", Field<float>("<k>1,5</k>"));
+
+    // A bool or a date is the first text as it stands.
+    for (const char* text : {"", "TRUE", "1", "&#32;true", "<![CDATA[true]]>"})
+        EXPECT_EQ(Field<bool>("<k>" + std::string(text) + "</k>", true), std::nullopt) << text;
+    EXPECT_EQ(Field<bool>("<k> true </k>"), true);
+    const auto readDate = [](IDataReader& r)
+    {
+        CbDateTime date("1999-01-01T00:00:00");
+        EXPECT_TRUE(r.Read("good", date));
+        EXPECT_EQ(DateText(date), "2024-03-07T14:05:09.000");
+        EXPECT_RAISES(CbExceptionConversion, "CbDateTime::CbDateTime", r.Read("bad", date));
+        EXPECT_EQ(DateText(date), "2024-03-07T14:05:09.000");
+    };
+    Fields("<good>2024-03-07 14:05:09.500Z</good><bad><![CDATA[2024-03-07 14:05:09]]></bad>", readDate);
+}
+
+TEST(CReaderXml, ElementsAreCalledEltAndNotTrimmed)
+{
+    EXPECT_EQ(Element<std::string>("<elt>abc&#10;</elt>"), "abc\n");
+    EXPECT_EQ(Element<int>("<elt><![CDATA[ 12 ]]></elt>"), 12);
+    EXPECT_RAISES(CException, "Vellum::Conversion::StringToDouble", Element<double>("<elt><![CDATA[ 12 ]]></elt>"));
+    EXPECT_EQ(Element<bool>("<elt><![CDATA[true]]></elt>"), true);
+    EXPECT_EQ(Element<bool>("<elt>yes</elt>", true), std::nullopt);
+    EXPECT_EQ(Element<std::string>("<elt></elt>", "x"), "");
+    EXPECT_RAISES(CException, "Vellum::CContainerReaderXml::readValue", Element<int>("<ELT>1</ELT>"));
+    EXPECT_RAISES(CException, "Vellum::CContainerReaderXml::readValue", Element<bool>("<k>true</k>"));
+    Elements("<ELT>1</ELT><elt><![CDATA[2024-03-07 14:05:09]]></elt><elt/>",
+             [](IContainerReader& r)
+             {
+                 CFields nested;
+                 CElements sequence;
+                 EXPECT_TRUE(r.Read(0u, nested) && r.Read(0u, sequence));
+                 CbDateTime date;
+                 EXPECT_TRUE(r.Read(1u, date));
+                 EXPECT_EQ(DateText(date), "2024-03-07T14:05:09.000");
+                 EXPECT_RAISES(CbExceptionConversion, "CbDateTime::CbDateTime", r.Read(2u, date));
+                 EXPECT_FALSE(r.Read(3u, date) || r.Read(0xFFFFFFFFu, nested));
+             });
+}
+
+// What is found of a document, for a root that wants the fields a, b and c.
+std::string Found(const char* document)
+{
+    std::string found;
+    bool isRead = false;
+    CFields root = ReadFields(
+        [&](IDataReader& r)
+        {
+            isRead = true;
+            for (const char* key : {"a", "b", "c"})
+                found += Find<std::string>(r, key).value_or("-");
+            found += std::to_string(r.GetKeyCount());
+        });
+    CReaderXml(document).Read(root);
+    EXPECT_TRUE(isRead);
+    return found;
+}
+
+TEST(CReaderXml, WhatIsNotThereOrRejectedIsReadAsEmpty)
+{
+    EXPECT_EQ(Found("<?xml?><Fields><a>1</a><b>2</b></Fields>"), "12-2");
+    EXPECT_EQ(Found("<?xml?><!-- c --><!DOCTYPE x><FIELDS><b>2</b></FIELDS>"), "-2-1");
+    EXPECT_EQ(Found("<x/><Fields><a>1</a></Fields>"), "1--1"); // two at the top need no declaration
+    for (const char* empty :
+         {"", "<?xml?><Other><a>1</a></Other>", "<Fields><a>1</a></Fields>",
+          "\xEF\xBB\xBF<?xml?><Fields><a>1</a></Fields>", "<!-- c --><?xml?><Fields><a>1</a></Fields>",
+          "<?xml?><Fields><a>1</a><b>&</b></Fields>", "<?xml?><Fields><a>1</a></b></Fields>"})
+        EXPECT_EQ(Found(empty), "---0") << empty;
+    EXPECT_EQ(Found(nullptr), "---0");
+
+    // Cut off, and an end tag that closes several elements.
+    EXPECT_EQ(Found("<?xml?><Fields><a>1</a><b>2</b><c>3"), "123");
+    EXPECT_EQ(Found("<?xml?><Fields><a>1</a><b><x><y>2</b><c>3</c></Fields>"), "133");
+}
+
+TEST(CReaderXml, DocumentsCutAtEveryByteGiveTheirFirstFieldsOrNone)
+{
+    const std::string document = WriteXml(CFields(
+        [](IDataWriter& w)
+        {
+            for (const char* key : {"a", "b", "c"})
+                w.Write(key, key);
+        }));
+    for (std::size_t size = 0; size < document.size(); ++size)
+    {
+        const auto text = Support::ExactText(std::string_view(document).substr(0, size));
+        const std::string found = Found(text.get());
+        EXPECT_TRUE(std::string("abc").starts_with(found.substr(0, found.find_first_of("-0123")))) << found;
+        EXPECT_EQ(CReaderXml(text.get()).Check().hasTree, CReaderXml(text.get()).Check().error <= 1) << size;
+    }
+}
+
+TEST(CReaderXml, CheckTellsWhatIsWrongAndWhere)
+{
+    struct SCase
+    {
+        const char* text;
+        int error;
+        const char* name;
+        unsigned line;
+        unsigned column;
+        bool hasTree;
+    };
+    for (const auto& [text, error, name, line, column, hasTree] : {
+             SCase{nullptr, 0, "XmlOk", 0, 0, false},
+             SCase{"", 0, "XmlOk", 0, 0, true},
+             SCase{"<?xml?>\n<a/>", 0, "XmlOk", 0, 0, true},
+             SCase{"<a>\n<b>", 1, "XmlElementNotClosed", 2, 4, true},
+             SCase{"<a>\r\n  <b></c>\n</a>", 7, "XmlStrayEndTag", 2, 8, false},
+             SCase{"\n\n\xC3\xA4&x;", 0, "XmlOk", 0, 0, true}, // text at the top is never decoded
+             SCase{"<a>\n\n\xC3\xA4&x;</a>", 14, "XmlBadReference", 3, 3, false},
+         })
+    {
+        const Vellum::SXmlOutcome outcome = CReaderXml(text).Check();
+        EXPECT_EQ(outcome.error, error);
+        EXPECT_STREQ(outcome.name, name);
+        EXPECT_EQ(outcome.line, line) << name;
+        EXPECT_EQ(outcome.column, column) << name;
+        EXPECT_EQ(outcome.hasTree, hasTree) << name;
+    }
+}
+
+TEST(CReaderXml, WhatTheClientRaisesPassesThroughAndReadingCanBeRepeated)
+{
+    CFields root = ReadFields(
+        [](IDataReader& r)
+        {
+            if (Find<int>(r, "k") == 1)
+                throw 42;
+        });
+    const std::string text = "<?xml?><Fields><k>1</k></Fields>";
+    CReaderXml reader(nullptr);
+    reader = CReaderXml(text);
+    const CReaderXml copy(reader);
+    for (const CReaderXml& each : {reader, copy})
+        for (int i = 0; i < 2; ++i)
+            EXPECT_THROW(each.Read(root), int);
+}
+
+// Decimal comma and digit grouping, in each of the ways in which a program can ask for them.
+TEST(CReaderXml, NoLocaleChangesADocumentOrWhatIsRead)
+{
+    const std::locale germanCpp("de_DE.UTF-8");
+    const locale_t germanC = newlocale(LC_ALL_MASK, "de_DE.UTF-8", nullptr);
+    ASSERT_NE(germanC, nullptr);
+    CFields root(
+        [](IDataWriter& w)
+        {
+            w.Write("real", 1234.5);
+            w.Write("whole", 1234567);
+        },
+        [](IDataReader& r)
+        {
+            EXPECT_EQ(Find<double>(r, "real"), 1234.5);
+            EXPECT_EQ(Find<int>(r, "whole"), 1234567);
+        });
+    const std::string plain = WriteXml(root);
+    const auto expectPoints = [&](const std::locale& ofStream)
+    {
+        std::ostringstream stream;
+        stream.imbue(ofStream);
+        CWriterXml(stream).Write(root);
+        EXPECT_EQ(stream.str(), plain);
+        EXPECT_EQ(stream.getloc(), ofStream);
+        CReaderXml(plain).Read(root);
+    };
+    expectPoints(germanCpp); // of the stream
+
+    const std::locale oldGlobal = std::locale::global(germanCpp); // of C++, and of the process
+    expectPoints(germanCpp);
+    std::locale::global(oldGlobal);
+
+    const locale_t oldThread = uselocale(germanC); // of the thread
+    expectPoints(std::locale::classic());
+    EXPECT_EQ(uselocale(oldThread), germanC);
+    freelocale(germanC);
+}
+
+TEST(CReaderXml, AFailedAllocationLosesAPartOrIsRaised)
+{
+    const std::string document = Support::XmlExample();
+    CFields order(
+        {}, [](IDataReader& r) { EXPECT_LE(r.GetBlob("thumb").second - r.GetBlob("thumb").first, 5); }, "shop::Order");
+    const auto failures = Support::FailEachAllocation(
+        [&]
+        {
+            try
+            {
+                CReaderXml(document).Read(order);
+            }
+            catch (const std::bad_alloc&)
+            {
+            }
+            catch (const IException&) // of the decoder and the table
+            {
+            }
+        });
+    EXPECT_GT(failures, 50u);
+}
+
+} // namespace

@@ -1,0 +1,250 @@
+#include <cmath>
+#include <locale.h>
+#include <locale>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Vellum/Vellum.h"
+
+#include "Vellum/src/XmlNames.h"
+
+#include "Support/Clients.h"
+#include "Support/FailEachAllocation.h"
+#include "Support/Raises.h"
+#include "Support/Texts.h"
+#include "XmlExample.h"
+
+using Support::CElements;
+using Support::CFields;
+using Vellum::CException;
+using Vellum::CWriterXml;
+using Vellum::IContainerWriter;
+using Vellum::IDataWriter;
+
+namespace
+{
+
+template <class Root>
+std::string WriteXml(const Root& root)
+{
+    std::ostringstream stream;
+    CWriterXml(stream).Write(root);
+    return stream.str();
+}
+
+const std::string Namespaces = " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\""
+                               " xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\">\n";
+
+// The lines of a sequence document, without its header and root.
+std::string Body(const CElements::Writing& writing)
+{
+    const std::string text = WriteXml(CElements(writing, {}, "R"));
+    const std::string begin = "<?xml version=\"1.0\"?>\n<R" + Namespaces;
+    const std::string end = "</R>\n";
+    EXPECT_EQ(text.substr(0, begin.size()), begin);
+    EXPECT_EQ(text.substr(text.size() - end.size()), end);
+    return text.substr(begin.size(), text.size() - begin.size() - end.size());
+}
+
+template <class Value>
+std::string ValueText(const Value& value)
+{
+    const std::string line = Body([&](IContainerWriter& w) { w.Write(value); });
+    return line.substr(6, line.size() - 13); // between "→<elt>" and "</elt>\n"
+}
+
+CbDateTime ExampleDate()
+{
+    CbDateTime date("2024-03-07T14:05:09");
+    date.SetMilliseconds(250);
+    return date;
+}
+
+TEST(CWriterXml, WritesTheWorkedExample)
+{
+    const CFields person([](IDataWriter& w) { w.Write("name", "Ann\nLee"); }, {}, "shop::Person");
+    const CFields item([](IDataWriter& w) { w.Write("sku", std::uint16_t{9}); }, {}, "shop::Item");
+    const CElements lines(
+        [&](IContainerWriter& w)
+        {
+            w.Write(7);
+            w.Write("a>b");
+            w.Write(item);
+            w.Write(ExampleDate());
+            w.Write(5, "hello");
+            w.Write(false);
+            w.Write(CElements({}, {}, "shop::Lines"));
+        },
+        {}, "shop::Lines");
+    const CFields order(
+        [&](IDataWriter& w)
+        {
+            w.Write("id", 42u);
+            w.Write("title", "Tom & Jerry <100%>");
+            w.Write("note", L"Gr\u00FC\u00DFe");
+            w.Write("price", 19.99);
+            w.Write("ratio", 0.1f);
+            w.Write("paid", true);
+            w.Write("grade", 'A');
+            w.Write("level", static_cast<signed char>(-3));
+            w.Write("created", ExampleDate());
+            w.Write("thumb", 5, "hello");
+            w.Write("buyer", person);
+            w.Write("lines", lines);
+        },
+        {}, "shop::Order");
+    EXPECT_EQ(WriteXml(order), Support::XmlExample());
+}
+
+TEST(CWriterXml, EmptyOnesAndDeepOnes)
+{
+    EXPECT_EQ(WriteXml(CFields({}, {}, "a::b")),
+              "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<a-b" + Namespaces + "</a-b>\n");
+    EXPECT_EQ(Body({}), "");
+    EXPECT_EQ(Body([](IContainerWriter& w) { w.Write(CFields()); }), Support::Lines("→<Fields>", "→</Fields>"));
+
+    CElements deep;
+    for (int depth = 0; depth < 100; ++depth)
+        deep = CElements([inner = deep](IContainerWriter& w) { w.Write(inner); });
+    EXPECT_NE(WriteXml(deep).find('\n' + std::string(100, '\t') + "</Elements>\n"), std::string::npos);
+}
+
+TEST(CWriterXml, TypeNamesLoseTheirColonsAndKeysKeepThem)
+{
+    for (const auto& [typeName, name] : std::vector<std::pair<std::string, std::string>>{{"", ""},
+                                                                                         {":", ":"},
+                                                                                         {"a", "a"},
+                                                                                         {"::", "-"},
+                                                                                         {"a::b::c", "a-b-c"},
+                                                                                         {"a:b", "a:b"},
+                                                                                         {":::", "-:"},
+                                                                                         {"::::", "--"}})
+        EXPECT_EQ(Vellum::ToElementName(typeName), name);
+
+    const CFields root(
+        [](IDataWriter& w)
+        {
+            w.Write("a::b", CFields());
+            w.Write("<k>=&", 1);
+            w.Write("<k>=&", 2);
+        });
+    EXPECT_NE(WriteXml(root).find("\t<a::b>\n\t</a::b>\n\t<<k>=&>1</<k>=&>\n\t<<k>=&>2</<k>=&>\n"), std::string::npos);
+}
+
+TEST(CWriterXml, TextsAreEscapedAndCharsAreNot)
+{
+    EXPECT_EQ(ValueText(std::string()), "");
+    EXPECT_EQ(ValueText(std::string("&amp;<>%\n\r")), "&amp;amp;&lt;&gt;&#37;&#10;&#13;");
+    EXPECT_EQ(ValueText(std::string(" \t\"'\v\x01\x7F\xE9\0 x", 13)), std::string(" \t\"'\v\x01\x7F\xE9\0 x", 13));
+    EXPECT_EQ(ValueText(std::string(3000, '%')).size(), 5u * 3000);
+    EXPECT_EQ(ValueText(std::wstring(L"\u00E4<\0cut", 6)), "\xC3\xA4&lt;");
+    EXPECT_EQ(ValueText(std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}), "\xF0\x9F\x98\x80");
+    for (const char raw : std::string("<&>%\n\0\xE9", 7))
+        EXPECT_EQ(ValueText(raw), std::string(1, raw));
+}
+
+TEST(CWriterXml, BlobsStandInSections)
+{
+    const std::string bytes(55, 'a');
+    const std::string line = std::string(18 * 4, ' ');
+    const auto blob = [&](std::size_t size) { return Body([&](IContainerWriter& w) { w.Write(size, bytes.data()); }); };
+    std::string full;
+    for (int i = 0; i < 18; ++i)
+        full += "YWFh";
+    EXPECT_EQ(blob(0), Support::Lines("→<elt><![CDATA[", "", "→]]></elt>"));
+    EXPECT_EQ(blob(54), Support::Lines("→<elt><![CDATA[", full, "", "→]]></elt>"));
+    EXPECT_EQ(blob(55), Support::Lines("→<elt><![CDATA[", full, "YQ==", "→]]></elt>"));
+}
+
+TEST(CWriterXml, NumbersHaveAllTheirDigitsWhateverTheStreamHasBeenToldBefore)
+{
+    EXPECT_EQ(ValueText(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
+    EXPECT_EQ(ValueText(std::numeric_limits<std::uint64_t>::max()), "18446744073709551615");
+    EXPECT_EQ(ValueText(static_cast<unsigned char>(65)), "65");
+    EXPECT_EQ(ValueText(static_cast<signed char>(-128)), "-128");
+    EXPECT_EQ(ValueText(1.5f) + ValueText(100.0) + ValueText(19.99f), "1.510019.9899998");
+    EXPECT_EQ(ValueText(std::nan("")) + ValueText(-std::numeric_limits<double>::infinity()), "nan-inf");
+
+    std::ostringstream stream;
+    CWriterXml writer(stream);
+    EXPECT_EQ(stream.precision(), 16);
+    EXPECT_NE(stream.flags() & std::ios_base::boolalpha, 0);
+    const CElements client(
+        [&](IContainerWriter& w)
+        {
+            stream.precision(3);
+            stream << std::noboolalpha;
+            w.Write(0.1f);
+            w.Write(0.1);
+            w.Write(true);
+            stream << std::hex << std::showbase << std::showpoint;
+            w.Write(255);
+            w.Write(2.0f);
+        });
+    writer.Write(client);
+    EXPECT_NE(stream.str().find(Support::Lines("→<elt>0.100000001</elt>", "→<elt>0.10000000000000001</elt>",
+                                               "→<elt>true</elt>", "→<elt>0xff</elt>", "→<elt>2.00000000</elt>")),
+              std::string::npos);
+    EXPECT_EQ(stream.precision(), 9);
+}
+
+TEST(CWriterXml, EachWriteAppendsADocument)
+{
+    std::ostringstream stream;
+    const CWriterXml writer(stream);
+    stream.precision(5);
+    CWriterXml(writer).Write(CFields());
+    EXPECT_EQ(stream.precision(), 5); // a copy leaves the stream as it is
+    CWriterXml(stream).Write(CElements());
+    EXPECT_EQ(stream.str(), WriteXml(CFields()) + WriteXml(CElements()));
+}
+
+TEST(CWriterXml, EveryExceptionBecomesItsOwnAndTheDocumentIsCutOff)
+{
+    const locale_t german = newlocale(LC_ALL_MASK, "de_DE.UTF-8", nullptr);
+    const locale_t oldThread = uselocale(german);
+    std::ostringstream stream;
+    const CFields inner(
+        [](IDataWriter& w)
+        {
+            w.Write("done", 1);
+            throw 42;
+        });
+    const CElements root([&](IContainerWriter& w) { w.Write(inner); }, {}, "R");
+    EXPECT_RAISES(CException, "Vellum::CWriterXml::Write", CWriterXml(stream).Write(root));
+    EXPECT_EQ(stream.str(),
+              "<?xml version=\"1.0\"?>\n<R" + Namespaces + Support::Lines("→<Fields>", "→→<done>1</done>"));
+    EXPECT_EQ(uselocale(oldThread), german);
+    freelocale(german);
+    EXPECT_RAISES(CException, "Vellum::CWriterXml::Write", CWriterXml(stream).Write(inner));
+}
+
+TEST(CWriterXml, AFailedAllocationIsAFailureOfTheWriter)
+{
+    const CFields root(
+        [](IDataWriter& w)
+        {
+            w.Write("text", std::string(2000, '%'));
+            w.Write("blob", 5, "hello");
+            w.Write("wide", std::wstring(100, L'w'));
+        });
+    const auto failures = Support::FailEachAllocation(
+        [&]
+        {
+            std::ostringstream stream;
+            try
+            {
+                CWriterXml(stream).Write(root);
+            }
+            catch (const IException& exception)
+            {
+                EXPECT_STREQ(exception.GetFunctionName(), "Vellum::CWriterXml::Write");
+            }
+        });
+    EXPECT_GT(failures, 3u);
+}
+
+} // namespace

@@ -1,0 +1,283 @@
+#include "Vellum/src/XmlParser.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "Support/FailEachAllocation.h"
+#include "Support/Texts.h"
+
+namespace
+{
+
+using Vellum::CXmlNode;
+
+// One line for a tree: name(entries in their order), with @ for an attribute, ' ' around a text, { } around a clear
+// section with its opening tag in front, ? in front of a declaration, * for the node around several top-level elements.
+std::string Dump(const CXmlNode& node)
+{
+    if (node.IsEmpty())
+        return "-";
+    const Vellum::SXmlNodeData& data = *node.GetData();
+    std::string dump = std::string(data.isDeclaration ? "?" : "") + (data.name == nullptr ? "*" : data.name) + "(";
+    const std::uint32_t count = data.childCount + data.textCount + data.clearCount + data.attributeCount;
+    for (std::uint32_t i = 0; i < count; ++i)
+    {
+        const std::uint32_t index = data.order[i] / 4;
+        dump += i == 0 ? "" : " ";
+        if (data.order[i] % 4 == Vellum::XmlChildEntry)
+            dump += Dump(node.GetChild(index));
+        else if (data.order[i] % 4 == Vellum::XmlTextEntry)
+            dump += "'" + std::string(node.GetText(index)) + "'";
+        else if (data.order[i] % 4 == Vellum::XmlClearEntry)
+            dump += node.GetClear(index).openTag + ("{" + std::string(node.GetClear(index).value)) + "}";
+        else if (data.attributes[index].value == nullptr)
+            dump += "@" + std::string(data.attributes[index].name);
+        else
+            dump += "@" + std::string(data.attributes[index].name) + "=" + data.attributes[index].value;
+    }
+    return dump + ")";
+}
+
+std::string DumpText(std::string_view text, Vellum::SXmlParseOutcome* outcome = nullptr)
+{
+    return Dump(Vellum::ParseXmlText(Support::ExactText(text).get(), outcome));
+}
+
+struct STree
+{
+    std::string text;
+    std::string dump;
+    std::int32_t error = Vellum::XmlOk;
+};
+
+struct SRejected
+{
+    std::string text;
+    std::int32_t error;
+    std::int32_t position;
+};
+
+const STree Trees[] = {
+    {"", "*()"},
+    {" \t\r\n ", "*()"},
+    {"junk", "*()"},
+    {"<a/>", "a()"},
+    {"<a></a>", "a()"},
+    {"<a ></a >", "a()"},
+    {"<a/>junk", "a()"},
+    {"<a/><b/>", "*(a() b())"},
+    {"\xEF\xBB\xBF<?xml?><a/>", "*('\xEF\xBB\xBF' ?xml?(a()))"},
+    {"<!-- c --><?xml?><a/>", "*(<!--{ c } ?xml?(a()))"},
+
+    // Declarations take all that follows.
+    {"<?xml version=\"1.0\"?><a>x</a>", "?xml(@version=1.0 a('x'))"},
+    {"<?xml version=1.0?><a/><b/>", "?xml(@version=1.0 a() b())"},
+    {"<?xml version?><a/>", "?xml(@version a())"},
+    {"<?xml a=?\?><a/>", "?xml(@a=? a())"},
+    {"<?xml a ?><a/>", "?xml(@a a())"},
+    {"<?xml a=1 ?b?><a/>", "?xml(@a=1 @?b a())"},
+    {"<?xml?><a/>", "?xml?(a())"},
+    {"<?a/><b/>", "*(?a() b())"},
+    {"<a><?pi b?>x</a>", "a(?pi(@b 'x'))", Vellum::XmlElementNotClosed},
+    {"<a><?pi", "a(?pi())"}, // no element notices the end
+
+    // Attributes.
+    {"<a b>", "a(@b)", Vellum::XmlElementNotClosed},
+    {"<a b c=1 d='2' e=\"3\"/>", "a(@b @c=1 @d=2 @e=3)"},
+    {"<a b = c/d x=y/>", "a(@b=c/d @x=y)"},
+    {"<a b='&lt;&#37;\"' c=''/>", "a(@b=<%\" @c=)"},
+    {"<a b=c'd e/>", "a(@b=c'd @e)"},
+    {"<a? b?/>", "a?(@b?)"},
+    {"<a b=\"1", "a(@b=\"1)", Vellum::XmlElementNotClosed}, // a quote without its partner is a letter
+
+    // End tags.
+    {"<A>x</a>", "A('x')"},
+    {"<a><b>text</a>", "a(b('text'))", Vellum::XmlElementNotClosed},
+    {"<a><b><c>x</a><d/>", "*(a(b(c('x'))) d())", Vellum::XmlElementNotClosed},
+    {"<a/></x>y", "a()", Vellum::XmlElementNotClosed},
+    {"<ab>x</ab\n><c/>", "*(ab('x') c())"},
+    {"<a>x", "a()", Vellum::XmlElementNotClosed},
+    {"<a>< /b></ /b></a>", "a(/b())"}, // blanks may stand in front of a name, and names aren't checked
+    {"<a>x<b>y</b>z", "a('x' b('y'))", Vellum::XmlElementNotClosed},
+
+    // Text.
+    {"<a>  x  y  </a>", "a('x  y')"},
+    {"<a>  </a>", "a()"},
+    {"<a>\v x\f</a>", "a('\v x\f')"},
+    {"<a>a=b/>c>d</a>", "a('a=b/>c>d')"},
+    {"<a>don't \"</a>", "a('don't \"')"},
+    {"<a>\"x<b/>\"</a>", "a('\"x' b() '\"')"},
+    {"<a>&#10; x &#10;</a>", "a('\n x \n')"},
+    {"<a>1 &lt; 2 &AMP; &Quot;&apos;&GT;</a>", "a('1 < 2 & \"'>')"},
+    {"<a>&#37;&#x41;&#X4a;&#300;&#99999999999999999999999999999999999999;</a>", "a('%AJ,\xFF')"},
+    {"<a>x&#0;y&#;</a>", "a('x')"},
+    {"<a>\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80</a>", "a('\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80')"},
+
+    // A lead byte hides what its step jumps over.
+    {"<a>\xE9</a>", "a()", Vellum::XmlElementNotClosed},
+    {"<a>\xE9</a></a>", "a('\xE9</a>')"},
+    {"<a>\xC3& x</a>", "a('\xC3& x')"},
+    {"<a>\xF5\xC1\x80</a>", "a('\xF5\xC1\x80')"},
+    {"<a>\xE9  <b/></a>", "a('\xE9' b())"}, // the trim cuts the character
+    {"<a>&lt;\xE9  <b/></a>", "a('<\xE9' b())"},
+    {"<?x a=&lt;\xF0", "?x(@a=<\xF0)"}, // the step would pass the end
+
+    // Clear sections.
+    {"<a>x<!-- c -->y</a>", "a('x' <!--{ c } 'y')"},
+    {"<a><![CDATA[]]></a>", "a(<![CDATA[{})"},
+    {"<a><![cdata[ <b>&]] ]]></a>", "a(<![CDATA[{ <b>&]] })"},
+    {"<a>x &amp; <![CDATA[y]]></a>", "a('x &amp;' <![CDATA[{y})"},
+    {"<a>x & <!--y--></a>", "a('x &' <!--{y})"},
+    {"<a><PRE>x<b></PRE><script>y</Script></a>", "a(<PRE>{x<b>} <Script>{y})"},
+    {"<prefix/><pre a='1'></pre>", "*(prefix() pre(@a=1))"},
+    {"<!doctypes x><a/>", "*(<!DOCTYPE{s x} a())"},
+    {"<!DOCTYPE a [<!ENTITY e \"v\">]><a/>", "*(<!DOCTYPE{ a [<!ENTITY e \"v\"} ']>' a())"},
+    {"<a><!ELEMENT></a>", "a(!ELEMENT())", Vellum::XmlElementNotClosed},
+};
+
+const SRejected RejectedTexts[] = {
+    {"<a><", Vellum::XmlNoElementName, 4},
+    {"<?", Vellum::XmlNoElementName, 2},
+    {"<a><\"b\"/>", Vellum::XmlNoElementName, 4},
+    {"<a></", Vellum::XmlBadEndTag, 5},
+    {"<a></>", Vellum::XmlBadEndTag, 5},
+    {"<a></a", Vellum::XmlBadEndTag, 6},
+    {"<a></a b>", Vellum::XmlBadEndTag, 7},
+    {"<a></b></a>", Vellum::XmlStrayEndTag, 5},
+    {"<ab>x</a>", Vellum::XmlStrayEndTag, 7},
+    {"<a>x</ab>", Vellum::XmlStrayEndTag, 6},
+    {"<?xml?><a/></x>", Vellum::XmlStrayEndTag, 13},
+    {"<a><!-- c", Vellum::XmlClearNotClosed, 3},
+    {"<pre>x</pre>", Vellum::XmlClearNotClosed, 0},
+    {"<a \"b\">", Vellum::XmlUnexpectedToken, 3},
+    {"<a =1>", Vellum::XmlUnexpectedToken, 3},
+    {"<a b \"c\">", Vellum::XmlUnexpectedToken, 5},
+    {"<a b==1>", Vellum::XmlUnexpectedToken, 5},
+    {"<a b=>", Vellum::XmlUnexpectedToken, 5},
+    {"<a b=/>", Vellum::XmlUnexpectedToken, 5},
+    {"<a b=\"1<2\">", Vellum::XmlUnexpectedToken, 7},
+    {"<a<b>", Vellum::XmlUnexpectedToken, 2},
+    {"<a <!-- c -->>", Vellum::XmlUnexpectedToken, 3},
+    {"<a>1 & 2</a>", Vellum::XmlBadReference, 5},
+    {"<a>&copy;</a>", Vellum::XmlBadReference, 3},
+    {"<a>&am<b/>p;</a>", Vellum::XmlBadReference, 3},
+    {"<a>&#xZZ;</a>", Vellum::XmlBadReference, 3},
+    {"<a>&#1a;</a>", Vellum::XmlBadReference, 3},
+    {"<a>&#12</a>", Vellum::XmlBadReference, 3},
+    {"<a>&#</a>", Vellum::XmlBadReference, 3},
+    {"<a b='x&'/>", Vellum::XmlBadReference, 7},
+};
+
+TEST(XmlParser, TextsBecomeTrees)
+{
+    for (const auto& [text, dump, error] : Trees)
+    {
+        Vellum::SXmlParseOutcome outcome{};
+        EXPECT_EQ(DumpText(text, &outcome), dump) << text;
+        EXPECT_EQ(outcome.error, error) << text;
+    }
+    EXPECT_TRUE(Vellum::ParseXmlText(nullptr).IsEmpty());
+}
+
+TEST(XmlParser, BadTextsAreRejectedWhereTheyAreBad)
+{
+    for (const auto& [text, error, position] : RejectedTexts)
+    {
+        Vellum::SXmlParseOutcome outcome{};
+        EXPECT_EQ(DumpText(text, &outcome), "-") << text;
+        EXPECT_STREQ(Vellum::GetXmlErrorName(outcome.error), Vellum::GetXmlErrorName(error)) << text;
+        EXPECT_EQ(outcome.position, position) << text;
+    }
+}
+
+// Each part lies in a block of its own size, so that a sanitizer sees a read behind its end.
+TEST(XmlParser, TextsCutAtEveryByteAreReadToTheirEndOnly)
+{
+    const auto cut = [](const std::string& text)
+    {
+        for (std::size_t size = 0; size < text.size(); ++size)
+        {
+            Vellum::SXmlParseOutcome outcome{};
+            DumpText(std::string_view(text).substr(0, size), &outcome);
+            EXPECT_LE(outcome.position, static_cast<std::int32_t>(size));
+        }
+    };
+    for (const STree& tree : Trees)
+        cut(tree.text);
+    for (const SRejected& rejected : RejectedTexts)
+        cut(rejected.text);
+}
+
+std::string Repeat(std::string_view piece, std::size_t count)
+{
+    std::string text;
+    while (count-- != 0)
+        text += piece;
+    return text;
+}
+
+TEST(XmlParser, ElementsAndDeclarationsNestAsDeepAsTheLimit)
+{
+    Vellum::SXmlParseOutcome outcome{};
+    const std::string deepest = Repeat("<a>", 1024) + Repeat("</a>", 1024);
+    EXPECT_NE(DumpText("<?xml?>" + deepest, &outcome), "-");
+    EXPECT_EQ(outcome.error, Vellum::XmlOk);
+    EXPECT_NE(DumpText(Repeat("<?a>", 1024), &outcome), "-");
+    EXPECT_NE(DumpText(Repeat("<a/>", 5000), &outcome), "-"); // side by side
+
+    EXPECT_EQ(DumpText("<a>" + deepest + "</a>", &outcome), "-");
+    EXPECT_EQ(outcome.error, Vellum::XmlTooDeep);
+    EXPECT_EQ(outcome.position, 1024 * 3 + 1);
+    EXPECT_EQ(DumpText(Repeat("<?a>", 1000000), &outcome), "-");
+    EXPECT_EQ(outcome.error, Vellum::XmlTooDeep);
+}
+
+// What costs most for its length: many nodes, attributes, texts, sections, open elements.
+TEST(XmlParser, MemoryStaysInProportionToTheText)
+{
+    for (const char* piece : {"<a/>", "<a>x", "<a b ", "x<!---->", "<?a b>", "x<a/>", "<a>x</a>", "<a b/>", "b "})
+    {
+        const bool isTag = piece == std::string_view("b ");
+        const std::string text = (isTag ? "<a " : "") + Repeat(piece, piece[1] == 'a' || isTag ? 100000 : 1000);
+        const Support::CAllocationCounter counter;
+        Vellum::ParseXmlText(text.c_str());
+        EXPECT_LE(counter.GetBytes(), 64 * text.size()) << piece;
+    }
+}
+
+TEST(XmlParser, ATextThatCannotBeAllocatedIsLeftOutOrEndsTheParse)
+{
+    const char* const text = "<?xml a='1'?><a b>x &amp;<c>y</c><!-- z --></a>";
+    std::string dump;
+    const auto failures = Support::FailEachAllocation(
+        [&]
+        {
+            try
+            {
+                dump = Dump(Vellum::ParseXmlText(text));
+            }
+            catch (const std::bad_alloc&)
+            {
+            }
+        });
+    EXPECT_EQ(dump, "?xml(@a=1 a(@b 'x &' c('y') <!--{ z }))");
+    EXPECT_GT(failures, 20u);
+}
+
+TEST(XmlParser, TokensTellKindLengthAndStart)
+{
+    const auto text = Support::ExactText(" don't='x y'/>a/b</ab><?<![CDATA[< \"q");
+    Vellum::SXmlParseContext context(text.get());
+    std::string dump;
+    for (Vellum::SXmlToken token{}; token.kind != Vellum::TokenEnd;)
+    {
+        token = Vellum::NextXmlToken(context);
+        dump += std::to_string(token.kind) + ":" +
+                (token.start == nullptr ? "" : std::string(token.start, static_cast<std::size_t>(token.length))) + " ";
+    }
+    EXPECT_EQ(dump, "0:don't 5:= 1:'x y' 7:/> 0:a/b 3:</ 0:ab 4:> 6:<? 8:<![CDATA[ 2:< 0:\"q 9: ");
+    EXPECT_EQ(Vellum::NextXmlToken(context).kind, Vellum::TokenEnd);
+}
+
+} // namespace
