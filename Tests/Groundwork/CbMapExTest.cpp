@@ -170,6 +170,29 @@ TEST(CbMapEx, OrderIsThatOfTheModelAfterEachInsertion)
     }
 }
 
+// Keys that were chosen to share buckets, and one in a bucket far below: the order is the same, and an index spares the
+// long walks. With buckets of thousands of nodes this test would take minutes if it didn't.
+TEST(CbMapEx, KeysThatShareABucketKeepTheirOrderAndCostNoLongWalks)
+{
+    Numbers numbers;
+    COrderModel model;
+    std::vector<unsigned int> keys;
+    for (unsigned int key = 0; keys.size() < 3000; ++key)
+        if ((CbMapTypes::SKeyTraits<unsigned int>::Hash(key) & 0xFFF) % 0xFFE == 1 || key == 5) // two buckets of 4096
+            keys.push_back(key);
+    for (const unsigned int key : keys)
+    {
+        numbers.FindOrInsert(key)->value = static_cast<int>(key);
+        model.Insert(key);
+    }
+    EXPECT_EQ(Keys(numbers), model.Keys());
+    for (const unsigned int key : keys)
+        ASSERT_EQ(numbers.Find(key)->value, static_cast<int>(key));
+    EXPECT_EQ(numbers.Find(keys.back() + 1), nullptr);
+    EXPECT_EQ(numbers.FindOrInsert(keys.front())->value, static_cast<int>(keys.front()));
+    EXPECT_EQ(numbers.GetCount(), 3000u);
+}
+
 TEST(CbMapEx, DoublesOnThe96thAndThe192ndInsertion)
 {
     Numbers numbers;
