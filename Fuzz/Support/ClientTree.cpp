@@ -87,6 +87,8 @@ private:
     std::string makeText(std::string_view letters);
     std::string makeKey(const CTreeObject& object, std::size_t kind);
     std::wstring makeWideText();
+    template <class Text>
+    Text trim(Text text) const;
     CPlainDate makeDate();
     template <class Number>
     Number makeNumber();
@@ -147,6 +149,17 @@ std::wstring CTreeMaker::makeWideText()
     return text;
 }
 
+template <class Text>
+Text CTreeMaker::trim(Text text) const
+{
+    const auto isSpace = [](auto letter) { return letter == ' ' || (letter >= '\t' && letter <= '\r'); };
+    while (!shape.outerSpace && !text.empty() && isSpace(text.back()))
+        text.pop_back();
+    while (!shape.outerSpace && !text.empty() && isSpace(text.front()))
+        text.erase(text.begin());
+    return text;
+}
+
 CPlainDate CTreeMaker::makeDate()
 {
     CPlainDate date;
@@ -178,13 +191,13 @@ T CTreeMaker::make(std::uint32_t depth)
     if constexpr (std::is_same_v<T, bool>)
         return source.Below(2) != 0;
     else if constexpr (std::is_same_v<T, char>)
-        return makeLetter(shape.textLetters);
+        return makeLetter(shape.charLetters);
     else if constexpr (std::is_arithmetic_v<T>)
         return makeNumber<T>();
     else if constexpr (std::is_same_v<T, std::string>)
-        return makeText(shape.textLetters);
+        return trim(makeText(shape.textLetters));
     else if constexpr (std::is_same_v<T, std::wstring>)
-        return makeWideText();
+        return trim(makeWideText());
     else if constexpr (std::is_same_v<T, CPlainDate>)
         return makeDate();
     else if constexpr (std::is_same_v<T, Bytes>)

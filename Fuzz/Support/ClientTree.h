@@ -60,10 +60,12 @@ private:
 struct STreeShape
 {
     std::string_view keyLetters = {};  // bytes that keys and type names are made of; empty: every byte but NUL
-    std::string_view textLetters = {}; // the same for narrow texts and chars; empty: every byte (a text has no NUL)
+    std::string_view textLetters = {}; // the same for narrow texts; empty: every byte but NUL
+    std::string_view charLetters = {}; // the same for chars; empty: every byte
     bool keyInManyKinds = true;        // one key may have a value in each kind, never two in one kind
     bool mixedSequences = false;       // elements of one sequence may differ in kind
     bool loneSurrogates = true;        // wide texts may hold them
+    bool outerSpace = true;            // texts may begin and end with white space
     bool nonFiniteNumbers = true;      // infinities and not-a-number
     bool milliseconds = true;          // dates have them
     bool emptyBlobs = true;            // blobs may have no bytes

@@ -56,7 +56,6 @@ constexpr std::array<std::uint8_t, 256> MakeSteps(const char (&stops)[Size])
     return steps;
 }
 
-constexpr auto DecodingSteps = MakeSteps("&");
 constexpr auto ContentSteps = MakeSteps("<");
 constexpr auto WordSteps = MakeSteps("\t\n\r <=>/");
 constexpr auto DoubleQuotedSteps = MakeSteps("\"<");
