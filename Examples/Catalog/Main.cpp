@@ -1,11 +1,11 @@
-// Walks a folder into client objects, stores them as a binary and as a JSON document, reads both files back into fresh
-// objects, and compares those with the first ones field by field.
+// Walks a folder into client objects, stores them as a binary, a JSON and an XML document, reads the three files back
+// into fresh objects, and compares those with the first ones field by field.
 //
 //   Catalog [--full] [--output FOLDER] [FOLDER]
 //
 //   FOLDER           what to walk; the library's own sources if it isn't given
 //   --full           print the whole tree as JSON, in place of its first lines
-//   --output FOLDER  where the two documents are left; a folder for temporary files if it isn't given
+//   --output FOLDER  where the three documents are left; a folder for temporary files if it isn't given
 
 #include <algorithm>
 #include <cstdio>
@@ -74,19 +74,20 @@ CCatalogFolder ThroughBinary(const CCatalogFolder& catalog, const fs::path& path
     return copy;
 }
 
-CCatalogFolder ThroughJson(const CCatalogFolder& catalog, const fs::path& path)
+template <class Writer, class Reader>
+CCatalogFolder ThroughText(const char* format, const CCatalogFolder& catalog, const fs::path& path)
 {
     const CStopwatch writing;
     std::ostringstream stream;
-    Vellum::CWriterJson(stream).Write(catalog);
+    Writer(stream).Write(catalog);
     SaveText(path, stream.str());
     const double writingTime = writing.GetMilliseconds();
 
     const CStopwatch reading;
     const std::string text = LoadText(path);
     CCatalogFolder copy;
-    Vellum::CReaderJson(text).Read(copy);
-    Report("JSON", path, writingTime, reading.GetMilliseconds());
+    Reader(text).Read(copy);
+    Report(format, path, writingTime, reading.GetMilliseconds());
     return copy;
 }
 
@@ -111,9 +112,13 @@ int Run(const SOptions& options)
     fs::create_directories(options.output);
     const fs::path jsonFile = options.output / "Catalog.json";
     const CCatalogFolder fromBinary = ThroughBinary(catalog, options.output / "Catalog.vellum");
-    const CCatalogFolder fromJson = ThroughJson(catalog, jsonFile);
+    const auto fromJson = ThroughText<Vellum::CWriterJson, Vellum::CReaderJson>("JSON", catalog, jsonFile);
+    const auto fromXml =
+        ThroughText<Vellum::CWriterXml, Vellum::CReaderXml>("XML", catalog, options.output / "Catalog.xml");
 
-    const std::size_t differences = Compare(catalog, fromBinary, std::cout) + Compare(catalog, fromJson, std::cout);
+    std::size_t differences = 0;
+    for (const CCatalogFolder* copy : {&fromBinary, &fromJson, &fromXml})
+        differences += Compare(catalog, *copy, std::cout);
     std::printf("%zu differences between the objects that were written and those that were read\n\n", differences);
     std::fflush(stdout);
     const std::string json = LoadText(jsonFile);

@@ -68,8 +68,10 @@ TEST_F(Exceptions, OfClientsPassThroughABinaryWriterAndTheReaders)
     const auto fail = [](auto&) { throw SClientFailure(); };
     EXPECT_THROW(Formats::SBinary::Write(Support::CFields(fail)), SClientFailure);
     EXPECT_THROW(Formats::SJson::Write(Support::CFields(fail)), Vellum::CException);
+    EXPECT_THROW(Formats::SXml::Write(Support::CFields(fail)), Vellum::CException);
 
     Support::CFields reading = Support::ReadFields(fail);
     EXPECT_THROW(Formats::SBinary::Read(Formats::SBinary::Write(Support::CFields()), reading), SClientFailure);
     EXPECT_THROW(Formats::SJson::Read("{}", reading), SClientFailure);
+    EXPECT_THROW(Formats::SXml::Read("", reading), SClientFailure);
 }

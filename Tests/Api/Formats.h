@@ -1,5 +1,6 @@
 #pragma once
 
+#include <sstream>
 #include <string>
 #include <Vellum/Vellum.h>
 
@@ -25,21 +26,25 @@ struct SBinary
     }
 };
 
-struct SJson
+template <class Writer, class Reader>
+struct SText
 {
     template <class Root>
     static std::string Write(const Root& root)
     {
         std::ostringstream stream;
-        Vellum::CWriterJson(stream).Write(root);
+        Writer(stream).Write(root);
         return stream.str();
     }
 
     template <class Root>
     static void Read(const std::string& document, Root& root)
     {
-        Vellum::CReaderJson(document).Read(root);
+        Reader(document).Read(root);
     }
 };
+
+using SJson = SText<Vellum::CWriterJson, Vellum::CReaderJson>;
+using SXml = SText<Vellum::CWriterXml, Vellum::CReaderXml>;
 
 } // namespace Formats

@@ -47,7 +47,7 @@ template <class Format>
 class Module : public testing::Test
 {
 };
-using AllFormats = testing::Types<Formats::SBinary, Formats::SJson>;
+using AllFormats = testing::Types<Formats::SBinary, Formats::SJson, Formats::SXml>;
 TYPED_TEST_SUITE(Module, AllFormats);
 
 } // namespace

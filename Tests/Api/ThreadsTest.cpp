@@ -34,6 +34,14 @@ void OnThreads(const std::function<void(int thread)>& body)
         thread.join();
 }
 
+template <class Format>
+void ExpectComesBack(const CEverything& written)
+{
+    CEverything read;
+    Format::Read(Format::Write(written), read);
+    EXPECT_EQ(read, written);
+}
+
 } // namespace
 
 TEST(Threads, WriteAndReadDistinctDocumentsAtOnce)
@@ -44,12 +52,9 @@ TEST(Threads, WriteAndReadDistinctDocumentsAtOnce)
             for (int round = 0; round < Rounds; ++round)
             {
                 const CEverything written = CEverything::Make(thread * Rounds + round);
-                CEverything fromBinary;
-                Formats::SBinary::Read(Formats::SBinary::Write(written), fromBinary);
-                EXPECT_EQ(fromBinary, written);
-                CEverything fromJson;
-                Formats::SJson::Read(Formats::SJson::Write(written), fromJson);
-                EXPECT_EQ(fromJson, written);
+                ExpectComesBack<Formats::SBinary>(written);
+                ExpectComesBack<Formats::SJson>(written);
+                ExpectComesBack<Formats::SXml>(written);
             }
         });
 }
