@@ -75,8 +75,10 @@ CElements ElementsOf(const Value&... values)
 }
 
 // What is read under a key or an index. None if nothing is found, which must have left the argument alone.
-template <class Value, class Reader, class Key>
-std::optional<Value> Get(Reader& reader, Key key)
+template <class Reader>
+using KeyOf = std::conditional_t<std::is_same_v<Reader, Vellum::IContainerReader>, std::uint32_t, const char*>;
+template <class Value, class Reader>
+std::optional<Value> Get(Reader& reader, KeyOf<Reader> key)
 {
     Value before{};
     if constexpr (std::is_arithmetic_v<Value>)

@@ -174,18 +174,18 @@ TEST(CReaderBinary, FindsEachOfManyFieldsInItsOwnKind)
         const CFields written(
             [&](IDataWriter& w)
             {
-                for (int i = 0; i < count; ++i)
-                    WriteFields(w, keys[i].c_str(), i, keys[i].c_str(), -1.0 * i);
+                for (const std::string& key : keys)
+                    WriteFields(w, key.c_str(), std::stoi(key), key.c_str(), -std::stod(key));
             });
         CFields read = ReadFields(
             [&](IDataReader& r)
             {
                 EXPECT_EQ(r.GetKeyCount(), 2u * static_cast<unsigned>(count));
-                for (int i = 0; i < count; ++i)
+                for (const std::string& key : keys)
                 {
-                    EXPECT_EQ(Get<int>(r, keys[i].c_str()), i);
-                    EXPECT_EQ(Get<double>(r, keys[i].c_str()), -1.0 * i);
-                    EXPECT_EQ(Get<float>(r, keys[i].c_str()), std::nullopt);
+                    EXPECT_EQ(Get<int>(r, key.c_str()), std::stoi(key));
+                    EXPECT_EQ(Get<double>(r, key.c_str()), -std::stod(key));
+                    EXPECT_EQ(Get<float>(r, key.c_str()), std::nullopt);
                 }
             });
         ReadBinary(WriteBinary(written), read);

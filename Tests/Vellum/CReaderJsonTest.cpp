@@ -312,7 +312,7 @@ TEST(CReaderJson, BlobsAreDecodedOnceAndKept)
     CElements elements = ReadElements(
         [&](IContainerReader& r)
         {
-            expect(r, 1, "A");
+            expect(r, 1u, "A");
             for (const std::uint32_t index : {0u, 2u, 3u, 4000000000u})
                 EXPECT_EQ(r.GetBlob(index), Vellum::BlobRange());
         });
