@@ -13,6 +13,7 @@
 #include "Support/Check.h"
 #include "Support/ClientTree.h"
 #include "Support/Visitor.h"
+#include "Support/XmlShape.h"
 
 namespace
 {
@@ -29,34 +30,6 @@ void ReadDocument(const std::uint8_t* data, std::size_t size)
     const Vellum::SXmlOutcome outcome = reader.Check();
     FUZZ_CHECK(outcome.hasTree == (outcome.error <= 1) && (outcome.line != 0) == (outcome.error != 0));
     VisitAll(reader);
-}
-
-// All bytes but those of `without`, NUL and the lead bytes of UTF-8, which take what follows them along.
-std::string MakeLetters(std::string_view without)
-{
-    std::string letters;
-    for (int byte = 1; byte < 256; ++byte)
-        if ((byte < 0xC2 || byte > 0xF4) && without.find(static_cast<char>(byte)) == std::string_view::npos)
-            letters += static_cast<char>(byte);
-    return letters;
-}
-
-STreeShape MakeShape()
-{
-    static const std::string TextLetters = MakeLetters("");
-    static const std::string CharLetters = MakeLetters("<& \t\n\v\f\r"); // raw in a document
-    STreeShape shape;
-    shape.keyLetters =
-        "abcdefghijklmnopqtuvwxyz0123456789:-_."; // one case; no r and s: <pre> and <script> are sections
-    shape.textLetters = TextLetters;
-    shape.charLetters = CharLetters;
-    shape.keyInManyKinds = false;
-    shape.mixedSequences = true;
-    shape.loneSurrogates = false;
-    shape.outerSpace = false;
-    shape.nonFiniteNumbers = false; // the sign and the payload of a not-a-number are lost
-    shape.milliseconds = false;
-    return shape;
 }
 
 template <class Root>
@@ -84,8 +57,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     CByteSource source(data + 1, size - 1);
     if ((source.Byte() & 1) != 0)
-        WriteAndReadBack(*MakeObject(source, MakeShape()));
+        WriteAndReadBack(*MakeObject(source, MakeXmlShape()));
     else
-        WriteAndReadBack(*MakeSequence(source, MakeShape()));
+        WriteAndReadBack(*MakeSequence(source, MakeXmlShape()));
     return 0;
 }

@@ -8,7 +8,7 @@ Scripts/Setup.sh
 cmake --preset release -B Build/demo -DVELLUM_BUILD_TESTS=OFF -DVELLUM_BUILD_BENCHMARKS=OFF
 cmake --build Build/demo
 
-for example in Readme Countries Catalog; do
+for example in Readme Countries MimeTypes Catalog; do
     printf '\n== %s\n\n' "$example"
     "Build/demo/Examples/$example"
 done

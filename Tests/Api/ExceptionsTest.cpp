@@ -5,7 +5,6 @@
 #include "Scribe/CScribe.h"
 
 #include "CEverything.h"
-#include "Formats.h"
 #include "Support/Clients.h"
 #include "Support/Texts.h"
 
@@ -26,27 +25,18 @@ struct SClientFailure
 {
 };
 
-void ReadBinary(const std::string& bytes)
-{
-    CEverything root;
-    Formats::SBinary::Read(bytes, root);
-}
+void Read(const char* hex) { Support::ReadBinary(Support::Bytes(hex), CEverything()); }
 
 } // namespace
 
-TEST_F(Exceptions, AreCaughtByTheirClass)
+TEST_F(Exceptions, AreCaughtByTheirClassAndClonedThroughTheirInterface)
 {
-    EXPECT_THROW(ReadBinary(Support::Bytes("00 00 00 00 0F 00 00 00 00")), Vellum::CException); // no root has tag 15
-    EXPECT_THROW(ReadBinary(Support::Bytes("01 00 00 00 10")), CbExceptionWrongFileVersion);
-    EXPECT_THROW(ReadBinary(""), CbExceptionStream);
+    EXPECT_THROW(Read("00 00 00 00 0F 00 00 00 00"), Vellum::CException); // no root has tag 15
+    EXPECT_THROW(Read("01 00 00 00 10"), CbExceptionWrongFileVersion);
     EXPECT_THROW(CbDateTime("never"), CbExceptionConversion);
-}
-
-TEST_F(Exceptions, AreCaughtByTheirInterfaceAndCloned)
-{
     try
     {
-        ReadBinary("");
+        Read("");
         FAIL();
     }
     catch (const IException& exception)
@@ -57,19 +47,18 @@ TEST_F(Exceptions, AreCaughtByTheirInterfaceAndCloned)
     }
 }
 
-TEST_F(Exceptions, CanBeRaisedByClients)
+TEST_F(Exceptions, OfClientsPassThroughABinaryWriterAndTheReaders)
 {
     const auto raise = [](auto&) { throw CbExceptionContainer("Client.cpp", 1, "Client::Write"); };
     EXPECT_THROW(Formats::SBinary::Write(Support::CFields(raise)), CbExceptionContainer);
-}
 
-TEST_F(Exceptions, OfClientsPassThroughABinaryWriterAndTheReaders)
-{
     const auto fail = [](auto&) { throw SClientFailure(); };
     EXPECT_THROW(Formats::SBinary::Write(Support::CFields(fail)), SClientFailure);
     EXPECT_THROW(Formats::SJson::Write(Support::CFields(fail)), Vellum::CException);
+    EXPECT_THROW(Formats::SXml::Write(Support::CFields(fail)), Vellum::CException);
 
     Support::CFields reading = Support::ReadFields(fail);
     EXPECT_THROW(Formats::SBinary::Read(Formats::SBinary::Write(Support::CFields()), reading), SClientFailure);
     EXPECT_THROW(Formats::SJson::Read("{}", reading), SClientFailure);
+    EXPECT_THROW(Formats::SXml::Read("", reading), SClientFailure);
 }

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <sstream>
 #include <string>
 #include <Vellum/Vellum.h>
+
+#include "Support/Binary.h"
 
 // A document in memory, in each format alike, so that one test body serves them all.
 namespace Formats
@@ -9,37 +12,23 @@ namespace Formats
 
 struct SBinary
 {
-    template <class Root>
-    static std::string Write(const Root& root)
-    {
-        CbStreamWriteBinaryBuffer stream;
-        Vellum::CWriterBinary(stream).Write(root);
-        return std::string(stream.GetData(), stream.GetData() + stream.GetSize());
-    }
-
-    template <class Root>
-    static void Read(const std::string& document, Root& root)
-    {
-        CbStreamReadBinaryBuffer stream(document.data(), document.size());
-        Vellum::CReaderBinary(stream).Read(root);
-    }
+    static std::string Write(const auto& root) { return Support::WriteBinary(root); }
+    static void Read(const std::string& document, auto& root) { Support::ReadBinary(document, root); }
 };
 
-struct SJson
+template <class Writer, class Reader>
+struct SText
 {
-    template <class Root>
-    static std::string Write(const Root& root)
+    static std::string Write(const auto& root)
     {
         std::ostringstream stream;
-        Vellum::CWriterJson(stream).Write(root);
+        Writer(stream).Write(root);
         return stream.str();
     }
-
-    template <class Root>
-    static void Read(const std::string& document, Root& root)
-    {
-        Vellum::CReaderJson(document).Read(root);
-    }
+    static void Read(const std::string& document, auto& root) { Reader(document).Read(root); }
 };
+
+using SJson = SText<Vellum::CWriterJson, Vellum::CReaderJson>;
+using SXml = SText<Vellum::CWriterXml, Vellum::CReaderXml>;
 
 } // namespace Formats

@@ -10,15 +10,14 @@
 #include "Scribe/CScribe.h"
 
 #include "CEverything.h"
-#include "Formats.h"
 
 namespace
 {
 
 constexpr int Rounds = 50;
 
-// Runs the body on several threads at once, with the number of the thread.
-void OnThreads(const std::function<void(int thread)>& body)
+// Runs the body in rounds on several threads at once, each time with another number.
+void OnThreads(const std::function<void(int number)>& body)
 {
     std::atomic<int> waiting = 4;
     std::vector<std::thread> threads;
@@ -28,10 +27,19 @@ void OnThreads(const std::function<void(int thread)>& body)
             {
                 for (--waiting; waiting != 0;)
                     std::this_thread::yield();
-                body(thread);
+                for (int round = 0; round < Rounds; ++round)
+                    body(thread * Rounds + round);
             });
     for (std::thread& thread : threads)
         thread.join();
+}
+
+template <class Format>
+void ExpectComesBack(const CEverything& written)
+{
+    CEverything read;
+    Format::Read(Format::Write(written), read);
+    EXPECT_EQ(read, written);
 }
 
 } // namespace
@@ -39,18 +47,12 @@ void OnThreads(const std::function<void(int thread)>& body)
 TEST(Threads, WriteAndReadDistinctDocumentsAtOnce)
 {
     OnThreads(
-        [](int thread)
+        [](int number)
         {
-            for (int round = 0; round < Rounds; ++round)
-            {
-                const CEverything written = CEverything::Make(thread * Rounds + round);
-                CEverything fromBinary;
-                Formats::SBinary::Read(Formats::SBinary::Write(written), fromBinary);
-                EXPECT_EQ(fromBinary, written);
-                CEverything fromJson;
-                Formats::SJson::Read(Formats::SJson::Write(written), fromJson);
-                EXPECT_EQ(fromJson, written);
-            }
+            const CEverything written = CEverything::Make(number);
+            ExpectComesBack<Formats::SBinary>(written);
+            ExpectComesBack<Formats::SJson>(written);
+            ExpectComesBack<Formats::SXml>(written);
         });
 }
 
@@ -63,12 +65,9 @@ TEST(Threads, ReadFromOneBinaryDocumentAtOnce)
     OnThreads(
         [&](int)
         {
-            for (int round = 0; round < Rounds; ++round)
-            {
-                CEverything read;
-                reader.Read(read);
-                EXPECT_EQ(read, written);
-            }
+            CEverything read;
+            reader.Read(read);
+            EXPECT_EQ(read, written);
         });
 }
 
@@ -76,13 +75,7 @@ TEST(Threads, LogAtOnce)
 {
     std::atomic<int> entries = 0;
     Scribing::SetSink([&](const Scribing::SEntry&) { ++entries; });
-    OnThreads(
-        [](int)
-        {
-            CEverything root;
-            for (int round = 0; round < Rounds; ++round)
-                EXPECT_THROW(Formats::SBinary::Read("", root), CbExceptionStream);
-        });
+    OnThreads([](int) { EXPECT_THROW(Support::ReadBinary("", CEverything()), CbExceptionStream); });
     Scribing::SetSink({});
     EXPECT_EQ(entries, 4 * Rounds);
 }

@@ -1,12 +1,8 @@
 #include "Groundwork/CbExceptions.h"
 
-#include <thread>
-
-#include <gtest/gtest.h>
-
 #include "Vellum/CException.h"
 
-#include "Support/CLogObserver.h"
+#include "Support/Testing.h"
 
 namespace
 {
@@ -20,12 +16,20 @@ using Classes = testing::Types<Vellum::CException, CbExceptionConversion, CbExce
                                CbExceptionWrongFileVersion, CbExceptionStream>;
 TYPED_TEST_SUITE(CbExceptions, Classes);
 
-TYPED_TEST(CbExceptions, IsLoggedOnceWhereItIsRaisedAndNotWhenCopied)
+TYPED_TEST(CbExceptions, IsLoggedOnceWhereItIsRaisedAndItsCopiesKeepWhereAndOnWhichThreadThatWas)
 {
-    const Support::CLogObserver observer;
-    const TypeParam original("Sources/Core/X.cpp", 7, "X::Y");
-    const TypeParam copy(original);
-    const std::unique_ptr<IException> clone = copy.Clone();
+    const CLogObserver observer;
+    TypeParam original("Sources/Core/X.cpp", 7, "X::Y");
+    const TypeParam& same = original;
+    original = same;
+    std::unique_ptr<IException> clone;
+    std::thread(
+        [&]
+        {
+            const TypeParam copy(original);
+            clone = copy.Clone();
+        })
+        .join();
 
     ASSERT_EQ(observer.GetEntries().size(), 1u);
     EXPECT_EQ(observer.GetEntries()[0].source, L"Exception");
@@ -37,34 +41,13 @@ TYPED_TEST(CbExceptions, IsLoggedOnceWhereItIsRaisedAndNotWhenCopied)
     EXPECT_EQ(clone->GetCodeLine(), 7u);
     EXPECT_STREQ(clone->GetFunctionName(), "X::Y");
     EXPECT_EQ(clone->GetThreadID(), original.GetThreadID());
-}
-
-TYPED_TEST(CbExceptions, CopiesKeepTheThreadThatRaisedTheOriginal)
-{
-    const Support::CLogObserver observer;
-    const TypeParam original("file", 1, "function");
-    std::thread(
-        [&]
-        {
-            EXPECT_EQ(original.Clone()->GetThreadID(), original.GetThreadID());
-            EXPECT_NE(TypeParam("file", 1, "function").GetThreadID(), original.GetThreadID());
-        })
-        .join();
-}
-
-TYPED_TEST(CbExceptions, AssignedToItselfStaysAsItWas)
-{
-    const Support::CLogObserver observer;
-    TypeParam exception("file", 1, "function");
-    const TypeParam& same = exception;
-    exception = same;
-    EXPECT_STREQ(exception.GetFilename(), "file");
-    EXPECT_STREQ(exception.GetFunctionName(), "function");
+    EXPECT_EQ(clone->GetThreadID(), TypeParam("file", 1, "function").GetThreadID());
+    std::thread([&] { EXPECT_NE(TypeParam("file", 1, "function").GetThreadID(), clone->GetThreadID()); }).join();
 }
 
 TEST(CbExceptionsLog, HasTheSentenceOfEachClass)
 {
-    const Support::CLogObserver observer;
+    const CLogObserver observer;
     Vellum::CException("f", 1, "x").LogException();
     (void)CbExceptionConversion(nullptr, 1, nullptr);
     (void)CbExceptionContainer("f", 1, "x");

@@ -1,15 +1,11 @@
 #include "Groundwork/CbPlexManager.h"
 
 #include <set>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "Groundwork/CbExceptions.h"
 #include "Groundwork/CbMapTypes.h"
 
-#include "Support/FailEachAllocation.h"
-#include "Support/Raises.h"
+#include "Support/Testing.h"
 
 namespace
 {
@@ -56,24 +52,11 @@ TEST(CbPlexManager, RaisesItsFullNameAndAsksForTheNextSizeAfterwards)
     const char* const name =
         "CbPlexManager<struct CbMapTypes::SAssociation<unsigned int,class std::basic_string<char,struct "
         "std::char_traits<char>,class std::allocator<char> > >,0,unsigned int>::getFreeElement";
-    const Support::CLogObserver quiet;
-    unsigned int raised = 0;
-    EXPECT_EQ(Support::FailEachAllocation(
-                  [&]
-                  {
-                      try
-                      {
-                          pool.getFreeElement();
-                      }
-                      catch (const CbExceptionContainer& exception)
-                      {
-                          EXPECT_STREQ(exception.GetFunctionName(), name);
-                          EXPECT_STREQ(exception.GetFilename(), "Sources/Core/Groundwork/CbPlexManager.cpp");
-                          ++raised;
-                      }
-                  }),
-              2u); // the record and the storage
-    EXPECT_EQ(raised, 2u);
+    const CLogObserver log;
+    const auto take = [&] { GetsThrough([&] { pool.getFreeElement(); }); };
+    EXPECT_EQ(FailEachAllocation(take), 2u); // the record and the storage
+    EXPECT_EQ(log.GetFunctions(), (std::vector<std::string>{name, name}));
+    EXPECT_EQ(log.GetEntries()[0].file, "Sources/Core/Groundwork/CbPlexManager.cpp");
     EXPECT_EQ(pool.GetBlockCount(), 3u);
     EXPECT_EQ(pool.GetNextBlockSize(), 432u);
 }

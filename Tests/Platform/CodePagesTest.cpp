@@ -1,20 +1,12 @@
 #include "Platform/CodePages.h"
 
-#include <random>
-
-#include <gtest/gtest.h>
-
 #include "Platform/Utf16.h"
 #include "Platform/Utf8.h"
 
-#include "Support/CEnvironment.h"
-#include "Support/Texts.h"
+#include "Support/Testing.h"
 
 namespace
 {
-
-using Support::Bytes;
-using Support::Hex;
 
 constexpr unsigned int Known[] = {
     437,   737,   775,   850,   852,   855,   857,   858,   860,   861,   862,   863,   864,           865,   866,
@@ -38,12 +30,7 @@ std::string Encode(unsigned int codePage, std::wstring_view units)
 
 TEST(CodePages, TextsGoThereAndBack)
 {
-    const struct
-    {
-        unsigned int codePage;
-        const char* text; // UTF-8
-        const char* bytes;
-    } cases[] = {
+    const std::tuple<unsigned int, const char*, const char*> cases[] = {
         {437, "é½Ω", "82 AB EA"},
         {850, "äß¾", "84 E1 F3"},
         {852, "Łđ", "9D D0"},
@@ -72,8 +59,7 @@ TEST(CodePages, TextsGoThereAndBack)
         {51949, "한", "C7 D1"},
         {54936, "中€😀\uFFFD", "D6 D0 A2 E3 94 39 FC 36 84 31 A4 37"},
         {65000, "a+ä€😀", "61 2B 2D 2B 41 4F 51 67 72 4E 67 39 33 67 41 2D"},
-        {65001, "ä😀", "C3 A4 F0 9F 98 80"},
-    };
+        {65001, "ä😀", "C3 A4 F0 9F 98 80"}};
     for (const auto& [codePage, text, bytes] : cases)
     {
         EXPECT_EQ(Hex(Encode(codePage, Utf8ToUtf16(text))), bytes) << codePage;
@@ -81,40 +67,26 @@ TEST(CodePages, TextsGoThereAndBack)
     }
 }
 
-TEST(CodePages, EveryKnownNumberTakesAsciiAndAppends)
+TEST(CodePages, EveryKnownNumberTakesAsciiAndUnknownOnesAreRefused)
 {
+    const auto expect = [](unsigned int codePage, bool isKnown)
+    {
+        std::wstring wide = L"<";
+        std::string narrow = "<";
+        EXPECT_EQ(AppendFromCodePage(wide, "Az 09", codePage), isKnown) << codePage;
+        EXPECT_EQ(AppendToCodePage(narrow, L"Az 09", codePage), isKnown) << codePage;
+        EXPECT_EQ(wide, isKnown ? L"<Az 09" : L"<") << codePage;
+        EXPECT_EQ(narrow, isKnown ? "<Az 09" : "<") << codePage;
+    };
     for (const unsigned int codePage : Known)
-    {
-        std::wstring wide = L"<";
-        std::string narrow = "<";
-        EXPECT_TRUE(AppendFromCodePage(wide, "Az 09", codePage)) << codePage;
-        EXPECT_TRUE(AppendToCodePage(narrow, L"Az 09", codePage)) << codePage;
-        EXPECT_EQ(wide, L"<Az 09") << codePage;
-        EXPECT_EQ(narrow, "<Az 09") << codePage;
-    }
-}
-
-TEST(CodePages, UnknownNumbersAreRefusedAndLeaveTheText)
-{
+        expect(codePage, true);
     for (const unsigned int codePage : {1u, 3u, 42u, 436u, 1200u, 1201u, 12000u, 28602u, 65002u, ~0u})
-    {
-        std::wstring wide = L"<";
-        std::string narrow = "<";
-        EXPECT_FALSE(AppendFromCodePage(wide, "a", codePage)) << codePage;
-        EXPECT_FALSE(AppendToCodePage(narrow, L"a", codePage)) << codePage;
-        EXPECT_EQ(wide, L"<");
-        EXPECT_EQ(narrow, "<");
-    }
+        expect(codePage, false);
 }
 
 TEST(CodePages, InvalidBytesBecomeReplacementCharacters)
 {
-    const struct
-    {
-        unsigned int codePage;
-        std::string bytes;
-        const wchar_t* units;
-    } cases[] = {
+    const std::tuple<unsigned int, std::string, const wchar_t*> cases[] = {
         {1252, "a\x81z", L"a\xFFFDz"},
         {20127, "a\x80\xFF", L"a\xFFFD\xFFFD"},
         {932, "a\x81 b", L"a\xFFFD b"},
@@ -156,12 +128,12 @@ TEST(CodePages, WhatACodePageLacksBecomesOneQuestionMark)
 
 TEST(CodePages, NumberZeroIsTheEncodingOfTheUser)
 {
-    const Support::CEnvironment polish("LC_ALL", "pl_PL.ISO-8859-2");
+    const CEnvironment polish("LC_ALL", "pl_PL.ISO-8859-2");
     EXPECT_EQ(Hex(Encode(CodePageOfUser, L"Łä中")), "A3 E4 3F");
     EXPECT_EQ(Decode(CodePageOfUser, "\xA3\xE4"), L"Łä");
     for (const char* locale : {"de_DE.UTF-8", "C", "xx_XX"}) // plain ASCII and what isn't installed too
     {
-        const Support::CEnvironment environment("LC_ALL", locale);
+        const CEnvironment environment("LC_ALL", locale);
         EXPECT_EQ(Hex(Encode(CodePageOfUser, L"Ł")), "C5 81") << locale;
         EXPECT_EQ(Decode(CodePageOfUser, "\xC5\x81\xE4"), L"Ł\xFFFD") << locale;
     }

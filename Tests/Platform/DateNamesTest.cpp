@@ -1,18 +1,11 @@
 #include "Platform/DateNames.h"
 
 #include <clocale>
-#include <string>
-#include <thread>
 
-#include <gtest/gtest.h>
-
-#include "Support/CEnvironment.h"
-#include "Support/FailEachAllocation.h"
+#include "Support/Testing.h"
 
 namespace
 {
-
-using Support::CEnvironment;
 
 std::wstring NameOf(int month, int day, EDateName which)
 {
@@ -55,45 +48,28 @@ TEST(DateNames, FirstVariableThatIsSetDecidesTheLanguageWhateverLocaleTheProgram
         EXPECT_EQ(AllNames(), EnglishNames);
     }
     EXPECT_EQ(NameOf(3, 1, EDateName::Weekday), L"Freitag");
-}
-
-TEST(DateNames, MonthStandsAloneAndIsNotInflectedAsInADate)
-{
-    const CEnvironment all("LC_ALL", "pl_PL.ISO-8859-2");
-    EXPECT_EQ(NameOf(1, 1, EDateName::Month), L"stycze\u0144");
-}
-
-TEST(DateNames, LanguageThatTheSystemLacksGivesEnglish)
-{
-    const CEnvironment all("LC_ALL", "xx_YY.UTF-8");
+    {
+        const CEnvironment polish("LC_ALL", "pl_PL.ISO-8859-2");
+        EXPECT_EQ(NameOf(1, 1, EDateName::Month), L"stycze\u0144"); // stands alone, not inflected as in a date
+    }
+    const CEnvironment missing("LC_ALL", "xx_YY.UTF-8");
     EXPECT_EQ(AllNames(), EnglishNames);
 }
 
 TEST(DateNames, RefusesADateThatIsNoneAndLeavesTheNameAlone)
 {
+    std::wstring name = L"before";
     for (const SSystemTime& date : {SSystemTime{2024, 13, 0, 1, 0, 0, 0, 0}, SSystemTime{2023, 2, 0, 29, 0, 0, 0, 0},
                                     SSystemTime{1600, 1, 0, 1, 0, 0, 0, 0}, SSystemTime{30828, 1, 0, 1, 0, 0, 0, 0}})
-    {
-        std::wstring name = L"before";
         EXPECT_EQ(GetDateName(date, EDateName::Month, name), EDateNameResult::InvalidParameter);
-        EXPECT_EQ(name, L"before");
-    }
+    EXPECT_EQ(name, L"before");
 }
 
 TEST(DateNames, FailedAllocationLeavesNothingHalfMadeBehind)
 {
     const CEnvironment all("LC_ALL", "de_DE.UTF-8@unused"); // the names of this one haven't been made yet
-    const auto body = []
-    {
-        try
-        {
-            EXPECT_EQ(NameOf(3, 1, EDateName::Month), L"M\u00E4rz");
-        }
-        catch (const std::bad_alloc&)
-        {
-        }
-    };
-    EXPECT_GT(Support::FailEachAllocation(body), 1u);
+    const auto getName = [] { EXPECT_EQ(NameOf(3, 1, EDateName::Month), L"M\u00E4rz"); };
+    EXPECT_GT(FailEachAllocation([&] { GetsThrough(getName); }), 1u);
 }
 
 } // namespace

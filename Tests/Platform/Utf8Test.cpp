@@ -1,14 +1,9 @@
 #include "Platform/Utf8.h"
 
-#include <gtest/gtest.h>
-
-#include "Support/Texts.h"
+#include "Support/Testing.h"
 
 namespace
 {
-
-using Support::Bytes;
-using Support::Hex;
 
 // Every character once, there and back, with ASCII runs of every length around the eight-byte blocks.
 TEST(Utf8, EveryCharacterComesBack)

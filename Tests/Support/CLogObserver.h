@@ -22,8 +22,6 @@ public:
 
     CLogObserver();
     ~CLogObserver();
-    CLogObserver(const CLogObserver&) = delete;
-    CLogObserver& operator=(const CLogObserver&) = delete;
 
     std::vector<SEntry> GetEntries() const;
 

@@ -17,9 +17,7 @@ thread_local std::uint64_t countedBytes = 0;
 
 bool FailsNow()
 {
-    if (allocationsLeft == Never)
-        return false;
-    if (allocationsLeft-- != 0)
+    if (allocationsLeft == Never || allocationsLeft-- != 0)
         return false;
     allocationsLeft = Never; // one failure each run: what the body does afterwards works again
     hasFailed = true;
@@ -70,20 +68,15 @@ namespace Support
 
 std::uint32_t FailEachAllocation(const std::function<void()>& body)
 {
+    const struct SReset
+    {
+        ~SReset() { allocationsLeft = Never; }
+    } reset;
     for (std::uint32_t failures = 0;; ++failures)
     {
         hasFailed = false;
         allocationsLeft = failures;
-        try
-        {
-            body();
-        }
-        catch (...)
-        {
-            allocationsLeft = Never;
-            throw;
-        }
-        allocationsLeft = Never;
+        body();
         if (!hasFailed)
             return failures;
     }

@@ -2,6 +2,9 @@
 
 #include <cstdint>
 #include <functional>
+#include <new>
+
+#include "Groundwork/IException.h"
 
 namespace Support
 {
@@ -10,6 +13,25 @@ namespace Support
 // the body gets through with none failing. The body catches what it expects and checks what must hold then. Returns
 // how many allocations failed. Allocations of other threads are not touched.
 std::uint32_t FailEachAllocation(const std::function<void()>& body);
+
+// False if the body raises std::bad_alloc or an exception of the library, the outcomes of a failed allocation.
+template <class Body>
+bool GetsThrough(const Body& body)
+{
+    try
+    {
+        body();
+        return true;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return false;
+    }
+    catch (const IException&)
+    {
+        return false;
+    }
+}
 
 // Counts what the calling thread obtains by operator new while it lives. One at a time for each thread.
 class CAllocationCounter

@@ -1,26 +1,11 @@
-#include <cmath>
-#include <cstdlib>
-#include <limits>
-#include <locale.h>
 #include <locale>
-#include <sstream>
 #include <streambuf>
-#include <string>
-
-#include <gtest/gtest.h>
-
-#include "Groundwork/CbDateTime.h"
 
 #include "Vellum/Vellum.h"
 
 #include "Support/Clients.h"
-#include "Support/FailEachAllocation.h"
-#include "Support/Raises.h"
-#include "Support/Texts.h"
+#include "Support/Testing.h"
 
-using Support::CElements;
-using Support::CFields;
-using Support::Lines;
 using Vellum::CException;
 using Vellum::CWriterJson;
 using Vellum::IContainerWriter;
@@ -43,7 +28,7 @@ std::string WriteJson(const Root& root, bool showPoint = true)
 template <class Value>
 std::string ValueText(const Value& value, bool showPoint = true)
 {
-    const std::string text = WriteJson(CElements([&](IContainerWriter& w) { w.Write(value); }), showPoint);
+    const std::string text = WriteJson(ElementsOf(value), showPoint);
     return text.substr(2, text.size() - 5); // between "[→" and "\n]\n"
 }
 
@@ -56,25 +41,10 @@ void WriteNested(IContainerWriter& writer, int depth)
 
 TEST(CWriterJson, LaysOutEveryFormOfItem)
 {
-    const auto number = [](const char* key, int value)
-    { return CFields([=](IDataWriter& w) { w.Write(key, value); }); };
-    const CElements list([](IContainerWriter& w) { (w.Write(1), w.Write(2)); });
-    const CElements rows([&](IContainerWriter& w) { (w.Write(number("a", 1)), w.Write(number("a", 2))); });
-    const CFields inner([](IDataWriter& w) { (w.Write("a", 1), w.Write("b", "two")); });
-    const CFields root(
-        [&](IDataWriter& w)
-        {
-            w.Write("name", "x");
-            w.Write("count", 3);
-            w.Write("ratio", 1.5);
-            w.Write("ok", true);
-            w.Write("inner", inner);
-            w.Write("list", list);
-            w.Write("none", CFields());
-            w.Write("nothing", CElements());
-            w.Write("rows", rows);
-        });
-
+    const CElements rows = ElementsOf(FieldsOf("a", 1), FieldsOf("a", 2));
+    const CFields root =
+        FieldsOf("name", "x", "count", 3, "ratio", 1.5, "ok", true, "inner", FieldsOf("a", 1, "b", "two"), "list",
+                 ElementsOf(1, 2), "none", FieldsOf(), "nothing", ElementsOf(), "rows", rows);
     EXPECT_EQ(WriteJson(root),
               Lines("{→\"name\":\"x\",", "→\"count\":3,", "→\"ratio\":1.5000000000000000,", "→\"ok\":true,",
                     "→\"inner\":", "→{→\"a\":1,", "→→\"b\":\"two\"", "→},", "→\"list\":", "→[→1,", "→→2", "→],",
@@ -95,15 +65,8 @@ TEST(CWriterJson, EmptyRootsAndDeepOnes)
 
 TEST(CWriterJson, KeysStandAsTheyAreAndAsOftenAsTheyAreWritten)
 {
-    const CFields root(
-        [](IDataWriter& w)
-        {
-            w.Write("a b", 1);
-            w.Write("a b", 2);
-            w.Write("", 3);
-            w.Write("\\n\xC3\xA9", 4);
-        });
-    EXPECT_EQ(WriteJson(root), Lines("{→\"a b\":1,", "→\"a b\":2,", "→\"\":3,", "→\"\\n\xC3\xA9\":4", "}"));
+    EXPECT_EQ(WriteJson(FieldsOf("a b", 1, "a b", 2, "", 3, "\\n\xC3\xA9", 4)),
+              Lines("{→\"a b\":1,", "→\"a b\":2,", "→\"\":3,", "→\"\\n\xC3\xA9\":4", "}"));
 }
 
 TEST(CWriterJson, TextsAreEscapedByteByByteUpToTheirFirstNul)
@@ -120,11 +83,8 @@ TEST(CWriterJson, TextsAreEscapedByteByByteUpToTheirFirstNul)
     }
     const std::string large(100000, 'y');
     EXPECT_EQ(ValueText(large + '"' + large), '"' + large + "\\\"" + large + '"');
-}
 
-TEST(CWriterJson, WideTextIsWrittenInUtf8)
-{
-    EXPECT_EQ(ValueText(std::wstring(L"\u00E9\t\"")), "\"\xC3\xA9\\t\\\"\"");
+    EXPECT_EQ(ValueText(std::wstring(L"\u00E9\t\"")), "\"\xC3\xA9\\t\\\"\""); // wide text as UTF-8
     EXPECT_EQ(ValueText(std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}), "\"\xF0\x9F\x98\x80\"");
     EXPECT_EQ(ValueText(std::wstring(L"cut\0off", 7)), "\"cut\"");
     EXPECT_EQ(ValueText(std::wstring()), "\"\"");
@@ -149,7 +109,7 @@ TEST(CWriterJson, ABlobThatIsTooLargeLeavesNothingOfItsItem)
 {
     std::ostringstream stream;
     const CElements root([](IContainerWriter& w) { (w.Write(1), w.Write(std::size_t{1} << 32, "not that much")); });
-    const Support::CLogObserver log;
+    const CLogObserver log;
     EXPECT_THROW(CWriterJson(stream).Write(root), CException);
     EXPECT_EQ(log.GetFunctions(), (std::vector<std::string>{"Vellum::Base64::Encode", "Vellum::CWriterJson::Write"}));
     EXPECT_EQ(stream.str(), "[\t1");
@@ -162,31 +122,25 @@ TEST(CWriterJson, DatesHaveNineteenCharacters)
     EXPECT_EQ(ValueText(date), "\"2024-03-07T09:05:01\"");
     EXPECT_EQ(ValueText(CbDateTime("0987-01-02 03:04:05")), "\"0987-01-02T03:04:05\"");
     date.SetMonth(13); // nothing is validated
-    EXPECT_EQ(WriteJson(CFields([&](IDataWriter& w) { w.Write("d", date); })),
-              Lines("{→\"d\":\"2024-13-07T09:05:01\"", "}"));
+    EXPECT_EQ(WriteJson(FieldsOf("d", date)), Lines("{→\"d\":\"2024-13-07T09:05:01\"", "}"));
 }
 
 TEST(CWriterJson, CharIsOneRawByteUnlessThatWouldBreakTheQuotes)
 {
-    EXPECT_EQ(ValueText('a'), "\"a\"");
-    EXPECT_EQ(ValueText('\n'), "\"\n\"");
-    EXPECT_EQ(ValueText('\xE9'), "\"\xE9\"");
-    EXPECT_EQ(ValueText('"'), R"("\"")");
-    EXPECT_EQ(ValueText('\\'), R"("\\")");
-    EXPECT_EQ(ValueText('\0'), R"("")");
+    const std::pair<char, const char*> table[] = {{'a', "\"a\""},   {'\n', "\"\n\""},  {'\xE9', "\"\xE9\""},
+                                                  {'"', R"("\"")"}, {'\\', R"("\\")"}, {'\0', R"("")"}};
+    for (const auto& [character, text] : table)
+        EXPECT_EQ(ValueText(character), text);
 }
 
 TEST(CWriterJson, IntegersOfEveryWidthAreNumbers)
 {
-    EXPECT_EQ(ValueText(static_cast<signed char>(-128)), "-128");
-    EXPECT_EQ(ValueText(static_cast<unsigned char>(255)), "255");
-    EXPECT_EQ(ValueText(std::int16_t{-32768}), "-32768");
-    EXPECT_EQ(ValueText(std::uint16_t{65535}), "65535");
-    EXPECT_EQ(ValueText(std::numeric_limits<std::int32_t>::min()), "-2147483648");
-    EXPECT_EQ(ValueText(std::numeric_limits<std::uint32_t>::max()), "4294967295");
-    EXPECT_EQ(ValueText(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
-    EXPECT_EQ(ValueText(std::numeric_limits<std::uint64_t>::max()), "18446744073709551615");
-    EXPECT_EQ(ValueText(false), "false");
+    EXPECT_EQ(WriteJson(ElementsOf(static_cast<signed char>(-128), static_cast<unsigned char>(255),
+                                   std::int16_t{-32768}, std::uint16_t{65535}, std::int32_t{-2147483647 - 1},
+                                   std::uint32_t{4294967295}, std::numeric_limits<std::int64_t>::min(),
+                                   std::numeric_limits<std::uint64_t>::max(), false)),
+              Lines("[→-128,", "→255,", "→-32768,", "→65535,", "→-2147483648,", "→4294967295,",
+                    "→-9223372036854775808,", "→18446744073709551615,", "→false", "]"));
 }
 
 TEST(CWriterJson, RealsHaveNineOrSeventeenDigits)
@@ -215,14 +169,13 @@ TEST(CWriterJson, RealsHaveNineOrSeventeenDigits)
 
 TEST(CWriterJson, ShowPointReachesNestedLevelsAndTakesEffectAtTheNextWrite)
 {
-    const CFields inner([](IDataWriter& w) { w.Write("x", 100.0); });
     std::ostringstream stream;
     CWriterJson writer(stream);
     const CFields root(
         [&](IDataWriter& w)
         {
             writer.SetShowPoint(false);
-            w.Write("i", inner);
+            w.Write("i", FieldsOf("x", 100.0));
         });
     writer.Write(root);
     CWriterJson(writer).Write(root); // a copy has the setting and the stream
@@ -231,15 +184,7 @@ TEST(CWriterJson, ShowPointReachesNestedLevelsAndTakesEffectAtTheNextWrite)
 }
 
 // One of each form of number.
-const CElements Numbers(
-    [](IContainerWriter& w)
-    {
-        w.Write(static_cast<signed char>(-1));
-        w.Write(255);
-        w.Write(1.5);
-        w.Write(true);
-        w.Write("text");
-    });
+const CElements Numbers = ElementsOf(static_cast<signed char>(-1), 255, 1.5, true, "text");
 
 TEST(CWriterJson, FlagsOfTheClientsStreamApplyToNumbers)
 {
@@ -256,8 +201,7 @@ TEST(CWriterJson, FlagsOfTheClientsStreamApplyToNumbers)
         {
             w.Write("no number");
             stream.width(5);
-            w.Write(7);
-            w.Write(8);
+            (w.Write(7), w.Write(8));
             stream.width(6);
             w.Write(true);
             stream.width(20);
@@ -271,7 +215,7 @@ TEST(CWriterJson, PrecisionShowpointAndBoolalphaStayOnTheStreamAsSetLast)
 {
     std::ostringstream stream;
     CWriterJson writer(stream);
-    writer.Write(CElements([](IContainerWriter& w) { w.Write("text"); }));
+    writer.Write(ElementsOf("text"));
     EXPECT_EQ(stream.precision(), 6);
     EXPECT_EQ(stream.flags(), std::ios_base::dec | std::ios_base::skipws);
 
@@ -281,7 +225,7 @@ TEST(CWriterJson, PrecisionShowpointAndBoolalphaStayOnTheStreamAsSetLast)
               std::ios_base::dec | std::ios_base::skipws | std::ios_base::showpoint | std::ios_base::boolalpha);
 
     writer.SetShowPoint(false);
-    writer.Write(CElements([](IContainerWriter& w) { w.Write(1.5f); }));
+    writer.Write(ElementsOf(1.5f));
     EXPECT_EQ(stream.precision(), 9);
     EXPECT_EQ(stream.flags(), std::ios_base::dec | std::ios_base::skipws | std::ios_base::boolalpha);
 }
@@ -289,14 +233,8 @@ TEST(CWriterJson, PrecisionShowpointAndBoolalphaStayOnTheStreamAsSetLast)
 // Decimal comma and digit grouping, in each of the ways in which a program can ask for them.
 TEST(CWriterJson, NoLocaleChangesANumber)
 {
-    const char* const german = "de_DE.UTF-8";
-    const std::locale germanCpp(german);
-    const locale_t germanC = newlocale(LC_ALL_MASK, german, nullptr);
-    ASSERT_NE(germanC, nullptr);
-    const CElements numbers([](IContainerWriter& w) { (w.Write(1234567), w.Write(1234.5)); });
-    const std::string plain = Lines("[→1234567,", "→1234.5000000000000", "]");
-    const std::string flagged = Lines("[→+1234567,", "→+1234.50000000000000000", "]");
-    const auto expectPoints = [&](const std::locale& ofStream)
+    const std::locale german("de_DE.UTF-8");
+    const auto expectPoints = [](const std::locale& ofStream)
     {
         for (const bool flags : {false, true})
         {
@@ -304,25 +242,21 @@ TEST(CWriterJson, NoLocaleChangesANumber)
             stream.imbue(ofStream);
             if (flags)
                 stream << std::showpos << std::fixed;
-            CWriterJson(stream).Write(numbers);
-            EXPECT_EQ(stream.str(), flags ? flagged : plain);
+            CWriterJson(stream).Write(ElementsOf(1234567, 1234.5));
+            EXPECT_EQ(stream.str(), flags ? Lines("[→+1234567,", "→+1234.50000000000000000", "]")
+                                          : Lines("[→1234567,", "→1234.5000000000000", "]"));
             EXPECT_EQ(stream.getloc(), ofStream);
         }
     };
-
-    expectPoints(germanCpp); // of the stream
-
-    const std::locale oldGlobal = std::locale::global(germanCpp); // of C++, and of the process
-    expectPoints(germanCpp);
-    ASSERT_STREQ(std::localeconv()->decimal_point, ",");
+    expectPoints(german); // of the stream alone
+    {
+        const CGermanProcess process;
+        expectPoints(german);
+        expectPoints(std::locale::classic());
+    }
+    const CGermanThread thread;
     expectPoints(std::locale::classic());
-    std::locale::global(oldGlobal);
-
-    const locale_t oldThread = uselocale(germanC); // of the thread
-    expectPoints(std::locale::classic());
-    EXPECT_EQ(uselocale(nullptr), germanC);
-    uselocale(oldThread);
-    freelocale(germanC);
+    EXPECT_TRUE(thread.IsInForce());
 }
 
 TEST(CWriterJson, AClientThatChangesItsStreamWhileWritingIsHarmless)
@@ -344,32 +278,20 @@ TEST(CWriterJson, AClientThatChangesItsStreamWhileWritingIsHarmless)
 
 TEST(CWriterJson, EveryExceptionBecomesItsOwnAndTheDocumentIsCutOff)
 {
-    const auto german = newlocale(LC_ALL_MASK, "de_DE.UTF-8", nullptr);
-    const auto oldThread = uselocale(german);
-    for (const int kind : {0, 1, 2})
+    const CGermanThread german;
+    const std::function<void()> failures[] = {[] { throw std::bad_alloc(); }, [] { throw 42; },
+                                              [] { throw std::string("anything"); }};
+    for (const auto& fail : failures)
     {
-        const CFields inner(
-            [&](IDataWriter& w)
-            {
-                w.Write("done", 1);
-                if (kind == 0)
-                    throw std::bad_alloc();
-                if (kind == 1)
-                    throw 42;
-                throw std::string("anything");
-            });
+        const CFields inner([&](IDataWriter& w) { (w.Write("done", 1), fail()); });
         std::ostringstream stream;
-        const CFields root([&](IDataWriter& w) { w.Write("inner", inner); });
-        EXPECT_RAISES(CException, "Vellum::CWriterJson::Write", CWriterJson(stream).Write(root));
+        EXPECT_RAISES(CException, "Vellum::CWriterJson::Write", CWriterJson(stream).Write(FieldsOf("inner", inner)));
         EXPECT_EQ(stream.str() + '\n', Lines("{→\"inner\":", "→{→\"done\":1"));
-        EXPECT_EQ(uselocale(nullptr), german);
+        EXPECT_TRUE(german.IsInForce());
     }
-    uselocale(oldThread);
-    freelocale(german);
-
     const CElements failing([](IContainerWriter&) { throw CException("file", 1, "Client"); });
     std::ostringstream stream;
-    Support::CLogObserver log;
+    CLogObserver log;
     EXPECT_THROW(CWriterJson(stream).Write(failing), CException);
     EXPECT_EQ(log.GetFunctions(), (std::vector<std::string>{"Client", "Vellum::CWriterJson::Write"}));
     EXPECT_EQ(log.GetEntries()[1].file, "Sources/Core/Vellum/src/CWriterJson.cpp");
@@ -384,16 +306,18 @@ class CFullBuffer : public std::streambuf
 
 TEST(CWriterJson, AFullStreamTellsByItsStateOrAsTheClientAskedForIt)
 {
-    CFullBuffer full;
-    std::ostringstream stream;
-    static_cast<std::ios&>(stream).rdbuf(&full);
-    CWriterJson(stream).Write(Numbers);
-    EXPECT_TRUE(stream.bad());
-
-    CFullBuffer fullToo;
-    static_cast<std::ios&>(stream).rdbuf(&fullToo);
-    stream.exceptions(std::ios_base::badbit);
-    EXPECT_RAISES(CException, "Vellum::CWriterJson::Write", CWriterJson(stream).Write(Numbers));
+    for (const std::ios_base::iostate raising : {std::ios_base::goodbit, std::ios_base::badbit})
+    {
+        CFullBuffer full;
+        std::ostringstream stream;
+        static_cast<std::ios&>(stream).rdbuf(&full);
+        stream.exceptions(raising);
+        if (raising == std::ios_base::badbit)
+            EXPECT_RAISES(CException, "Vellum::CWriterJson::Write", CWriterJson(stream).Write(Numbers));
+        else
+            CWriterJson(stream).Write(Numbers);
+        EXPECT_TRUE(stream.bad());
+    }
 }
 
 TEST(CWriterJson, WritesScalarsWithoutAllocating)
@@ -401,15 +325,12 @@ TEST(CWriterJson, WritesScalarsWithoutAllocating)
     std::ostringstream stream(std::string(4096, ' ')); // has room
     const std::string text(100, 'x');
     std::uint64_t allocations = 0;
-    const CFields inner([&](IDataWriter& w) { w.Write("deep", 1.5); });
+    const CFields inner = FieldsOf("deep", 1.5);
     const CFields root(
         [&](IDataWriter& w)
         {
-            const Support::CAllocationCounter counter;
-            w.Write("text", text);
-            w.Write("int", 1);
-            w.Write("double", 0.1);
-            w.Write("inner", inner);
+            const CAllocationCounter counter;
+            WriteFields(w, "text", text, "int", 1, "double", 0.1, "inner", inner);
             allocations = counter.GetCount();
         });
     CWriterJson(stream).Write(root);

@@ -1,22 +1,13 @@
 #include "Vellum/Conversion.h"
 
 #include <bit>
-#include <cmath>
-#include <cstdio>
-#include <cstdlib>
-#include <limits>
-#include <locale.h>
-#include <random>
-
-#include <gtest/gtest.h>
 
 #include "Groundwork/CbDateTime.h"
 #include "Groundwork/CbExceptions.h"
 
 #include "Vellum/CException.h"
 
-#include "Support/CLogObserver.h"
-#include "Support/Raises.h"
+#include "Support/Testing.h"
 
 namespace
 {
@@ -32,48 +23,36 @@ T From(const std::string& text)
     return value;
 }
 
-TEST(Conversion, IntegersAreTheNumberThatATextBeginsWith)
+TEST(Conversion, IntegersAreTheNumberThatATextBeginsWithIfItDoes)
 {
     constexpr std::int64_t Smallest = std::numeric_limits<std::int64_t>::min();
     constexpr std::int64_t Largest = std::numeric_limits<std::int64_t>::max();
-    const std::pair<std::string, std::int64_t> cases[] = {
-        {"010", 8},
-        {"0x10", 16},
-        {"0XfFg", 255},
-        {"-0x10", -16},
-        {"0x", 0},
-        {"-0xg", 0},
-        {"0", 0},
-        {"08", 0},
-        {"-017z", -15},
-        {"12abc", 12},
-        {"1.9", 1},
-        {"1e3", 1},
-        {" \t\n\v\f\r-7 ", -7},
-        {"+5", 5},
-        {"5\0006"s, 5},
-        {"2024-03-07T09:05:01", 2024},
-        {"9223372036854775807", Largest},
-        {"-9223372036854775808", Smallest},
-        {"9223372036854775808", Smallest},
-        {"18446744073709551615", -1},
-        {"-18446744073709551615", 1},
-        {"0xFFFFFFFFFFFFFFFF", -1},
-        {"01777777777777777777777", -1},
-        {"18446744073709551616", Largest},
-        {"-18446744073709551616", Smallest},
-        {"0x10000000000000000", Largest},
-        {std::string(5000, '9'), Largest},
-        {"000000000000000000000000000000000000000000000000000000000000000000000000007", 7},
+    const std::pair<std::int64_t, std::vector<std::string>> cases[] = {
+        // a number, and the texts that give it
+        {0, {"0x", "-0xg", "0", "08"}},
+        {1, {"1.9", "1e3", "-18446744073709551615"}},
+        {5, {"+5", "5\0006"s}},
+        {7, {std::string(70, '0') + "7"}},
+        {-7, {" \t\n\v\f\r-7 "}},
+        {8, {"010"}},
+        {12, {"12abc"}},
+        {16, {"0x10"}},
+        {-16, {"-0x10"}},
+        {-15, {"-017z"}},
+        {255, {"0XfFg"}},
+        {2024, {"2024-03-07T09:05:01"}},
+        {-1, {"18446744073709551615", "0xFFFFFFFFFFFFFFFF", "01777777777777777777777"}},
+        {Largest, {"9223372036854775807", "18446744073709551616", "0x10000000000000000", std::string(5000, '9')}},
+        {Smallest, {"-9223372036854775808", "9223372036854775808", "-18446744073709551616"}},
     };
-    for (const auto& [text, value] : cases)
-        EXPECT_EQ(Conversion::StringToInt(text), value) << text;
-}
+    for (const auto& [value, texts] : cases)
+        for (const std::string& text : texts)
+            EXPECT_EQ(Conversion::StringToInt(text), value) << text;
 
-TEST(Conversion, TextWithoutANumberIsNoInteger)
-{
+    int number = 7; // stays
     for (const std::string& text : {""s, "   "s, "true"s, "-"s, "+-5"s, "- 7"s, "x10"s, ".5"s, "\0005"s, "\xA0"s + "5"})
-        EXPECT_RAISES(CException, "Vellum::Conversion::StringToInt", Conversion::StringToInt(text));
+        EXPECT_RAISES(CException, "Vellum::Conversion::StringToInt", Conversion::FromString(text, number));
+    EXPECT_EQ(number, 7);
 }
 
 TEST(Conversion, IntegersKeepTheLowBitsOfTheirWidth)
@@ -91,29 +70,16 @@ TEST(Conversion, IntegersKeepTheLowBitsOfTheirWidth)
     EXPECT_EQ(From<long>("-5") + From<long long>("-5"), -10);
 }
 
-TEST(Conversion, ValueIsWrittenOnlyAfterSuccess)
-{
-    int number = 7;
-    double real = 7;
-    EXPECT_RAISES(CException, "Vellum::Conversion::StringToInt", Conversion::FromString("true", number));
-    EXPECT_RAISES(CException, "Vellum::Conversion::StringToDouble", Conversion::FromString("true", real));
-    EXPECT_EQ(number, 7);
-    EXPECT_EQ(real, 7);
-}
-
-TEST(Conversion, CharIsTheFirstByteAndTextIsCopied)
+TEST(Conversion, CharIsTheFirstByteTextIsCopiedAndADateIsAssigned)
 {
     EXPECT_EQ(From<char>(""), '\0');
     EXPECT_EQ(From<char>("abc"), 'a');
     EXPECT_EQ(From<char>("\xE4"), '\xE4');
     std::string text = "a text\0 that is no short one"s;
-    EXPECT_EQ(From<std::string>(text), "a text\0 that is no short one"s);
+    EXPECT_EQ(From<std::string>(text), text);
     Conversion::FromString(text, text);
     EXPECT_EQ(text, "a text\0 that is no short one"s);
-}
 
-TEST(Conversion, DateIsAssignedTheText)
-{
     const auto date = From<CbDateTime>("2024-03-07T09:05:01\0 and more"s);
     EXPECT_EQ(date.ToString("Y-m-d H:i:s.v", false), "2024-03-07 09:05:01.000");
     EXPECT_RAISES(CbExceptionConversion, "CbDateTime::operator =", From<CbDateTime>("2024-03-07"));
@@ -122,32 +88,31 @@ TEST(Conversion, DateIsAssignedTheText)
 TEST(Conversion, FloatingNumbersAreTheWholeText)
 {
     constexpr double Infinity = std::numeric_limits<double>::infinity();
-    const std::pair<const char*, double> cases[] = {
-        {"", 0},
-        {"1.5", 1.5},
-        {" \t\n\v\f\r1.5", 1.5},
-        {"+1.5", 1.5},
-        {"-.5e1", -5},
-        {"5.", 5},
-        {"1E+2", 100},
-        {"0x1.8p1", 3},
-        {"-0X10", -16},
-        {"inf", Infinity},
-        {"1e400", Infinity},
-        {"-1e400", -Infinity},
-        {"-Infinity", -Infinity},
-        {"4.9e-324", 4.9e-324},
-        {"1e-400", 0},
+    const std::pair<double, std::vector<const char*>> cases[] = {
+        // a number, and the texts that give it
+        {0, {"", "1e-400"}},
+        {1.5, {"1.5", " \t\n\v\f\r1.5", "+1.5"}},
+        {3, {"0x1.8p1"}},
+        {5, {"5."}},
+        {-5, {"-.5e1"}},
+        {-16, {"-0X10"}},
+        {100, {"1E+2"}},
+        {4.9e-324, {"4.9e-324"}},
+        {Infinity, {"inf", "1e400"}},
+        {-Infinity, {"-Infinity", "-1e400"}},
     };
-    for (const auto& [text, value] : cases)
-        EXPECT_EQ(Conversion::StringToDouble(text), value) << text;
-    EXPECT_TRUE(std::signbit(Conversion::StringToDouble("-0")));
-    EXPECT_TRUE(std::signbit(Conversion::StringToDouble("-1e-400")));
+    for (const auto& [value, texts] : cases)
+        for (const char* const text : texts)
+            EXPECT_EQ(Conversion::StringToDouble(text), value) << text;
+    for (const char* const text : {"-0", "-1e-400"})
+        EXPECT_TRUE(std::signbit(Conversion::StringToDouble(text)));
     EXPECT_TRUE(std::isnan(Conversion::StringToDouble("nan(1)")));
 
+    double real = 7; // stays
     for (const std::string& text :
          {"1.5 "s, " "s, "1,5"s, "1.5\0"s, "\0"s, "."s, "-"s, "1e"s, "0x"s, "1.5x"s, "--1"s, "true"s})
-        EXPECT_RAISES(CException, "Vellum::Conversion::StringToDouble", Conversion::StringToDouble(text));
+        EXPECT_RAISES(CException, "Vellum::Conversion::StringToDouble", Conversion::FromString(text, real));
+    EXPECT_EQ(real, 7);
 }
 
 TEST(Conversion, FloatIsTheDoubleNarrowed)
@@ -162,7 +127,7 @@ TEST(Conversion, FloatIsTheDoubleNarrowed)
 // Numbers of all magnitudes and forms, with mutations that break some of them.
 TEST(Conversion, DoublesAreBitForBitThoseOfStrtod)
 {
-    const Support::CLogObserver silence;
+    const CLogObserver silence;
     std::mt19937_64 random(754);
     for (int round = 0; round < 50000; ++round)
     {
@@ -188,16 +153,11 @@ TEST(Conversion, DoublesAreBitForBitThoseOfStrtod)
 
 TEST(Conversion, DecimalsAreSeparatedAsTheThreadsLocaleDoes)
 {
-    const locale_t german = ::newlocale(LC_ALL_MASK, "de_DE.UTF-8", nullptr);
-    ASSERT_NE(german, nullptr) << "the German locale of the tests is missing";
-    const locale_t before = ::uselocale(german);
+    const CGermanThread german;
     EXPECT_EQ(Conversion::StringToDouble("1,5"), 1.5);
     EXPECT_EQ(Conversion::StringToDouble("15"), 15);
     EXPECT_RAISES(CException, "Vellum::Conversion::StringToDouble", Conversion::StringToDouble("1.5"));
     EXPECT_EQ(Conversion::StringToInt("1.500"), 1);
-    ::uselocale(before);
-    ::freelocale(german);
-    EXPECT_EQ(Conversion::StringToDouble("1.5"), 1.5);
 }
 
 } // namespace

@@ -1,14 +1,8 @@
 #include "Vellum/src/RealText.h"
 
 #include <bit>
-#include <cmath>
-#include <cstdint>
-#include <cstdio>
-#include <limits>
-#include <random>
-#include <string>
 
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace
 {

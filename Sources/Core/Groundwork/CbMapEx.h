@@ -3,7 +3,9 @@
 #include <bit>
 #include <cstdint>
 #include <functional>
+#include <iterator>
 #include <limits>
+#include <map>
 #include <memory>
 #include <new>
 #include <utility>
@@ -21,7 +23,9 @@
 //          are those of CbMapTypes::SKeyTraits.
 // Memory   Nodes come from a CbPlexManager and never move: a pointer from Find or FindOrInsert is good for the life of
 //          the table. There is no erase. A new table has allocated nothing, and a table of few nodes has no array of
-//          buckets: its ordered list is walked instead, which gives the same order.
+//          buckets: its ordered list is walked instead, which gives the same order. A table in which a walk gets long
+//          is given an index; that takes keys that somebody has chosen, and they gain nothing: every operation stays
+//          logarithmic.
 // Errors   CbExceptionContainer when a block of nodes can't be had, std::bad_alloc when the buckets can't. A table
 //          that couldn't double its buckets has the new node and stays in use; any other failed insertion changes
 //          nothing.
@@ -63,7 +67,11 @@ public:
     SAssociation* GetFirst() const { return first; }
 
     // Null when the key isn't there. Text keys may also be given as const char*, up to the first NUL.
-    SAssociation* Find(const KeyView& key) const { return count == 0 ? nullptr : find(key, Traits::Hash(key)); }
+    SAssociation* Find(const KeyView& key) const
+    {
+        std::uint32_t steps = 0;
+        return count == 0 ? nullptr : find(key, Traits::Hash(key), steps);
+    }
 
     // Like Find, but inserts a missing key with a default-constructed value. A value found stays as it is.
     SAssociation* FindOrInsert(const KeyView& key) { return FindOrEmplace(key).first; }
@@ -74,16 +82,19 @@ public:
     std::pair<SAssociation*, bool> FindOrEmplace(const KeyView& key, Arguments&&... arguments)
     {
         const std::uint64_t hash = Traits::Hash(key);
-        if (SAssociation* const found = count == 0 ? nullptr : find(key, hash))
+        std::uint32_t steps = 0;
+        if (SAssociation* const found = count == 0 ? nullptr : find(key, hash, steps))
             return {found, false};
         if (buckets == nullptr && count >= MaxListLength())
             makeBuckets();
-        SAssociation* const node = makeNode(key, std::forward<Arguments>(arguments)...);
-        node->hash = hash;
+        SAssociation* const before = buckets == nullptr ? nullptr : findBefore(hash, steps);
+        if (steps > MaxSteps && index == nullptr)
+            makeIndex();
+        SAssociation* const node = makeNode(key, hash, std::forward<Arguments>(arguments)...);
         if (buckets == nullptr)
             linkIntoList(*node);
         else
-            linkIntoBuckets(*node);
+            linkIntoBuckets(*node, before);
         ++count;
         if (count * 4 >= bucketCount * 3)
             rehash();
@@ -94,6 +105,7 @@ public:
     void Clear() noexcept requires Base::RecyclesNodes
     {
         destroyNodes();
+        index.reset();
         buckets.reset();
         first = nullptr;
         count = 0;
@@ -101,6 +113,16 @@ public:
     }
 
 private:
+    // What takes the place of walks in a table whose keys were chosen to make walks long.
+    struct SIndex
+    {
+        std::map<KeyView, SAssociation*> nodes;
+        std::map<std::uint32_t, SAssociation*> tails; // the last node of each bucket that holds any
+    };
+
+    // No walk gets as long by chance.
+    static constexpr std::uint32_t MaxSteps = 256;
+
     static std::uint32_t RoundDown(std::uint32_t count) { return count == 0 ? 1 : std::bit_floor(count); }
 
     // How long the list may get before it pays to have buckets. Tables that start with few buckets have them at once.
@@ -111,31 +133,37 @@ private:
         return static_cast<std::uint32_t>(node.hash) & (bucketCount - 1);
     }
 
-    SAssociation* find(const KeyView& key, std::uint64_t hash) const
+    SAssociation* find(const KeyView& key, std::uint64_t hash, std::uint32_t& steps) const
     {
-        if (buckets != nullptr)
+        if (index != nullptr)
         {
-            SAssociation* node = buckets[static_cast<std::uint32_t>(hash) & (bucketCount - 1)];
-            while (node != nullptr && !Traits::Equal(node->hash, node->key, hash, key))
-                node = node->bucketNext;
-            return node;
+            const auto found = index->nodes.find(key);
+            return found == index->nodes.end() ? nullptr : found->second;
         }
-        SAssociation* node = first;
-        while (node != nullptr && !Traits::Equal(node->hash, node->key, hash, key))
-            node = node->next;
+        const bool isList = buckets == nullptr;
+        SAssociation* node = isList ? first : buckets[static_cast<std::uint32_t>(hash) & (bucketCount - 1)];
+        for (; node != nullptr && !Traits::Equal(node->hash, node->key, hash, key); ++steps)
+            node = isList ? node->next : node->bucketNext;
         return node;
     }
 
     template <class... Arguments>
-    SAssociation* makeNode(const KeyView& key, Arguments&&... arguments)
+    SAssociation* makeNode(const KeyView& key, std::uint64_t hash, Arguments&&... arguments)
     {
         SAssociation* const storage = this->getPool().getFreeElement();
+        SAssociation* node = nullptr;
         try
         {
-            return std::construct_at(storage, key, std::forward<Arguments>(arguments)...);
+            node = std::construct_at(storage, key, std::forward<Arguments>(arguments)...);
+            node->hash = hash;
+            if (index != nullptr)
+                enter(*index, *node, bucketCount);
+            return node;
         }
         catch (...)
         {
+            if (node != nullptr)
+                std::destroy_at(node);
             this->getPool().recycleElement(storage);
             throw;
         }
@@ -153,34 +181,59 @@ private:
         *link = &node;
     }
 
-    void linkIntoBuckets(SAssociation& node)
+    void linkIntoBuckets(SAssociation& node, SAssociation* before)
     {
-        const std::uint32_t bucket = bucketOf(node);
-        if (first == nullptr || bucketOf(*first) >= bucket)
-        {
-            node.next = first;
-            first = &node;
-        }
-        else
-        {
-            SAssociation* const tail = tailBelow(bucket);
-            node.next = tail->next;
-            tail->next = &node;
-        }
-        node.bucketNext = buckets[bucket];
-        buckets[bucket] = &node;
+        SAssociation*& link = before == nullptr ? first : before->next;
+        node.next = link;
+        link = &node;
+        SAssociation*& head = buckets[bucketOf(node)];
+        node.bucketNext = head;
+        head = &node;
     }
 
-    // The last node of the nearest bucket below that holds any; there is one.
-    SAssociation* tailBelow(std::uint32_t bucket) const
+    // The node that a new one of that hash follows: the last of the nearest lower bucket that holds any. Null if the
+    // new one is the first of all.
+    SAssociation* findBefore(std::uint64_t hash, std::uint32_t& steps) const
     {
+        std::uint32_t bucket = static_cast<std::uint32_t>(hash) & (bucketCount - 1);
+        if (first == nullptr || bucketOf(*first) >= bucket)
+            return nullptr;
+        if (index != nullptr)
+            return std::prev(index->tails.lower_bound(bucket))->second;
         do
-            --bucket;
-        while (buckets[bucket] == nullptr);
+            ++steps;
+        while (buckets[--bucket] == nullptr);
         SAssociation* tail = buckets[bucket];
-        while (tail->bucketNext != nullptr)
+        for (; tail->bucketNext != nullptr; ++steps)
             tail = tail->bucketNext;
         return tail;
+    }
+
+    void makeIndex()
+    {
+        auto made = std::make_unique<SIndex>();
+        for (std::uint32_t bucket = 0; bucket < bucketCount; ++bucket)
+            for (SAssociation* node = buckets[bucket]; node != nullptr; node = node->bucketNext)
+            {
+                made->nodes.emplace(node->key, node);
+                made->tails.insert_or_assign(bucket, node);
+            }
+        index = std::move(made);
+    }
+
+    // Both or none. A bucket's first node to come stays its last.
+    static void enter(SIndex& index, SAssociation& node, std::uint32_t bucketCount)
+    {
+        const auto entered = index.nodes.emplace(node.key, &node).first;
+        try
+        {
+            index.tails.emplace(static_cast<std::uint32_t>(node.hash) & (bucketCount - 1), &node);
+        }
+        catch (...)
+        {
+            index.nodes.erase(entered);
+            throw;
+        }
     }
 
     // Gives a table that was a list its buckets. The chains are there already.
@@ -199,6 +252,13 @@ private:
             throw std::bad_array_new_length();
         const std::uint32_t newCount = std::bit_floor(bucketCount * 2);
         auto newBuckets = std::make_unique<SAssociation*[]>(newCount);
+        if (index != nullptr)
+        {
+            std::map<std::uint32_t, SAssociation*> tails; // the first to come to a bucket will be its last
+            for (SAssociation* node = first; node != nullptr; node = node->next)
+                tails.emplace(static_cast<std::uint32_t>(node->hash) & (newCount - 1), node);
+            index->tails = std::move(tails);
+        }
         bucketCount = newCount;
         buckets = std::move(newBuckets);
         for (SAssociation* node = first; node != nullptr;)
@@ -238,6 +298,7 @@ private:
     }
 
     std::unique_ptr<SAssociation*[]> buckets; // heads of the chains; null while the table is a list
+    std::unique_ptr<SIndex> index;            // null unless walks would be long
     SAssociation* first = nullptr;            // head of the lowest bucket that holds a node
     std::uint32_t count = 0;
     std::uint32_t bucketCount; // a power of two; the mask is one less

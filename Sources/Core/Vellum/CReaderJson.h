@@ -18,8 +18,8 @@ namespace Vellum
 //          as text. Escapes are decoded for texts alone, so not in keys, numbers, chars, dates and blobs. What fails to
 //          convert raises; what is no bool gives false and sets the value to false.
 // Absence  A member that is null isn't there. A null element counts as an index at which nothing is found.
-// Order    GetKey gives the keys in the order of CbMapEx, each once. Of a key written twice the last value that isn't
-//          null is kept.
+// Order    GetKey gives the keys in an order that their hashes decide, each once. Of a key written twice the last value
+//          that isn't null is kept.
 // Memory   The text isn't copied: it must stay valid and unchanged until Read has returned. Nothing is kept between
 //          two calls of Read.
 // Errors   CException from "SkipEmptyChars", "ParseValue", "Vellum::ParseString", "Vellum::ParseObject" or

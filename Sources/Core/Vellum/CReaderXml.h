@@ -13,9 +13,10 @@ namespace Vellum
 // CReaderXml: fills a client's object or sequence from an XML document, the library's own or anybody else's. The parser
 // is small and forgiving: Docs/XmlFormat.md tells what it takes and what it makes of it.
 //
-// Root     The document begins with a declaration, <?xml ...?>, and its root carries the type name of the client's
-//          object, with "-" for each "::" and without regard to case. Where that isn't so, as for a document that the
-//          parser rejects, nothing is raised: the client's Read is called and finds nothing. Check tells more.
+// Root     The first element at the top that carries the type name of the client's object, with "-" for each "::" and
+//          without regard to case. The top is what a declaration, <?xml ...?>, has behind it, or a text without one in
+//          which several things stand side by side. Where there is no such element, as in a document that the parser
+//          rejects, nothing is raised: the client's Read is called and finds nothing. Check tells more.
 // Keys     are found without regard to case; of several equal ones the first counts. GetKey gives all child elements
 //          in their order. Attributes are not looked at.
 // Values   are texts, converted when they are asked for: the first text of an element, or else its first CDATA section

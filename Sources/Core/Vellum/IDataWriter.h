@@ -18,8 +18,8 @@ class ISerializableContainer;
 
 // IDataWriter: takes the fields of one object. A client meets it in its Write and keeps no reference to it.
 //
-// Keys     Zero-terminated texts, copied where needed: the pointer need only be good for the call. Binary and JSON
-//          compare them byte for byte, XML without regard to case. JSON writes them unescaped.
+// Keys     Zero-terminated texts, never null, copied where needed: the pointer need only be good for the call. Binary
+//          and JSON compare them byte for byte, XML without regard to case. JSON writes them unescaped.
 // Repeats  A key written twice: binary keeps the later value of each kind, JSON and XML emit every write.
 // Texts    End at their first NUL. Narrow text is bytes in whatever encoding the client likes. Wide text is UTF-16
 //          code units, one for each element whatever the width of wchar_t; where wchar_t is wider than that, an

@@ -5,7 +5,8 @@
 namespace Vellum
 {
 
-// What CReaderXml::Check has found out about a text.
+// What CReaderXml::Check has found out about a text. A text of the document that was lost since no memory could be had
+// for it is no error.
 //
 //    0  XmlOk
 //    1  XmlElementNotClosed  an end tag names another element than the open one, or the text ends inside an element

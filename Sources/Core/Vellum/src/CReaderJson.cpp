@@ -249,10 +249,11 @@ bool ReadText(std::string_view raw, std::string& value)
 // Up to the first NUL, which only an escape can have made.
 bool ReadText(std::string_view raw, std::wstring& value)
 {
+    value.clear();
     if (raw.find('\\') == std::string_view::npos)
-        value = Utf8ToUtf16(raw);
+        AppendUtf16(value, raw);
     else
-        value = Utf8ToUtf16(UnescapeText(raw).c_str());
+        AppendUtf16(value, UnescapeText(raw).c_str());
     return true;
 }
 
@@ -291,9 +292,8 @@ BlobRange DecodeBlob(CbMapEx<Key, CbArray<unsigned char>>& blobs, const KeyView&
     const std::string_view text = element->GetText();
     CbArray<unsigned char> bytes(Base64::GetDecodedSizeOf(text));
     Base64::DecodeText(text, bytes.GetData(), bytes.GetSize());
-    const BlobRange range(bytes.GetData(), bytes.GetEnd());
-    blobs.FindOrInsert(key)->value = std::move(bytes);
-    return range;
+    const CbArray<unsigned char>& kept = blobs.FindOrEmplace(key, std::move(bytes)).first->value;
+    return {kept.GetData(), kept.GetEnd()};
 }
 
 // ---- The readers that a client meets. ----

@@ -105,9 +105,8 @@ BlobRange DecodeBlob(CbMapEx<Key, CbArray<unsigned char>>& blobs, const KeyView&
         return {};
     CbArray<unsigned char> bytes(Base64::GetDecodedSizeOf(text));
     Base64::DecodeText(text, bytes.GetData(), bytes.GetSize());
-    const BlobRange range(bytes.GetData(), bytes.GetEnd());
-    blobs.FindOrInsert(key)->value = std::move(bytes);
-    return range;
+    const CbArray<unsigned char>& kept = blobs.FindOrEmplace(key, std::move(bytes)).first->value;
+    return {kept.GetData(), kept.GetEnd()};
 }
 
 // The fields of one element, which may be the empty node.

@@ -289,6 +289,32 @@ void WriteNestedContainer(const char* key, const ISerializableContainer& value, 
     WriteNested<CContainerWriterJson>(key, value, output, indent, showPoint, "[]");
 }
 
+void WriteRoot(const ISerializable& root, CTextOutput& output, bool showPoint)
+{
+    WriteNestedObject(nullptr, root, output, 0, showPoint);
+}
+void WriteRoot(const ISerializableContainer& root, CTextOutput& output, bool showPoint)
+{
+    WriteNestedContainer(nullptr, root, output, 0, showPoint);
+}
+
+template <class Root>
+void WriteDocument(const Root& root, std::ostringstream& stream, bool showPoint)
+{
+    try
+    {
+        const CLocaleScope scope; // inside the try: the scope is left before the exception below is made
+        CTextOutput output(stream);
+        WriteRoot(root, output, showPoint);
+        output.Put('\n');
+        output.Flush();
+    }
+    catch (...)
+    {
+        throw CException(__FILE__, __LINE__, "Vellum::CWriterJson::Write");
+    }
+}
+
 } // namespace
 
 CWriterJson::CWriterJson(std::ostringstream& stream) : stream(stream) {}
@@ -297,36 +323,8 @@ CWriterJson::~CWriterJson() = default;
 
 void CWriterJson::SetShowPoint(bool value) { showPoint = value; }
 
-void CWriterJson::Write(const ISerializableContainer& root)
-{
-    try
-    {
-        const CLocaleScope scope; // inside the try: the scope is left before the exception below is made
-        CTextOutput output(stream);
-        WriteNestedContainer(nullptr, root, output, 0, showPoint);
-        output.Put('\n');
-        output.Flush();
-    }
-    catch (...)
-    {
-        throw CException(__FILE__, __LINE__, "Vellum::CWriterJson::Write");
-    }
-}
+void CWriterJson::Write(const ISerializableContainer& root) { WriteDocument(root, stream, showPoint); }
 
-void CWriterJson::Write(const ISerializable& root)
-{
-    try
-    {
-        const CLocaleScope scope;
-        CTextOutput output(stream);
-        WriteNestedObject(nullptr, root, output, 0, showPoint);
-        output.Put('\n');
-        output.Flush();
-    }
-    catch (...)
-    {
-        throw CException(__FILE__, __LINE__, "Vellum::CWriterJson::Write");
-    }
-}
+void CWriterJson::Write(const ISerializable& root) { WriteDocument(root, stream, showPoint); }
 
 } // namespace Vellum

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "Support/ClientTree.h"
+
+namespace Fuzzing
+{
+
+// What an XML document brings back.
+STreeShape MakeXmlShape();
+
+} // namespace Fuzzing
