@@ -251,7 +251,7 @@ TEST(XmlParser, ATextThatCannotBeAllocatedIsLeftOutOrEndsTheParse)
 {
     const std::string large(2000, 'x'); // needs a block of memory for itself
     const std::string name(9000, 'n');
-    const std::string text = "<a><!--" + large + "--><" + name + "/><c>" + Repeat(large, 2) + "</c>y</a>";
+    const std::string text = "<a><!--" + large + "--><" + name + "/><c>" + Repeat(large, 10) + "</c>y</a>";
     std::set<std::string> dumps;
     Support::FailEachAllocation(
         [&]
@@ -260,7 +260,7 @@ TEST(XmlParser, ATextThatCannotBeAllocatedIsLeftOutOrEndsTheParse)
             {
                 const CXmlNode tree = Vellum::ParseXmlText(text.c_str());
                 std::string dump = Dump(tree);
-                for (const auto& [from, to] : {std::pair(Repeat(large, 2), "XX"), {large, "X"}, {name, "N"}})
+                for (const auto& [from, to] : {std::pair(Repeat(large, 10), "XX"), {large, "X"}, {name, "N"}})
                     if (const auto at = dump.find(from); at != std::string::npos)
                         dump.replace(at, from.size(), to);
                 dumps.insert(dump);
