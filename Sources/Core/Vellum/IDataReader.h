@@ -20,8 +20,8 @@ class ISerializableContainer;
 // in its Read and keeps no reference to it.
 //
 // Absence  A Read that finds nothing returns false, leaves its argument as it was and raises nothing: a client that
-//          sets defaults first keeps them for the fields that a document lacks. The one exception is told at
-//          CReaderJson and CReaderXml: a text that is no bool clears the bool and gives false.
+//          sets defaults first keeps them for the fields that a document lacks. The one exception is CReaderJson's: a
+//          text that is no bool clears the bool and gives false.
 // Kinds    Binary is strict: a value written as one kind is found by the Read of that kind alone. JSON and XML hold
 //          texts and convert them to what is asked for; a conversion that fails raises CException or, for a date,
 //          CbExceptionConversion.
