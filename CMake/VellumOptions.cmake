@@ -1,5 +1,6 @@
 # Everything beside the library itself is off when another project includes this one.
 option(BUILD_SHARED_LIBS "Build Vellum as a shared library" ON)
+option(VELLUM_CODE_PAGE_DETECTOR "Let CTextFile guess the code page of texts without a mark; needs uchardet" ON)
 option(VELLUM_BUILD_TESTS "Build the tests and the replay of the fuzz corpus" ${PROJECT_IS_TOP_LEVEL})
 option(VELLUM_BUILD_EXAMPLES "Build the examples" ${PROJECT_IS_TOP_LEVEL})
 option(VELLUM_BUILD_BENCHMARKS "Build the benchmarks" OFF)

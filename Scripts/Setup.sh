@@ -6,7 +6,7 @@
 #   Scripts/Setup.sh --benchmarks   ... and what the benchmarks are built with and compared to
 set -euo pipefail
 
-packages=(g++ cmake ninja-build libgtest-dev locales tzdata iso-codes shared-mime-info)
+packages=(g++ cmake ninja-build pkg-config libuchardet-dev libgtest-dev locales tzdata iso-codes shared-mime-info)
 for option in "$@"; do
     case "$option" in
         --check) packages+=(clang clang-format libclang-rt-14-dev) ;;
