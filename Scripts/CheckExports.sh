@@ -1,0 +1,47 @@
+#!/usr/bin/env bash
+# Fails if a shared library exports anything but what VELLUM_API marks in the public headers: marked classes with their
+# members and type information, and marked functions. Fails too if a marked one isn't there.
+#
+#   Scripts/CheckExports.sh Build/dev/Sources/Core/libVellum.so HEADERS    HEADERS: the folder that has Vellum/Vellum.h
+set -euo pipefail
+library=$1
+headers=$2
+
+# Qualified names, one a line: a class, or a function with "(" behind it. clang-format sees to it that a namespace,
+# its end and a mark begin a line, and that the end says what it is.
+marked=$(find "$headers" -name '*.h' -not -path '*/src/*' -not -name Export.h -exec cat {} + | awk '
+    /^namespace /       { scope = $2 "::" }
+    /^} \/\/ namespace / { scope = "" }
+    /^ *(\[\[noreturn\]\] )?VELLUM_API / { sub(/\(.*/, "("); sub(/.*[ &*]/, ""); print scope $0 }
+    /^(class|struct) VELLUM_API /        { print scope $3 }
+' | sort -u)
+
+# What a symbol is a part of: its name without "vtable for", return type, template arguments and arguments.
+exported=$(nm -D --defined-only -C "$library" | cut -d ' ' -f 3- | sed -E '
+    s/^(typeinfo name for|typeinfo for|vtable for|VTT for|construction vtable for|(non-)?virtual thunk to) //
+    s/\[abi:cxx11\]//g
+    s/\(.*/(/' | sort -u)
+
+awk -v library="$library" '
+    NR == FNR { marked[$0] = 1; next }
+    {
+        name = $0
+        if (!(name in marked)) # a member of a marked class, or of a class inside it
+            while (sub(/::[^:]*$/, "", name) && !(name in marked)) {}
+        if (name in marked)
+            seen[name] = 1
+        else
+            fail("exports what is not marked: " $0)
+    }
+    END {
+        for (name in marked)
+            if (!(name in seen))
+                fail("does not export " name)
+        if (length(marked) == 0)
+            fail("has no marks to compare with")
+        if (!failures)
+            print "CheckExports: " library " exports what is marked."
+        exit failures != 0
+    }
+    function fail(text) { print "CheckExports: " library " " text > "/dev/stderr"; ++failures }
+' <(printf '%s\n' "$marked") <(printf '%s\n' "$exported")
