@@ -5,6 +5,7 @@ function(vellum_compile_options target)
         CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON
+        UNITY_BUILD OFF # helpers of different sources may have one name
         POSITION_INDEPENDENT_CODE ON)
     # __FILE__ reads Sources/Core/... wherever the checkout stands: exceptions carry it.
     target_compile_options(${target} PRIVATE "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")

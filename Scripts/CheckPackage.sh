@@ -1,0 +1,108 @@
+#!/usr/bin/env bash
+# Installs the library, shared and static, moves the tree, and builds programs against it with CMake and with
+# pkg-config; adds the repository to another project with add_subdirectory. All in Build/package, from the libraries of
+# Build/clang and Build/static, which are built if need be.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+fail()
+{
+    echo "CheckPackage: $*" >&2
+    exit 1
+}
+
+# The output of Examples/Readme.cpp is the text of the README's last block.
+readmeOutput=$(sed -n '/^{\t"title"/,/^}/p' README.md)
+run()
+{
+    [[ $("$@") == "$readmeOutput" ]] || fail "$* doesn't print what README.md shows"
+}
+
+install() # buildFolder tree
+{
+    rm -rf "$2" "$2.staged"
+    DESTDIR="$PWD/$2.staged" cmake --install "$1" --prefix /usr/somewhere >/dev/null
+    mv "$2.staged/usr/somewhere" "$2"
+    rmdir "$2.staged/usr" "$2.staged" # nothing is outside the prefix
+}
+
+# The installed headers are those that <Vellum/Vellum.h> reaches, no more and no less.
+checkHeaders() # tree
+{
+    cd "$1/include/vellum-1"
+    diff <(echo '#include <Vellum/Vellum.h>' | g++ -std=c++20 -MM -I. -x c++ - | tr -s ' \\' '\n' | grep '\.h$' | sort) \
+        <(find . -type f | cut -c 3- | sort)
+}
+
+checkSharedLibrary() # tree
+{
+    local library=$1/lib/libVellum.so.1.0.0
+    Scripts/CheckExports.sh "$library" "$1/include/vellum-1"
+    readelf -d "$library" | grep -q 'SONAME.*\[libVellum\.so\.1\]' || fail "the SONAME isn't libVellum.so.1"
+}
+
+buildWithCMake() # tree buildFolder options...
+{
+    cmake -G Ninja -S Tests/Package/Installed -B "$2" -DCMAKE_PREFIX_PATH="$PWD/$1" "${@:3}" >/dev/null
+    cmake --build "$2" -- --quiet
+    run "$2/Readme"
+    "$2/Resource"
+}
+
+buildWithPkgConfig() # tree options...
+{
+    local flags
+    flags=$(pkg-config --cflags --libs "${@:2}" 'vellum >= 1.0')
+    eval "g++ -std=c++20 -o '$1.pkg-config' Examples/Readme.cpp $flags" # pkg-config quotes for the shell
+    LD_LIBRARY_PATH="$1/lib" run "$1.pkg-config"
+}
+
+checkShared()
+{
+    local tree="Build/package/shared tree"
+    cmake --preset clang >/dev/null
+    cmake --build --preset clang --target Vellum -- --quiet
+    install Build/clang "$tree"
+    (checkHeaders "$tree")
+    checkSharedLibrary "$tree"
+    # Neither pkg-config nor what the library is linked with is at hand.
+    buildWithCMake "$tree" Build/package/shared -DCMAKE_DISABLE_FIND_PACKAGE_PkgConfig=ON
+    PKG_CONFIG_LIBDIR="$tree/lib/pkgconfig" buildWithPkgConfig "$tree"
+}
+
+checkStatic()
+{
+    local tree="Build/package/static tree"
+    cmake --preset dev -B Build/static -DBUILD_SHARED_LIBS=OFF -DVELLUM_BUILD_TESTS=OFF >/dev/null
+    cmake --build Build/static --target Vellum -- --quiet
+    install Build/static "$tree"
+    (checkHeaders "$tree")
+    buildWithCMake "$tree" Build/package/static
+    PKG_CONFIG_PATH="$tree/lib/pkgconfig" buildWithPkgConfig "$tree"
+    PKG_CONFIG_PATH="$tree/lib/pkgconfig" buildWithPkgConfig "$tree" --static
+}
+
+checkAbsoluteFolders()
+{
+    cmake -G Ninja -S . -B Build/package/absolute -DVELLUM_BUILD_TESTS=OFF -DVELLUM_BUILD_EXAMPLES=OFF \
+        -DCMAKE_INSTALL_PREFIX=/one -DCMAKE_INSTALL_LIBDIR=/two/lib -DCMAKE_INSTALL_INCLUDEDIR=/three/include >/dev/null
+    local flags
+    flags=$(PKG_CONFIG_LIBDIR=Build/package/absolute/Package pkg-config --cflags --libs vellum)
+    [[ $flags == "-I/three/include/vellum-1 -L/two/lib -lVellum "* ]] || fail "vellum.pc has absolute folders wrong: $flags"
+}
+
+checkParent()
+{
+    local folder=Build/package/parent bystander='"command".*Bystander'
+    for libraries in ON OFF; do
+        cmake -G Ninja -S Tests/Package/Parent -B $folder -DPARENT_WITH_VELLUM=$libraries >/dev/null
+        grep "$bystander" $folder/compile_commands.json >$folder/Bystander.$libraries
+    done
+    diff $folder/Bystander.ON $folder/Bystander.OFF || fail "the parent's own target is compiled in another way"
+}
+
+checkShared
+checkStatic
+checkAbsoluteFolders
+checkParent
+echo "CheckPackage: what is installed and what is included can be used."
