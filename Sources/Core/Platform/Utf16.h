@@ -11,6 +11,12 @@ inline constexpr std::uint32_t ReplacementCharacter = 0xFFFD;
 constexpr bool IsHighSurrogate(std::uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 constexpr bool IsLowSurrogate(std::uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
+// U+FFFD for what is none: a lone surrogate, or a number above 0x10FFFF.
+constexpr std::uint32_t ToCodePoint(std::uint32_t value)
+{
+    return IsHighSurrogate(value) || IsLowSurrogate(value) || value > 0x10FFFF ? ReplacementCharacter : value;
+}
+
 // Takes one code point from the front of a text that isn't empty: a pair of surrogates, or one element. A lone
 // surrogate and what is no code point give U+FFFD. Where wchar_t is wider than 16 bits, an element above 0xFFFF is that
 // code point.
@@ -24,7 +30,7 @@ inline std::uint32_t TakeCodePoint(std::wstring_view& units)
         units.remove_prefix(1);
         return 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
     }
-    return IsHighSurrogate(unit) || IsLowSurrogate(unit) || unit > 0x10FFFF ? ReplacementCharacter : unit;
+    return ToCodePoint(unit);
 }
 
 // Appends one code point: one unit, or a pair of surrogates.

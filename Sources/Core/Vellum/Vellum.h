@@ -18,11 +18,13 @@
 
 #include "Vellum/Base64.h"
 #include "Vellum/BlobRange.h"
+#include "Vellum/CBinaryFile.h"
 #include "Vellum/CException.h"
 #include "Vellum/Conversion.h"
 #include "Vellum/CReaderBinary.h"
 #include "Vellum/CReaderJson.h"
 #include "Vellum/CReaderXml.h"
+#include "Vellum/CTextFile.h"
 #include "Vellum/CWriterBinary.h"
 #include "Vellum/CWriterJson.h"
 #include "Vellum/CWriterXml.h"

@@ -1,0 +1,130 @@
+#include "Vellum/CBinaryFile.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <limits>
+#include <optional>
+
+#include "Platform/CFile.h"
+#include "Platform/FilePath.h"
+
+#include "Vellum/CException.h"
+
+namespace Vellum
+{
+namespace
+{
+
+template <class T>
+struct SNames;
+
+template <>
+struct SNames<CbArray<unsigned char>>
+{
+    static constexpr const char* Read = "Vellum::CBinaryFile<class CbArray<unsigned char> >::Read";
+    static constexpr const char* Write = "Vellum::CBinaryFile<class CbArray<unsigned char> >::Write";
+};
+
+template <>
+struct SNames<std::vector<unsigned char>>
+{
+    static constexpr const char* Read =
+        "Vellum::CBinaryFile<class std::vector<unsigned char,class std::allocator<unsigned char> > >::Read";
+    static constexpr const char* Write =
+        "Vellum::CBinaryFile<class std::vector<unsigned char,class std::allocator<unsigned char> > >::Write";
+};
+
+const unsigned char* GetBytes(const CbArray<unsigned char>& data) { return data.GetData(); }
+const unsigned char* GetBytes(const std::vector<unsigned char>& data) { return data.data(); }
+unsigned char* GetBytes(CbArray<unsigned char>& data) { return data.GetData(); }
+unsigned char* GetBytes(std::vector<unsigned char>& data) { return data.data(); }
+
+std::size_t GetSize(const CbArray<unsigned char>& data) { return data.GetSize(); }
+std::size_t GetSize(const std::vector<unsigned char>& data) { return data.size(); }
+
+std::wstring ToName(const wchar_t* fileName) { return fileName == nullptr ? std::wstring() : fileName; }
+
+// Nothing if the file can't be opened or tells no size.
+std::optional<std::uint64_t> FindSize(const std::wstring& name)
+{
+    CFile file;
+    return file.OpenForReading(name) ? file.GetSize() : std::nullopt;
+}
+
+void CreateFolderOf(const std::wstring& name)
+{
+    const std::filesystem::path folder = ToFilePath(name).remove_filename();
+    if (!folder.empty())
+        std::filesystem::create_directories(folder);
+}
+
+} // namespace
+
+template <BinaryFileData T>
+T CBinaryFile<T>::Read(const wchar_t* fileName)
+{
+    const std::optional<std::uint64_t> size = FindSize(ToName(fileName));
+    if (!size || *size > std::numeric_limits<std::uint32_t>::max())
+        throw CException(__FILE__, __LINE__, SNames<T>::Read);
+    return Read(fileName, static_cast<unsigned int>(*size));
+}
+
+template <BinaryFileData T>
+T CBinaryFile<T>::Read(const std::wstring& fileName)
+{
+    return Read(fileName.c_str());
+}
+
+template <BinaryFileData T>
+T CBinaryFile<T>::Read(const wchar_t* fileName, unsigned int count)
+{
+    CFile file;
+    if (!file.OpenForReading(ToName(fileName)))
+        throw CException(__FILE__, __LINE__, SNames<T>::Read);
+    T data(count); // zero, as both containers make it
+    if (file.Read(GetBytes(data), count) != count)
+        throw CException(__FILE__, __LINE__, SNames<T>::Read);
+    return data;
+}
+
+template <BinaryFileData T>
+T CBinaryFile<T>::Read(const std::wstring& fileName, unsigned int count)
+{
+    return Read(fileName.c_str(), count);
+}
+
+template <BinaryFileData T>
+void CBinaryFile<T>::Write(const wchar_t* fileName, const T& data)
+{
+    Write(fileName, data, GetSize(data));
+}
+
+template <BinaryFileData T>
+void CBinaryFile<T>::Write(const std::wstring& fileName, const T& data)
+{
+    Write(fileName.c_str(), data, GetSize(data));
+}
+
+template <BinaryFileData T>
+void CBinaryFile<T>::Write(const wchar_t* fileName, const T& data, std::size_t size)
+{
+    if (size > GetSize(data))
+        throw CException(__FILE__, __LINE__, SNames<T>::Write);
+    const std::wstring name = ToName(fileName);
+    CreateFolderOf(name);
+    CFile file;
+    const bool written = file.OpenForWriting(name) && file.Write(GetBytes(data), size);
+    if (!written || !file.Close()) // some file systems tell only then that they had no room
+        throw CException(__FILE__, __LINE__, SNames<T>::Write);
+}
+
+template <BinaryFileData T>
+void CBinaryFile<T>::Write(const std::wstring& fileName, const T& data, std::size_t size)
+{
+    Write(fileName.c_str(), data, size);
+}
+
+template class CBinaryFile<CbArray<unsigned char>>;
+template class CBinaryFile<std::vector<unsigned char>>;
+
+} // namespace Vellum

@@ -1,0 +1,1 @@
+// All that this module has is resources.

@@ -1,0 +1,187 @@
+#include "Vellum/CBinaryFile.h"
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "Platform/CFile.h"
+
+#include "Vellum/CException.h"
+
+#include "Support/CTempFolder.h"
+#include "Support/Testing.h"
+
+namespace
+{
+
+using namespace Vellum;
+
+using Array = CbArray<unsigned char>;
+using Vector = std::vector<unsigned char>;
+
+template <class T>
+class CBinaryFileOf : public testing::Test
+{
+protected:
+    static T Make(std::string_view bytes)
+    {
+        T data(bytes.size());
+        std::ranges::copy(bytes, data.begin());
+        return data;
+    }
+    static std::string Text(const T& data) { return {data.begin(), data.end()}; }
+
+    std::string Content(const char* name) const { return ReadWhole(folder.GetPath() / name); }
+
+    const CTempFolder folder;
+    const std::wstring name = folder.GetName("file");
+    const std::string function = std::is_same_v<T, Array> ? "Vellum::CBinaryFile<class CbArray<unsigned char> >::"
+                                                          : "Vellum::CBinaryFile<class std::vector<unsigned char,class "
+                                                            "std::allocator<unsigned char> > >::";
+    const std::string read = function + "Read";
+    const std::string write = function + "Write";
+    const std::ptrdiff_t openBefore = CountOpenFiles();
+
+    void TearDown() override { EXPECT_EQ(CountOpenFiles(), openBefore); }
+};
+using Containers = testing::Types<Array, Vector>;
+TYPED_TEST_SUITE(CBinaryFileOf, Containers);
+
+TYPED_TEST(CBinaryFileOf, FilesComeBackWholeOrFromTheirStart)
+{
+    using File = CBinaryFile<TypeParam>;
+    const std::string bytes("a\0\xFF\n\r\n", 6);
+    File::Write(this->name, this->Make(bytes));
+    EXPECT_EQ(this->Text(File::Read(this->name)), bytes);
+    EXPECT_EQ(this->Text(File::Read(this->name.c_str(), 2)), bytes.substr(0, 2));
+    EXPECT_EQ(this->Text(File::Read(this->name, 6)), bytes);
+    EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name, 7));
+
+    File::Write(this->name.c_str(), this->Make("xyz"), 2);
+    EXPECT_EQ(this->Content("file"), "xy");
+    EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, this->Make("xyz"), 4));
+    EXPECT_EQ(this->Content("file"), "xy");
+    File::Write(this->name, this->Make("xyz"), 0);
+    EXPECT_EQ(this->Content("file"), "");
+    EXPECT_EQ(this->Text(File::Read(this->name)) + this->Text(File::Read(this->name, 0)), "");
+}
+
+TYPED_TEST(CBinaryFileOf, WhatCannotBeReadFails)
+{
+    using File = CBinaryFile<TypeParam>;
+    const std::wstring missing = this->folder.GetName("missing");
+    for (const std::wstring& unreadable : {missing, this->folder.GetName(""), std::wstring()})
+    {
+        EXPECT_RAISES(CException, this->read.c_str(), File::Read(unreadable));
+        EXPECT_RAISES(CException, this->read.c_str(), File::Read(unreadable, 0));
+    }
+    EXPECT_RAISES(CException, this->read.c_str(), File::Read(static_cast<const wchar_t*>(nullptr)));
+
+    WriteWhole(this->folder.GetPath() / "sparse", "x");
+    for (const std::uintmax_t size : {0x100000000, 0x100000001})
+    {
+        std::filesystem::resize_file(this->folder.GetPath() / "sparse", size);
+        const CAllocationCounter allocations;
+        EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->folder.GetName("sparse")));
+        EXPECT_LT(allocations.GetBytes(), 10000u);
+    }
+    EXPECT_EQ(this->Text(File::Read(this->folder.GetName("sparse"), 1)), "x");
+}
+
+TYPED_TEST(CBinaryFileOf, MissingFoldersAreMade)
+{
+    using File = CBinaryFile<TypeParam>;
+    for (int times = 0; times < 2; ++times) // the second time they exist
+        File::Write(this->folder.GetName("one/tw\xC3\xB6/three/file"), this->Make("x"));
+    EXPECT_EQ(this->Content("one/tw\xC3\xB6/three/file"), "x");
+
+    File::Write(this->name, this->Make("x"));
+    for (const char* const below : {"file/x", "file/folder/x"})
+        EXPECT_THROW(File::Write(this->folder.GetName(below), this->Make("y")), std::filesystem::filesystem_error);
+    EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->folder.GetName("one"), this->Make("y")));
+    EXPECT_RAISES(CException, this->write.c_str(), File::Write(L"", this->Make("y")));
+
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(this->folder.GetPath());
+    File::Write(L"bare", this->Make("bare"));
+    std::filesystem::current_path(before);
+    EXPECT_EQ(this->Content("bare"), "bare");
+}
+
+TYPED_TEST(CBinaryFileOf, FullDevicesAreFailures)
+{
+    using File = CBinaryFile<TypeParam>;
+    EXPECT_RAISES(CException, this->write.c_str(), File::Write(L"/dev/full", this->Make("x")));
+
+    ::rlimit before;
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const ::rlimit limit{4096, before.rlim_max};
+    const TypeParam data = this->Make(std::string(10000, 'x'));
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, data));
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(this->Content("file"), std::string(4096, 'x'));
+}
+
+TYPED_TEST(CBinaryFileOf, ReadersShareAndWritersExcludeEverybody)
+{
+    using File = CBinaryFile<TypeParam>;
+    WriteWhole(this->folder.GetPath() / "file", "before");
+    CFile other;
+    ASSERT_TRUE(other.OpenForReading(this->name));
+    EXPECT_EQ(this->Text(File::Read(this->name)), "before");
+    EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, this->Make("x")));
+    EXPECT_EQ(this->Content("file"), "before");
+    ASSERT_TRUE(other.OpenForWriting(this->name) && other.Write("other", 5));
+    EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name));
+    EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, this->Make("x")));
+    EXPECT_EQ(this->Content("file"), "other");
+}
+
+// Each process fills the file with its own letter, again and again.
+TEST(CBinaryFile, OfTwoProcessesThatWriteOneFileOneFailsOrBothGetThroughInTurn)
+{
+    const CTempFolder folder;
+    const std::wstring name = folder.GetName("file");
+    const CLogObserver log;
+    const auto writeOften = [&name](unsigned char letter)
+    {
+        const Vector data(1 << 20, letter);
+        for (int times = 0; times < 50; ++times)
+            try
+            {
+                CBinaryFile<Vector>::Write(name, data);
+            }
+            catch (const CException&) // the other one has it
+            {
+            }
+    };
+    const ::pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    writeOften(child == 0 ? 'c' : 'p');
+    if (child == 0)
+        ::_exit(0);
+    int status = -1;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    const std::string content = ReadWhole(folder.GetPath() / "file");
+    EXPECT_EQ(content, std::string(1 << 20, content.at(0)));
+}
+
+TEST(CBinaryFile, FailedAllocationsLeaveNoFileOpen)
+{
+    const CTempFolder folder;
+    const std::wstring name = folder.GetName("folder/file");
+    const std::ptrdiff_t openBefore = CountOpenFiles();
+    std::optional<Vector> data;
+    const auto writeAndRead = [&]
+    {
+        CBinaryFile<Vector>::Write(name, {1, 2});
+        data = CBinaryFile<Vector>::Read(name);
+    };
+    EXPECT_GT(FailEachAllocation([&] { GetsThrough(writeAndRead); }), 3u);
+    EXPECT_EQ(CountOpenFiles(), openBefore);
+    EXPECT_EQ(data, (Vector{1, 2}));
+}
+
+} // namespace
