@@ -91,14 +91,26 @@ checkAbsoluteFolders()
     [[ $flags == "-I/three/include/vellum-1 -L/two/lib -lVellum "* ]] || fail "vellum.pc has absolute folders wrong: $flags"
 }
 
+configureParent() # name options...
+{
+    local folder=Build/package/$1
+    rm -f "$folder/CMakeCache.txt" # what the library leaves in it has to be seen
+    cmake -G Ninja -S Tests/Package/Parent -B "$folder" "${@:2}" >/dev/null
+    grep -oE '"command".* -o [^ ]*Bystander' "$folder/compile_commands.json" >"$folder/Bystander.txt"
+}
+
 checkParent()
 {
-    local folder=Build/package/parent bystander='"command".*Bystander'
-    for libraries in ON OFF; do
-        cmake -G Ninja -S Tests/Package/Parent -B $folder -DPARENT_WITH_VELLUM=$libraries >/dev/null
-        grep "$bystander" $folder/compile_commands.json >$folder/Bystander.$libraries
+    configureParent parent-alone -DPARENT_WITH_VELLUM=OFF
+    configureParent parent-shared -DBUILD_SHARED_LIBS=ON
+    configureParent parent
+    for name in parent-shared parent; do
+        diff Build/package/{parent-alone,$name}/Bystander.txt || fail "the parent's own target is compiled in another way"
     done
-    diff $folder/Bystander.ON $folder/Bystander.OFF || fail "the parent's own target is compiled in another way"
+    cmake --build Build/package/parent -- --quiet
+    run Build/package/parent/Out/ReadmeOfParent
+    [[ -z $(DESTDIR="$PWD/Build/package/none" cmake --install Build/package/parent) || ! -e Build/package/none ]] ||
+        fail "the parent installs Vellum unasked"
 }
 
 checkShared
