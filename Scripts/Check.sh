@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What a change has to pass beside Scripts/Test.sh: format, layers, headers, clang's warnings, the sanitizers, and the
-# build as a static library.
+# What a change has to pass beside Scripts/Test.sh: format, layers, headers, clang's warnings, the build as a
+# static library, what is installed and exported, and the sanitizers.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -35,6 +35,9 @@ step "Build as a static library"
 cmake --preset dev -B Build/static -DBUILD_SHARED_LIBS=OFF -DVELLUM_BUILD_TESTS=OFF >/dev/null
 cmake --build Build/static
 Build/static/Examples/Readme >/dev/null
+
+step "The library as a package, and in another project"
+Scripts/CheckPackage.sh
 
 step "ThreadSanitizer"
 cmake --preset tsan -DVELLUM_BUILD_EXAMPLES=OFF >/dev/null

@@ -20,7 +20,8 @@ marked=$(find "$headers" -name '*.h' -not -path '*/src/*' -not -name Export.h -e
 exported=$(nm -D --defined-only -C "$library" | cut -d ' ' -f 3- | sed -E '
     s/^(typeinfo name for|typeinfo for|vtable for|VTT for|construction vtable for|(non-)?virtual thunk to) //
     s/\[abi:cxx11\]//g
-    s/\(.*/(/' | sort -u)
+    s/\(.*/(/
+    :again; s/<[^<>]*>//g; t again' | sort -u)
 
 awk -v library="$library" '
     NR == FNR { marked[$0] = 1; next }

@@ -100,6 +100,17 @@ TEST(Module, StoresDocumentsInFiles)
     EXPECT_EQ(read, written);
 }
 
+TEST(Module, MovesWholeFilesInBothContainers)
+{
+    const std::wstring name = (std::filesystem::path(testing::TempDir()) / "VellumApiTest.bytes").wstring();
+    const std::vector<unsigned char> bytes = {0, 1, 255};
+    Vellum::CBinaryFile<std::vector<unsigned char>>::Write(name, bytes);
+    const CbArray<unsigned char> read = Vellum::CBinaryFile<CbArray<unsigned char>>::Read(name);
+    Vellum::CBinaryFile<CbArray<unsigned char>>::Write(name, read);
+    EXPECT_EQ(Vellum::CBinaryFile<std::vector<unsigned char>>::Read(name), bytes);
+    std::filesystem::remove(name);
+}
+
 TEST(Module, ExportsItsUtilities)
 {
     char bytes[7] = "";

@@ -124,7 +124,7 @@ void CBinaryFile<T>::Write(const std::wstring& fileName, const T& data, std::siz
     Write(fileName.c_str(), data, size);
 }
 
-template class CBinaryFile<CbArray<unsigned char>>;
-template class CBinaryFile<std::vector<unsigned char>>;
+template class VELLUM_API CBinaryFile<CbArray<unsigned char>>;
+template class VELLUM_API CBinaryFile<std::vector<unsigned char>>;
 
 } // namespace Vellum
