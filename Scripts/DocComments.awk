@@ -56,7 +56,13 @@ function escapePlain(text,    i, c, escaped)
     for (i = 1; i <= length(text); ++i)
     {
         c = substr(text, i, 1)
-        escaped = escaped (c in escapes ? escapes[c] : c)
+        if (substr(text, i, 3) == ">::") # no link into what stands before it
+        {
+            escaped = escaped "&gt;\\::"
+            i += 2
+        }
+        else
+            escaped = escaped (c in escapes ? escapes[c] : c)
     }
     return escaped
 }
@@ -328,7 +334,9 @@ function printDeclaration(    statement, last, remark, j, code, head)
     remark = documentationOf(statement, remark)
     match(lines[i], /^[ \t]*/)
     head = substr(lines[i], 1, RLENGTH)
-    print head (remark == "" ? "" : "/** " remark "*/ ") substr(lines[i], RLENGTH + 1)
+    code = substr(lines[i], RLENGTH + 1)
+    sub(/ requires [A-Za-z:]+$/, "", code) # Doxygen would take it for a member
+    print head (remark == "" ? "" : "/** " remark "*/ ") code
     track(codeOf(lines[i]))
 }
 

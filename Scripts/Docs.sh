@@ -24,11 +24,17 @@ publicHeaders()
 }
 
 version=$(sed -n 's/^project(Vellum VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+mapfile -t headers < <(publicHeaders)
 rm -rf Build/docs
 mkdir -p Build
-{
+complaints=$({
     cat Docs/Doxyfile
     echo "PROJECT_NUMBER = $version"
-    echo "INPUT = README.md CONTRIBUTING.md CHANGELOG.md" Docs/*.md $(publicHeaders)
-} | doxygen - 2>&1 | sort -u >Build/docs.log || true
-cat Build/docs.log
+    echo "INPUT = README.md CONTRIBUTING.md CHANGELOG.md" Docs/*.md "${headers[@]}"
+} | doxygen - 2>&1 | sort -u) || true # some come twice, and those of Scripts/DocComments.awk don't reach its status
+
+if [[ -n $complaints || ! -f Build/docs/index.html ]]; then
+    printf '%s\nDocs: the pages have faults.\n' "$complaints" >&2
+    exit 1
+fi
+echo "Docs: Build/docs/index.html"
