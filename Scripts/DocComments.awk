@@ -75,11 +75,13 @@ function escape(text,    parts, count, i, escaped)
     return escaped
 }
 
-# Ends the paragraph, the verbatim lines, or the list that is being gathered.
+# Ends the paragraph or the verbatim lines that are being gathered.
 function flush()
 {
     if (paragraph != "")
-        rendered = rendered (inItems ? "<li>" : "") escape(paragraph) NewLine
+        rendered = rendered (inItems ? "<li>" : afterEmptyLine ? "<p>" : "") escape(paragraph) NewLine
+    if (paragraph != "")
+        afterEmptyLine = 0
     paragraph = ""
     if (inVerbatim)
         rendered = rendered "@endverbatim" NewLine
@@ -94,6 +96,14 @@ function endItems()
     inItems = 0
 }
 
+# Ends what stands below a title.
+function endTitled()
+{
+    endItems()
+    if (inTitles)
+        rendered = rendered "@endparblock" NewLine
+}
+
 function renderLine(text,    indent, base)
 {
     match(text, /^ */)
@@ -101,9 +111,9 @@ function renderLine(text,    indent, base)
     base = inTitles ? 9 : 0
     if (text == "")
     {
-        endItems()
-        rendered = rendered NewLine
+        endTitled()
         inTitles = 0
+        afterEmptyLine = 1
     }
     else if (text ~ /^ [0-9]+\. /)
     {
@@ -129,10 +139,11 @@ function renderLine(text,    indent, base)
     }
     else if (indent == 0 && (inTitles || text ~ /^[A-Z][A-Za-z]+  +[^ ]/))
     {
-        endItems()
+        endTitled()
         inTitles = 1
+        afterEmptyLine = 0
         match(text, /^[^ ]+/)
-        rendered = rendered NewLine "@par " escape(substr(text, 1, RLENGTH)) NewLine
+        rendered = rendered "@par " escape(substr(text, 1, RLENGTH)) NewLine "@parblock" NewLine
         paragraph = trim(substr(text, RLENGTH + 1))
     }
     else
@@ -146,14 +157,14 @@ function renderLine(text,    indent, base)
 function render(from, to,    i, text)
 {
     rendered = ""
-    inTitles = 0
+    inTitles = afterEmptyLine = 0
     for (i = from; i <= to; ++i)
     {
         text = lines[i]
         sub(/^[ \t]*\/\/ ?/, "", text)
         renderLine(text)
     }
-    endItems()
+    endTitled()
     return rendered
 }
 
@@ -164,7 +175,7 @@ function renderRemark(text)
     return escape(toupper(substr(text, 1, 1)) substr(text, 2) (text ~ /[.!?]$/ ? "" : ".")) NewLine
 }
 
-function join(first, second) { return first (first != "" && second != "" ? NewLine : "") second }
+function join(first, second) { return first (first != "" && second != "" ? "<p>" : "") second }
 
 # ---- The code around it ---------------------------------------------------------------------------------------------
 
@@ -260,7 +271,7 @@ function functionNameOf(statement)
 function usualMember(statement,    name)
 {
     name = className[depth]
-    if (scope[depth] != "c" || statement ~ /= delete/)
+    if (scope[depth] != "c")
         return ""
     if (index(statement, name "(const " name "&") || index(statement, "operator=(const " name "&"))
         return "Copies the object." NewLine
@@ -270,10 +281,11 @@ function usualMember(statement,    name)
 }
 
 # The documentation of a declaration whose comment, if it has one, is `pending`.
-function documentationOf(statement, remark,    plain, name, kind, text)
+function documentationOf(statement, remark,    plain, name, kind, isRefused, text)
 {
     plain = bare(statement)
     name = functionNameOf(plain)
+    isRefused = plain ~ /= delete/ && (usualMember(plain) != "" || name != blockName)
     kind = scopeOf(plain) == "o" ? (name != "" ? "function" : "other") : "scope"
     text = pending
     if (text != "" && kind != "scope")
@@ -282,7 +294,9 @@ function documentationOf(statement, remark,    plain, name, kind, text)
         blockName = name
         blockKind = kind
     }
-    else if (text == "" && kind == blockKind && name !~ /^~/ && (plain !~ /= delete/ || name == blockName))
+    else if (text == "" && isRefused)
+        return ""
+    else if (text == "" && kind == blockKind && name !~ /^~/)
         text = block
     text = join(text, remark)
     pending = ""
@@ -383,6 +397,7 @@ BEGIN {
     escapes["@"] = "\\@"
     escapes["#"] = "\\#"
     escapes["%"] = "\\%"
+    escapes["\""] = "\\\"" # between plain quotes nothing is looked at, the escapes here neither
     scope[0] = "f"
 }
 
@@ -400,6 +415,9 @@ END {
         }
         else if (line == "")
         {
+            if (pending != "")
+                report(i - 1, "This comment belongs to nothing.")
+            pending = ""
             if (!isTaken[i])
                 block = ""
             print ""

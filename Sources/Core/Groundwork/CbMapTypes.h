@@ -9,7 +9,9 @@
 
 #include "Groundwork/CbTypeName.h"
 
-// The node of a CbMapEx, and how its keys are hashed and compared.
+// The node of a CbMapEx, and what a table needs to know of its keys: SKeyTraits tells the form in which they are looked
+// up, their hash and their equality, for each type that a key may have. The order of stored documents hangs on the
+// hashes.
 namespace CbMapTypes
 {
 
@@ -35,8 +37,6 @@ struct SAssociation
 inline constexpr std::uint64_t FnvBasis = 0xCBF29CE484222325u;
 inline constexpr std::uint64_t FnvPrime = 0x100000001B3u;
 
-// What a table needs to know of its keys: the form in which they are looked up, their hash and their equality. The
-// order of stored documents hangs on the hashes. There is one for each type that a key may have.
 template <class Key>
 struct SKeyTraits;
 
