@@ -56,10 +56,10 @@ function escapePlain(text,    i, c, escaped)
     for (i = 1; i <= length(text); ++i)
     {
         c = substr(text, i, 1)
-        if (substr(text, i, 3) == ">::") # no link into what stands before it
+        if (substr(text, i) ~ /^::[A-Za-z]/ && substr(text, i - 1, 1) !~ /[A-Za-z0-9_]/)
         {
-            escaped = escaped "&gt;\\::"
-            i += 2
+            escaped = escaped "::%" # what stands before it is no name, so there is nothing to link to
+            ++i
         }
         else
             escaped = escaped (c in escapes ? escapes[c] : c)

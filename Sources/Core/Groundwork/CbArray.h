@@ -75,8 +75,10 @@ public:
     T* GetEnd() noexcept { return dataEnd; }
     const T* GetEnd() const noexcept { return dataEnd; }
 
-    // How many elements there are, and how many the array can hold before it obtains memory.
+    // How many elements there are.
     std::uint32_t GetSize() const noexcept { return size; }
+
+    // How many elements the array can hold before it obtains memory.
     std::uint32_t GetCapacity() const noexcept { return capacity; }
 
     // The element at an index below GetSize, which isn't tested.
