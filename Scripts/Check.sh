@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What a change has to pass beside Scripts/Test.sh: format, layers, headers, clang's warnings, the build as a
-# static library, what is installed and exported, and the sanitizers.
+# What a change has to pass beside Scripts/Test.sh: format, layers, headers, the API pages, clang's warnings, the build
+# as a static library, what is installed and exported, and the sanitizers.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -26,6 +26,9 @@ statements() # without indentation, and without what only frames them
     sed 's/^ *//' | grep -vxE '[{}]?;?|int main\(\)|#include.*'
 }
 diff <(sed -n '/^```cpp$/,/^```$/p' README.md | grep -v '^```' | statements) <(statements <Examples/Readme.cpp)
+
+step "API pages"
+Scripts/Docs.sh
 
 step "Build with clang++"
 cmake --preset clang >/dev/null

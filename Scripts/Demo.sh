@@ -12,3 +12,6 @@ for example in Readme Countries MimeTypes Catalog; do
     printf '\n== %s\n\n' "$example"
     "Build/demo/Examples/$example"
 done
+
+printf '\n== %s\n\n' TextTool
+Build/demo/Examples/TextTool --to Build/demo/Texts Tests/Data/Texts/*.txt

@@ -4,6 +4,7 @@
 #   Scripts/Setup.sh                what building, testing and the examples need
 #   Scripts/Setup.sh --check        ... and what Scripts/Check.sh and Scripts/Fuzz.sh need: clang, clang-format
 #   Scripts/Setup.sh --benchmarks   ... and what the benchmarks are built with and compared to
+#   Scripts/Setup.sh --docs         ... and what Scripts/Docs.sh needs: doxygen
 set -euo pipefail
 
 packages=(g++ cmake ninja-build pkg-config libuchardet-dev libgtest-dev locales tzdata iso-codes shared-mime-info)
@@ -11,7 +12,8 @@ for option in "$@"; do
     case "$option" in
         --check) packages+=(clang clang-format libclang-rt-14-dev) ;;
         --benchmarks) packages+=(libbenchmark-dev libcereal-dev nlohmann-json3-dev libboost-serialization-dev libpugixml-dev) ;;
-        *) echo "Setup: unknown option $option (known: --check, --benchmarks)" >&2; exit 2 ;;
+        --docs) packages+=(doxygen) ;;
+        *) echo "Setup: unknown option $option (known: --check, --benchmarks, --docs)" >&2; exit 2 ;;
     esac
 done
 

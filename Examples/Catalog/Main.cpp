@@ -19,7 +19,6 @@
 #include "Compare.h"
 #include "CStopwatch.h"
 #include "Scan.h"
-#include "TextFiles.h"
 
 namespace
 {
@@ -80,11 +79,11 @@ CCatalogFolder ThroughText(const char* format, const CCatalogFolder& catalog, co
     const CStopwatch writing;
     std::ostringstream stream;
     Writer(stream).Write(catalog);
-    SaveText(path, stream.str());
+    Vellum::CTextFile().SetText(stream.str()).Write(path.wstring());
     const double writingTime = writing.GetMilliseconds();
 
     const CStopwatch reading;
-    const std::string text = LoadText(path);
+    const std::string text = Vellum::CTextFile().Read(path.wstring()).GetTextRaw();
     CCatalogFolder copy;
     Reader(text).Read(copy);
     Report(format, path, writingTime, reading.GetMilliseconds());
@@ -121,7 +120,7 @@ int Run(const SOptions& options)
         differences += Compare(catalog, *copy, std::cout);
     std::printf("%zu differences between the objects that were written and those that were read\n\n", differences);
     std::fflush(stdout);
-    const std::string json = LoadText(jsonFile);
+    const std::string json = Vellum::CTextFile().Read(jsonFile.wstring()).GetTextRaw();
     PrintLines(json, options.isFull ? json.size() : 30);
     return differences == 0 ? 0 : 1;
 }

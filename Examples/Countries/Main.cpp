@@ -13,7 +13,6 @@
 
 #include "CCountry.h"
 #include "CStopwatch.h"
-#include "TextFiles.h"
 
 namespace
 {
@@ -22,7 +21,7 @@ template <class Object>
 std::vector<Object> LoadList(const std::filesystem::path& path, const char* standard)
 {
     const CStopwatch reading;
-    const std::string text = LoadText(path);
+    const std::string text = Vellum::CTextFile().Read(path.wstring()).GetTextRaw();
     CIsoList<Object> file(standard);
     Vellum::CReaderJson(text).Read(file);
     std::printf("%5zu objects in %.1f ms from %s\n", file.list.items.size(), reading.GetMilliseconds(), path.c_str());

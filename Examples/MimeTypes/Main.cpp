@@ -13,7 +13,6 @@
 
 #include "CObjects.h"
 #include "CStopwatch.h"
-#include "TextFiles.h"
 
 namespace
 {
@@ -72,7 +71,7 @@ std::string WithoutDocumentType(std::string text)
 CMimeTypes LoadTypes(const std::filesystem::path& path)
 {
     const CStopwatch reading;
-    const std::string text = WithoutDocumentType(LoadText(path));
+    const std::string text = WithoutDocumentType(Vellum::CTextFile().Read(path.wstring()).GetTextRaw());
     const Vellum::CReaderXml reader(text);
     if (const Vellum::SXmlOutcome outcome = reader.Check(); !outcome.hasTree)
         throw std::runtime_error(path.string() + ", line " + std::to_string(outcome.line) + ": " + outcome.name);

@@ -108,7 +108,7 @@ TEST(CTextFile, MarksTellTheCodePage)
         {"\xFE\xFF", 1201},
         {"\0\0\xFE\xFF"s, 12001},
         {"\x84\x31\x95\x33", 54936},
-        {"+/", 20127}, // a guess, as the bytes have no mark
+        {"+/", VELLUM_DETECTOR ? 20127u : 0u}, // a guess, as the bytes have no mark
     };
     for (const auto& [bytes, codePage] : cases)
         EXPECT_EQ(Holding(bytes).GuessCodePage(), codePage) << Hex(bytes);
@@ -161,12 +161,12 @@ TEST(CTextFile, RealTextsAreDetectedAndDecoded)
         const std::string expected =
             ReadWhole(std::filesystem::path(VELLUM_TEXTS) / (language.string() + ".65001.txt"));
         const bool hasMark = codePage >= 1200 && codePage <= 12001 && codePage % 400 <= 1;
-        EXPECT_EQ(text.GuessCodePage(), codePage);
-        EXPECT_EQ(Utf16ToUtf8(text.GetText()), (hasMark ? "\xEF\xBB\xBF" : "") + expected);
+        EXPECT_EQ(text.GuessCodePage(), hasMark || VELLUM_DETECTOR ? codePage : 0);
+        EXPECT_EQ(Utf16ToUtf8(text.GetText(codePage)), (hasMark ? "\xEF\xBB\xBF" : "") + expected);
         ++count;
     }
     EXPECT_GE(count, 20);
-    EXPECT_EQ(Holding("plain text").GuessCodePage(), 20127u);
+    EXPECT_EQ(Holding("plain text").GuessCodePage(), VELLUM_DETECTOR ? 20127u : 0u);
 }
 
 TEST(CTextFile, ResourcesAreTexts)

@@ -13,6 +13,8 @@ namespace BinaryDecoding
 // Raises the CbExceptionStream of a value that isn't there.
 [[noreturn]] VELLUM_API void RaiseMissing();
 
+// Takes a number of any of the basic types, least significant byte first. Raises what ReadExact of the stream raises,
+// and so do all functions below.
 template <class Stream, class T>
 Stream& ReadNumber(Stream& stream, T& value)
 {
@@ -24,7 +26,7 @@ Stream& ReadNumber(Stream& stream, T& value)
     return stream;
 }
 
-// A byte that is no bool's is never looked at as one.
+// Takes a bool: any byte but 0 is true. A byte that is no bool's is never looked at as one.
 template <class Stream>
 Stream& ReadNumber(Stream& stream, bool& value)
 {
@@ -34,14 +36,13 @@ Stream& ReadNumber(Stream& stream, bool& value)
     return stream;
 }
 
-// Both return where the elements lie now.
+// Gives a text or an array the size, in elements. Both return where the elements lie now.
 template <class Char>
 Char* Resize(std::basic_string<Char>& text, std::size_t size)
 {
     text.resize(size);
     return text.data();
 }
-
 inline unsigned char* Resize(CbArray<unsigned char>& bytes, std::size_t size)
 {
     bytes.SetSize(size);
@@ -91,6 +92,7 @@ std::uint64_t ReadGrowing(Stream& stream, Content& content, std::uint64_t count)
     return arrived;
 }
 
+// Takes a narrow text: its length in bytes, 32 bits, and the bytes. Raises RaiseMissing's if there are fewer.
 template <class Stream>
 Stream& ReadText(Stream& stream, std::string& text)
 {
@@ -101,7 +103,8 @@ Stream& ReadText(Stream& stream, std::string& text)
     return stream;
 }
 
-// A length in the widest of the forms whose narrower ones are all filled with ones.
+// Takes the length of a wide text, in units, whose first byte is `first`: it is in the narrowest form that isn't filled
+// with ones.
 template <class Stream>
 std::uint64_t ReadWideLength(Stream& stream, std::uint8_t first)
 {
@@ -120,6 +123,8 @@ std::uint64_t ReadWideLength(Stream& stream, std::uint8_t first)
     return length;
 }
 
+// Takes a wide text, one UTF-16 unit to each element. Raises RaiseMissing's if its mark isn't there, or if there are
+// fewer units than its length says.
 template <class Stream>
 Stream& ReadText(Stream& stream, std::wstring& text)
 {

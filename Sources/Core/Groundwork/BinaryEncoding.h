@@ -17,10 +17,11 @@
 namespace BinaryEncoding
 {
 
+// The bytes of a T in memory.
 template <class T>
 using Image = std::array<unsigned char, sizeof(T)>;
 
-// The bytes of a number as they are stored.
+// The bytes of a number as they are stored, least significant first.
 template <class T>
 Image<T> ToImage(T value) noexcept
 {
@@ -30,6 +31,8 @@ Image<T> ToImage(T value) noexcept
     return image;
 }
 
+// Writes a number or bool of any of the basic types. Raises what Write of the stream raises, and so do all functions
+// below.
 template <class Stream, class T>
 Stream& WriteNumber(Stream& stream, T value)
 {
@@ -38,9 +41,11 @@ Stream& WriteNumber(Stream& stream, T value)
     return stream;
 }
 
-// Raises the CbExceptionStream of a length that has no encoding.
+// Raises the CbExceptionStream of a narrow text whose length has no encoding, "CbStreamWriteBinary::Write".
 [[noreturn]] VELLUM_API void RaiseTextTooLong();
 
+// Writes a zero-terminated narrow text: its length in bytes, 32 bits, and the bytes without the NUL. Raises
+// RaiseTextTooLong's for 4 GiB and more.
 template <class Stream>
 Stream& WriteText(Stream& stream, const char* text)
 {
@@ -52,6 +57,7 @@ Stream& WriteText(Stream& stream, const char* text)
     return stream;
 }
 
+// Writes the length of a wide text, in units, in the shortest form that holds it.
 template <class Stream>
 void WriteWideLength(Stream& stream, std::uint64_t length)
 {
@@ -76,9 +82,10 @@ void WriteWideLength(Stream& stream, std::uint64_t length)
     WriteNumber(stream, length);
 }
 
+// Whether an element of wide text stands for two UTF-16 units.
 constexpr bool NeedsPair(std::uint32_t codePoint) { return codePoint > 0xFFFF && codePoint <= 0x10FFFF; }
 
-// How many units the elements of a text become.
+// How many UTF-16 units the elements of a text become.
 inline std::uint64_t CountUnits(std::wstring_view text)
 {
     const auto pairs = std::count_if(text.begin(), text.end(),
@@ -86,6 +93,7 @@ inline std::uint64_t CountUnits(std::wstring_view text)
     return std::uint64_t{text.size()} + static_cast<std::uint64_t>(pairs);
 }
 
+// Writes the UTF-16 units of a text. An element beyond U+10FFFF becomes U+FFFD.
 template <class Stream>
 void WriteUnits(Stream& stream, std::wstring_view text)
 {
@@ -116,6 +124,7 @@ void WriteUnits(Stream& stream, std::wstring_view text)
         stream.Write(chunk.data(), used);
 }
 
+// Writes a zero-terminated wide text: its mark, its length in units, and the units without the NUL.
 template <class Stream>
 Stream& WriteText(Stream& stream, const wchar_t* text)
 {

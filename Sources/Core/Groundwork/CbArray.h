@@ -39,8 +39,11 @@ public:
         Reserve(other.size);
         Append(other.data, other.size);
     }
+
+    // The other array is empty afterwards and has no memory.
     CbArray(CbArray&& other) noexcept { swap(other); }
 
+    // Becomes a copy, made before the old elements go.
     CbArray& operator=(const CbArray& other)
     {
         CbArray(other).swap(*this);
@@ -72,15 +75,17 @@ public:
     T* GetEnd() noexcept { return dataEnd; }
     const T* GetEnd() const noexcept { return dataEnd; }
 
-    // In elements.
+    // How many elements there are.
     std::uint32_t GetSize() const noexcept { return size; }
+
+    // How many elements the array can hold before it obtains memory.
     std::uint32_t GetCapacity() const noexcept { return capacity; }
 
-    // Unchecked.
+    // The element at an index below GetSize, which isn't tested.
     T& operator[](std::size_t index) noexcept { return data[index]; }
     const T& operator[](std::size_t index) const noexcept { return data[index]; }
 
-    // Appends one element and returns it where it lies now.
+    // Appends one element and returns it where it lies now: good until the array grows.
     T& Add(const T& element) { return add(element); }
     T& Add(T&& element) { return add(std::move(element)); }
 
@@ -131,6 +136,7 @@ public:
     // How many elements Add and Append add to the capacity at a time; 0, as in a new array, doubles it.
     void SetGrowBy(std::uint32_t count) noexcept { growBy = count; }
 
+    // Exchanges the contents and what SetGrowBy has set. Elements stay where they are.
     void swap(CbArray& other) noexcept
     {
         std::swap(data, other.data);

@@ -23,7 +23,7 @@ public:
     // The present UTC time, to the millisecond.
     CbDateTime();
 
-    // All eight fields.
+    // Copies all eight fields.
     CbDateTime(const CbDateTime&) = default;
     CbDateTime& operator=(const CbDateTime& other)
     {
@@ -31,7 +31,7 @@ public:
         return *this;
     }
 
-    // The seven fields, through the getters; a new object has day of week 0, an assignment leaves it as it was.
+    // Copies the seven fields, through the getters; a new object has day of week 0, an assignment leaves it as it was.
     CbDateTime(const IDateTime& other);
     CbDateTime& operator=(const IDateTime& other) override;
 
@@ -47,7 +47,7 @@ public:
     explicit CbDateTime(const char* text);
     CbDateTime& operator=(const char* text);
 
-    // From a tick count; what is below a millisecond is dropped. A count with the top bit set, which no calendar
+    // The date of a tick count; what is below a millisecond is dropped. A count with the top bit set, which no calendar
     // reaches, gives 1601-01-01 00:00:00.000.
     explicit CbDateTime(std::uint64_t ticks);
 

@@ -17,6 +17,7 @@ template <class Exception>
 class CbExceptionBase : public IException
 {
 public:
+    // The operations of IException, the same for all exception classes.
     std::unique_ptr<IException> Clone() const override
     {
         return std::make_unique<Exception>(static_cast<const Exception&>(*this));
@@ -27,6 +28,7 @@ public:
     std::uint32_t GetThreadID() const override { return threadId; }
 
 protected:
+    // Copies the two texts and takes the number of the calling thread.
     CbExceptionBase(const char* file, std::uint32_t line, const char* function)
         : filename(file == nullptr ? "" : file),
           codeLine(line),

@@ -2,14 +2,16 @@
 
 #include "Groundwork/CbExceptionBase.h"
 
-// The exceptions of the foundation classes. Each is logged where it is raised, once, by its constructor, which takes
-// the source file, the line and the fully qualified name of the raising function. Copies are not logged.
+// The exceptions of the foundation classes. Each is logged where it is raised, once, by its constructor. Copies are not
+// logged.
 
 // A value that can't be converted: CbDateTime. Logged as "Exception on data conversion".
 class VELLUM_API CbExceptionConversion : public CbExceptionBase<CbExceptionConversion>
 {
 public:
+    // Source file, line and fully qualified name of the raising function. The texts are copied.
     CbExceptionConversion(const char* file, unsigned int line, const char* function);
+
     CbExceptionConversion(const CbExceptionConversion& other);
     CbExceptionConversion& operator=(const CbExceptionConversion& other);
     ~CbExceptionConversion() override;
@@ -19,7 +21,9 @@ public:
 class VELLUM_API CbExceptionContainer : public CbExceptionBase<CbExceptionContainer>
 {
 public:
+    // Source file, line and fully qualified name of the raising function. The texts are copied.
     CbExceptionContainer(const char* file, unsigned int line, const char* function);
+
     CbExceptionContainer(const CbExceptionContainer& other);
     CbExceptionContainer& operator=(const CbExceptionContainer& other);
     ~CbExceptionContainer() override;
@@ -29,7 +33,9 @@ public:
 class VELLUM_API CbExceptionWrongFileVersion : public CbExceptionBase<CbExceptionWrongFileVersion>
 {
 public:
+    // Source file, line and fully qualified name of the raising function. The texts are copied.
     CbExceptionWrongFileVersion(const char* file, unsigned int line, const char* function);
+
     CbExceptionWrongFileVersion(const CbExceptionWrongFileVersion& other);
     CbExceptionWrongFileVersion& operator=(const CbExceptionWrongFileVersion& other);
     ~CbExceptionWrongFileVersion() override;
@@ -40,7 +46,9 @@ public:
 class VELLUM_API CbExceptionStream : public CbExceptionBase<CbExceptionStream>
 {
 public:
+    // Source file, line and fully qualified name of the raising function. The texts are copied.
     CbExceptionStream(const char* file, unsigned int line, const char* function);
+
     CbExceptionStream(const CbExceptionStream& other);
     CbExceptionStream& operator=(const CbExceptionStream& other);
     ~CbExceptionStream() override;

@@ -44,29 +44,40 @@ class CbMapEx : public Policy<CbMapEx<Key, Value, Reserved, Hash, Equal, Policy>
     using Traits = CbMapTypes::SKeyTraits<Key>;
 
 public:
+    // A node: key, value and the way to the next. Owned by the table.
     using SAssociation = CbMapTypes::SAssociation<Key, Value>;
+
+    // The form in which keys are looked up: a number, or a view of a text.
     using KeyView = typename Traits::View;
 
+    // How many buckets a table has from the start if it isn't told.
     static constexpr std::uint32_t DefaultBucketCount = 128;
 
-    // The number of buckets is rounded down to a power of two. What a policy needs of its own comes behind it.
+    // An empty table. The number of buckets is rounded down to a power of two. What a policy needs of its own comes
+    // behind it.
     template <class... PolicyArguments>
     explicit CbMapEx(std::uint32_t initialBucketCount = DefaultBucketCount, PolicyArguments&&... arguments)
         : Base(std::forward<PolicyArguments>(arguments)...), bucketCount(RoundDown(initialBucketCount))
     {
     }
+
+    // Destroys keys and values. Their memory is the pool's.
     ~CbMapEx() { destroyNodes(); }
 
     CbMapEx(const CbMapEx&) = delete;
     CbMapEx& operator=(const CbMapEx&) = delete;
 
+    // How many nodes there are.
     std::uint32_t GetCount() const { return count; }
+
+    // A power of two. There are fewer than three quarters as many nodes, unless the table couldn't double.
     std::uint32_t GetBucketCount() const { return bucketCount; }
 
     // The first node in the order of iteration, null in an empty table. The others follow along `next`.
     SAssociation* GetFirst() const { return first; }
 
-    // Null when the key isn't there. Text keys may also be given as const char*, up to the first NUL.
+    // The node of a key, or null when the key isn't there. Text keys may also be given as const char*, up to the first
+    // NUL.
     SAssociation* Find(const KeyView& key) const
     {
         std::uint32_t steps = 0;

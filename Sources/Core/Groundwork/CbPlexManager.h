@@ -9,7 +9,7 @@
 
 #include "Groundwork/CbTypeName.h"
 
-// Raises CbExceptionContainer for a block of elements that can't be had.
+// Raises CbExceptionContainer, with that function name, for a block of elements that can't be had.
 [[noreturn]] VELLUM_API void CbRaiseOutOfElements(const char* functionName);
 
 // CbPlexManager: a pool of fixed-size elements, obtained in blocks of growing size. It constructs and destroys no
@@ -29,12 +29,14 @@ class CbPlexManager
 public:
     // The number of elements in the first block.
     explicit CbPlexManager(Size firstBlockSize = 128) noexcept : firstBlockSize(firstBlockSize) {}
+
+    // Frees all blocks. Elements that live in them are not destroyed.
     ~CbPlexManager() { freeBlocks(nullptr); }
 
     CbPlexManager(const CbPlexManager&) = delete;
     CbPlexManager& operator=(const CbPlexManager&) = delete;
 
-    // Uninitialised storage for one element.
+    // Uninitialised storage for one element, good for the life of the pool. Raises CbExceptionContainer.
     Element* getFreeElement()
     {
         if (freeList != nullptr)
@@ -50,7 +52,7 @@ public:
         return reinterpret_cast<Element*>(unused->slots[--unused->unusedCount].storage);
     }
 
-    // Takes back the storage of an element that its owner has destroyed: it is the next to be handed out.
+    // Takes back storage of this pool, whose element its owner has destroyed: it is the next to be handed out.
     void recycleElement(Element* element) noexcept
     {
         SSlot* const slot = reinterpret_cast<SSlot*>(element);
@@ -58,7 +60,7 @@ public:
         freeList = slot;
     }
 
-    // What getFreeElement reports when it fails.
+    // The function name that getFreeElement raises with.
     static constexpr const char* GetFunctionName() { return FunctionName.GetString(); }
 
     // Blocks counted so far, and the number of elements that the next one will hold.

@@ -17,6 +17,7 @@ class VELLUM_API CbStreamRead
 public:
     virtual ~CbStreamRead();
 
+    // Take one value from the stream, of the type of the argument.
     virtual CbStreamRead& Read(ATL::CStringT<wchar_t>& text) = 0;
     virtual CbStreamRead& Read(ATL::CStringT<char>& text) = 0;
     virtual CbStreamRead& Read(std::wstring& text) = 0;

@@ -17,6 +17,7 @@ class VELLUM_API CbStreamReadBinary : public CbStreamRead
 public:
     ~CbStreamReadBinary() override;
 
+    // Take one value from the stream, of the type of the argument. A bool is one byte, and any byte but 0 is true.
     CbStreamReadBinary& Read(ATL::CStringT<wchar_t>& text) override;
     CbStreamReadBinary& Read(ATL::CStringT<char>& text) override;
     CbStreamReadBinary& Read(std::wstring& text) override;
@@ -32,13 +33,13 @@ public:
     CbStreamReadBinary& Read(unsigned short& value) override;
     CbStreamReadBinary& Read(signed char& value) override;
     CbStreamReadBinary& Read(unsigned char& value) override;
-    CbStreamReadBinary& Read(bool& value) override; // any byte but 0 is true
+    CbStreamReadBinary& Read(bool& value) override;
 
     // Fills `count` bytes and returns how many were delivered: fewer than `count` only where the stream ends. `data`
-    // may be null when `count` is 0.
+    // may be null when `count` is 0. What it raises passes through all other operations.
     virtual std::uint64_t Read(void* data, std::size_t count) = 0;
 
-    // Fills `size` bytes or raises.
+    // Fills `size` bytes or raises CbExceptionStream, "CbStreamReadBinary::Read".
     void ReadExact(void* data, std::size_t size);
 
     // Replaces the array's content by the next `count` bytes, or by as many as there are, and returns their number.

@@ -10,7 +10,7 @@
 class VELLUM_API CbStreamReadBinaryBuffer final : public CbStreamReadBinary
 {
 public:
-    // `data` may be null when `size`, in bytes, is 0.
+    // Reads `size` bytes at `data`, which may be null when `size` is 0. They must stay valid and unchanged.
     CbStreamReadBinaryBuffer(const void* data, std::size_t size) noexcept
         : next(static_cast<const unsigned char*>(data)), left(size)
     {
@@ -40,6 +40,8 @@ public:
     CbStreamReadBinaryBuffer& Read(unsigned char& value) override { return readNumber(value); }
     CbStreamReadBinaryBuffer& Read(bool& value) override { return readNumber(value); }
 
+    // Copies `count` bytes, or as many as there are left, and returns their number. `data` may be null when `count` is
+    // 0.
     std::uint64_t Read(void* data, std::size_t count) override
     {
         const std::size_t delivered = std::min(count, left);
@@ -50,7 +52,7 @@ public:
         return delivered;
     }
 
-    // The base's, without a virtual call.
+    // The base's, without a virtual call: fills `size` bytes or raises CbExceptionStream, "CbStreamReadBinary::Read".
     void ReadExact(void* data, std::size_t size)
     {
         if (size > left) [[unlikely]]

@@ -50,7 +50,8 @@ public:
     CbStreamWriteBinary& Write(bool value) override;
     CbStreamWriteBinary& WriteVersion(unsigned int version) override;
 
-    // Appends `count` bytes as they are. With a count of 0 nothing is written and `data` may be null.
+    // Appends `count` bytes as they are and returns the stream. They are the caller's again when the call returns. With
+    // a count of 0 nothing is written and `data` may be null.
     virtual CbStreamWriteBinary& Write(const void* data, std::size_t count) = 0;
 
 protected:

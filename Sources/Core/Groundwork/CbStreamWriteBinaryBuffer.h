@@ -21,13 +21,14 @@ public:
     // Room for `capacity` bytes at the start. With 0 no memory is obtained before the first Write.
     explicit CbStreamWriteBinaryBuffer(std::uint32_t capacity) { bytes.Reserve(capacity); }
 
+    // A copy has the bytes written so far and goes on alone. A stream that was moved from is empty.
     CbStreamWriteBinaryBuffer(const CbStreamWriteBinaryBuffer&) = default;
     CbStreamWriteBinaryBuffer(CbStreamWriteBinaryBuffer&&) noexcept = default;
     CbStreamWriteBinaryBuffer& operator=(const CbStreamWriteBinaryBuffer&) = default;
     CbStreamWriteBinaryBuffer& operator=(CbStreamWriteBinaryBuffer&&) noexcept = default;
     ~CbStreamWriteBinaryBuffer() override;
 
-    // What has been written.
+    // What has been written, and its size in bytes. The data is null in a stream that has no memory.
     const CbArray<unsigned char>& GetBytes() const noexcept { return bytes; }
     const unsigned char* GetData() const noexcept { return bytes.GetData(); }
     std::uint32_t GetSize() const noexcept { return bytes.GetSize(); }
@@ -56,7 +57,7 @@ public:
     CbStreamWriteBinaryBuffer& Write(bool value) override { return writeNumber(value); }
     CbStreamWriteBinaryBuffer& WriteVersion(unsigned int version) override { return writeNumber(version); }
 
-    // `data` may lie in this stream as long as that holds less than 2 GiB.
+    // Appends `count` bytes. `data` may lie in this stream as long as that holds less than 2 GiB.
     CbStreamWriteBinaryBuffer& Write(const void* data, std::size_t count) override
     {
         if (count > bytes.GetCapacity() - bytes.GetSize()) [[unlikely]]

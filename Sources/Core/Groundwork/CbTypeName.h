@@ -17,18 +17,22 @@
 // front, arguments stand without blanks between them, and two closing brackets have one between them:
 // "class CbArray<class std::allocator<char> >".
 //
-// CbTypeName<T>::Value is the name of T. A class that wants its own name in there specializes the template.
+// A class that wants its own name in there specializes CbTypeName.
 
-// A text of fixed length that is made while compiling.
+// CbFixedText: a text of fixed length that is made while compiling.
 template <std::size_t Length>
 struct CbFixedText
 {
     std::array<char, Length + 1> characters{}; // with a terminating NUL
 
+    // Zero-terminated; lives as long as the object.
     constexpr const char* GetString() const { return characters.data(); }
+
+    // Whether the last character is ">".
     constexpr bool EndsWithBracket() const { return Length != 0 && characters[Length - 1] == '>'; }
 };
 
+// The text of a literal.
 template <std::size_t Size>
 constexpr CbFixedText<Size - 1> CbText(const char (&literal)[Size])
 {
@@ -37,6 +41,7 @@ constexpr CbFixedText<Size - 1> CbText(const char (&literal)[Size])
     return text;
 }
 
+// One text behind another.
 template <std::size_t Left, std::size_t Right>
 constexpr CbFixedText<Left + Right> operator+(const CbFixedText<Left>& left, const CbFixedText<Right>& right)
 {
@@ -45,22 +50,24 @@ constexpr CbFixedText<Left + Right> operator+(const CbFixedText<Left>& left, con
     std::copy_n(right.characters.begin(), Right, text.characters.begin() + Left);
     return text;
 }
-
 template <std::size_t Left, std::size_t Size>
 constexpr auto operator+(const CbFixedText<Left>& left, const char (&right)[Size])
 {
     return left + CbText(right);
 }
 
+// CbTypeName: the name of a type, "class" where no specialization tells it.
 template <class T>
 struct CbTypeName
 {
+    // The name, a CbFixedText.
     static constexpr auto Value = CbText("class");
 };
 
-// The argument 0 of the container templates.
+// CbZeroName: the argument 0 of the container templates.
 struct CbZeroName
 {
+    // The name, a CbFixedText.
     static constexpr auto Value = CbText("0");
 };
 

@@ -7,6 +7,7 @@
 //
 // Units    January is month 1, the first of a month is day 1, hours count from 0 to 23. Nothing is validated: a date
 //          may hold month 13, and each conversion tells what it makes of that.
+// Threads  Told by the class that implements it.
 class VELLUM_API IDateTime
 {
 public:
@@ -15,6 +16,7 @@ public:
     // Copies the seven fields through the source's getters and this object's setters.
     virtual IDateTime& operator=(const IDateTime& other);
 
+    // One field, as it was set.
     virtual unsigned short GetYear() const = 0;
     virtual unsigned short GetMonth() const = 0;
     virtual unsigned short GetDay() const = 0;
@@ -23,6 +25,7 @@ public:
     virtual unsigned short GetSecond() const = 0;
     virtual unsigned short GetMilliseconds() const = 0;
 
+    // Sets one field, and no other. Any value is taken.
     virtual void SetYear(unsigned short value) = 0;
     virtual void SetMonth(unsigned short value) = 0;
     virtual void SetDay(unsigned short value) = 0;

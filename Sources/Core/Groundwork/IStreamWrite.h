@@ -20,6 +20,7 @@ class VELLUM_API IStreamWrite
 public:
     virtual ~IStreamWrite();
 
+    // Write one value, of the type of the argument.
     virtual IStreamWrite& Write(const ATL::CStringT<wchar_t>& text) = 0;
     virtual IStreamWrite& Write(const ATL::CStringT<char>& text) = 0;
     virtual IStreamWrite& Write(const std::wstring& text) = 0;
@@ -43,7 +44,7 @@ public:
     virtual IStreamWrite& Write(unsigned char value) = 0;
     virtual IStreamWrite& Write(bool value) = 0;
 
-    // The version at the head of a document, for ReadAndCompareVersion of the reading stream.
+    // Writes the version at the head of a document, for ReadAndCompareVersion of the reading stream.
     virtual IStreamWrite& WriteVersion(unsigned int version) = 0;
 
     // Any other pointer would silently become a bool.

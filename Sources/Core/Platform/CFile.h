@@ -16,7 +16,10 @@
 class CFile
 {
 public:
+    // No file.
     CFile() noexcept = default;
+
+    // The file passes over; the other object has none afterwards. A file that this object had open before is closed.
     CFile(CFile&& other) noexcept;
     CFile& operator=(CFile&& other) noexcept;
     ~CFile();
@@ -29,6 +32,7 @@ public:
     // the file it stays as it was. A file that this object had open before is closed.
     bool OpenForWriting(const std::wstring& name);
 
+    // Whether the object has a file.
     bool IsOpen() const noexcept { return handle != NoHandle; }
 
     // In bytes; nothing if the system doesn't tell.

@@ -3,11 +3,11 @@
 #include <cstddef>
 #include <string>
 
+// The text object of the binary string table and of dates.
 namespace ATL
 {
 
-// CStringT: the text object of the binary string table and of dates. A standard text, with the few operations that the
-// library needs beside it.
+// CStringT: a standard text, with the few operations that the library needs beside it.
 template <class Char>
 class CStringT : public std::basic_string<Char>
 {
@@ -15,6 +15,7 @@ public:
     using std::basic_string<Char>::basic_string;
     CStringT() = default;
 
+    // Zero-terminated; good until the text is changed.
     const Char* GetString() const { return this->c_str(); }
 
     // The first or last `count` characters; the whole text if it has no more than that.

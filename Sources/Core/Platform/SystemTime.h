@@ -11,14 +11,14 @@
 // Eight 16-bit fields without a time zone. January is month 1, Sunday is day of week 0.
 struct SSystemTime
 {
-    std::uint16_t year;
-    std::uint16_t month;
-    std::uint16_t dayOfWeek;
-    std::uint16_t day;
-    std::uint16_t hour;
-    std::uint16_t minute;
-    std::uint16_t second;
-    std::uint16_t milliseconds;
+    std::uint16_t year;         // in full
+    std::uint16_t month;        // 1 to 12
+    std::uint16_t dayOfWeek;    // 0 to 6
+    std::uint16_t day;          // of the month, from 1
+    std::uint16_t hour;         // 0 to 23
+    std::uint16_t minute;       // 0 to 59
+    std::uint16_t second;       // 0 to 59
+    std::uint16_t milliseconds; // 0 to 999
 };
 
 // The present UTC time, all eight fields.

@@ -14,11 +14,12 @@ struct SEntry
 {
     const wchar_t* source; // name of the log source that made the entry
     const char* file;      // source file, as the build names it
-    int line;
-    const char* function; // fully qualified name of the raising function
-    const wchar_t* text;
+    int line;              // in that file
+    const char* function;  // fully qualified name of the raising function
+    const wchar_t* text;   // one sentence
 };
 
+// What takes entries.
 using Sink = std::function<void(const SEntry&)>;
 
 // Hands all later entries to the sink, in place of the one line per entry on standard error. A sink that does nothing

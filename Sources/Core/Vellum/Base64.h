@@ -20,7 +20,7 @@ namespace Vellum::Base64
 // bytes and when memory for the text can't be had.
 VELLUM_API std::string Encode(const void* data, std::size_t size, bool lineBreaks);
 
-// The text of the bytes of `data`, NUL bytes included.
+// The same for the bytes of `data`, NUL bytes included.
 VELLUM_API std::string Encode(const std::string& data, bool lineBreaks);
 
 // How many bytes Decode stores for a zero-terminated text: three quarters of its characters up to the first byte that

@@ -38,6 +38,7 @@ class CBinaryTree;
 class VELLUM_API CReaderBinary : public IReader
 {
 public:
+    // Reads one document from the stream's present place. The stream is the client's.
     explicit CReaderBinary(CbStreamReadBinary& stream);
     ~CReaderBinary() override;
     CReaderBinary(const CReaderBinary&) = delete;

@@ -31,10 +31,10 @@ namespace Vellum
 class VELLUM_API CReaderJson : public IReader
 {
 public:
-    // A zero-terminated text.
+    // Reads a zero-terminated text, which stays the client's.
     explicit CReaderJson(const char* text);
 
-    // Up to the string's first NUL. The string must neither change nor die before Read has returned.
+    // Reads up to the string's first NUL. The string must neither change nor die before Read has returned.
     explicit CReaderJson(const std::string& text);
 
     // Both read the same text.
@@ -42,7 +42,8 @@ public:
     CReaderJson& operator=(const CReaderJson& other);
     ~CReaderJson() override;
 
-    // The empty text is an empty sequence, and the text "null" an empty object.
+    // Parses the text and calls the root's Read once. May be repeated, with equal results. The empty text is an empty
+    // sequence, and the text "null" an empty object.
     void Read(ISerializableContainer& root) const override;
     void Read(ISerializable& root) const override;
 

@@ -34,10 +34,10 @@ namespace Vellum
 class VELLUM_API CReaderXml : public IReader
 {
 public:
-    // A zero-terminated text; null reads like the empty one.
+    // Reads a zero-terminated text, which stays the client's; null reads like the empty one.
     explicit CReaderXml(const char* text);
 
-    // Up to the string's first NUL. The string must neither change nor die before Read has returned.
+    // Reads up to the string's first NUL. The string must neither change nor die before Read has returned.
     explicit CReaderXml(const std::string& text);
 
     // Both read the same text.
@@ -45,10 +45,12 @@ public:
     CReaderXml& operator=(const CReaderXml& other);
     ~CReaderXml() override;
 
+    // Parses the text and calls the root's Read once, also where there is nothing to be found. May be repeated, with
+    // equal results.
     void Read(ISerializableContainer& root) const override;
     void Read(ISerializable& root) const override;
 
-    // Parses the text, for those who want to know why Read finds nothing, or less than it should.
+    // Parses the text and calls nobody, for those who want to know why Read finds nothing, or less than it should.
     SXmlOutcome Check() const;
 
 private:

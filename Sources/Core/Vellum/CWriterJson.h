@@ -40,6 +40,7 @@ public:
     // than 100. True from construction; takes effect at the next Write.
     void SetShowPoint(bool value);
 
+    // Append one document, whose root's Write is called once. Raises CException, "Vellum::CWriterJson::Write".
     void Write(const ISerializableContainer& root) override;
     void Write(const ISerializable& root) override;
 

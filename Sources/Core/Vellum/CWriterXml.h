@@ -39,6 +39,7 @@ public:
     CWriterXml(const CWriterXml& other);
     ~CWriterXml() override;
 
+    // Append one document, whose root's Write is called once. Raises CException, "Vellum::CWriterXml::Write".
     void Write(const ISerializableContainer& root) override;
     void Write(const ISerializable& root) override;
 

@@ -20,16 +20,19 @@
 namespace Vellum::Encodings
 {
 
+// The wide text of the bytes of a code page.
 VELLUM_API std::wstring FromCodePage(const char* text, unsigned int codePage);
 VELLUM_API std::wstring FromCodePage(const std::string& text, unsigned int codePage);
 
+// The bytes of a wide text in a code page.
 VELLUM_API std::string ToCodePage(const wchar_t* text, unsigned int codePage);
 VELLUM_API std::string ToCodePage(const std::wstring& text, unsigned int codePage);
 
-// Code page 65001.
+// The wide text of UTF-8, code page 65001.
 VELLUM_API std::wstring FromUTF8(const char* text);
 VELLUM_API std::wstring FromUTF8(const std::string& text);
 
+// The UTF-8 of a wide text.
 VELLUM_API std::string ToUTF8(const wchar_t* text);
 VELLUM_API std::string ToUTF8(const std::wstring& text);
 

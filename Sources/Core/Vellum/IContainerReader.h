@@ -24,7 +24,8 @@ class VELLUM_API IContainerReader
 public:
     virtual ~IContainerReader();
 
-    // The blob at an index. The bytes live as long as the reader.
+    // The blob at an index, or two null pointers if there is none or an empty one. The bytes live as long as the
+    // reader.
     virtual BlobRange GetBlob(std::uint32_t index) = 0;
 
     // Read the element at an index into the argument and return true. A nested object's or sequence's own Read is

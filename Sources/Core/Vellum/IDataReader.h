@@ -25,7 +25,8 @@ class ISerializableContainer;
 // Kinds    Binary is strict: a value written as one kind is found by the Read of that kind alone. JSON and XML hold
 //          texts and convert them to what is asked for; a conversion that fails raises CException or, for a date,
 //          CbExceptionConversion.
-// Texts    Wide text is UTF-16 code units, one for each element whatever the width of wchar_t.
+// Texts    Wide text is UTF-16 code units, one for each element whatever the width of wchar_t. Keys are never null.
+// Threads  As long as its client's Read runs, a reader belongs to the thread that Read was called on.
 class VELLUM_API IDataReader
 {
 public:
@@ -38,7 +39,8 @@ public:
     // in which the fields were written.
     virtual const char* GetKey(std::uint32_t index) const = 0;
 
-    // The blob of a key. The bytes live as long as the reader; the text formats decode them on the first request.
+    // The blob of a key, or two null pointers if there is none or an empty one. The bytes live as long as the reader;
+    // the text formats decode them on the first request.
     virtual BlobRange GetBlob(const char* key) = 0;
 
     // Read the field of a key into the argument and return true. A nested object's or sequence's own Read is called
