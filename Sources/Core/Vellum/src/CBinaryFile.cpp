@@ -15,23 +15,35 @@ namespace Vellum
 namespace
 {
 
+// What the two containers differ in: the name of a failure's function, and how `Make` makes `count` zero bytes.
 template <class T>
-struct SNames;
+struct SContainer;
 
 template <>
-struct SNames<CbArray<unsigned char>>
+struct SContainer<CbArray<unsigned char>>
 {
     static constexpr const char* Read = "Vellum::CBinaryFile<class CbArray<unsigned char> >::Read";
     static constexpr const char* Write = "Vellum::CBinaryFile<class CbArray<unsigned char> >::Write";
+
+    static CbArray<unsigned char> Make(unsigned int count) { return CbArray<unsigned char>(count); }
 };
 
 template <>
-struct SNames<std::vector<unsigned char>>
+struct SContainer<std::vector<unsigned char>>
 {
     static constexpr const char* Read =
         "Vellum::CBinaryFile<class std::vector<unsigned char,class std::allocator<unsigned char> > >::Read";
     static constexpr const char* Write =
         "Vellum::CBinaryFile<class std::vector<unsigned char,class std::allocator<unsigned char> > >::Write";
+
+    // With room for the zero byte that CTextFile puts behind a text, which would otherwise cost a copy of all of it.
+    static std::vector<unsigned char> Make(unsigned int count)
+    {
+        std::vector<unsigned char> data;
+        data.reserve(std::size_t{count} + 1);
+        data.resize(count);
+        return data;
+    }
 };
 
 const unsigned char* GetBytes(const CbArray<unsigned char>& data) { return data.GetData(); }
@@ -65,7 +77,7 @@ T CBinaryFile<T>::Read(const wchar_t* fileName)
 {
     const std::optional<std::uint64_t> size = FindSize(ToName(fileName));
     if (!size || *size > std::numeric_limits<std::uint32_t>::max())
-        throw CException(__FILE__, __LINE__, SNames<T>::Read);
+        throw CException(__FILE__, __LINE__, SContainer<T>::Read);
     return Read(fileName, static_cast<unsigned int>(*size));
 }
 
@@ -80,10 +92,10 @@ T CBinaryFile<T>::Read(const wchar_t* fileName, unsigned int count)
 {
     CFile file;
     if (!file.OpenForReading(ToName(fileName)))
-        throw CException(__FILE__, __LINE__, SNames<T>::Read);
-    T data(count); // zero, as both containers make it
+        throw CException(__FILE__, __LINE__, SContainer<T>::Read);
+    T data = SContainer<T>::Make(count);
     if (file.Read(GetBytes(data), count) != count)
-        throw CException(__FILE__, __LINE__, SNames<T>::Read);
+        throw CException(__FILE__, __LINE__, SContainer<T>::Read);
     return data;
 }
 
@@ -109,13 +121,13 @@ template <BinaryFileData T>
 void CBinaryFile<T>::Write(const wchar_t* fileName, const T& data, std::size_t size)
 {
     if (size > GetSize(data))
-        throw CException(__FILE__, __LINE__, SNames<T>::Write);
+        throw CException(__FILE__, __LINE__, SContainer<T>::Write);
     const std::wstring name = ToName(fileName);
     CreateFolderOf(name);
     CFile file;
     const bool written = file.OpenForWriting(name) && file.Write(GetBytes(data), size);
     if (!written || !file.Close()) // some file systems tell only then that they had no room
-        throw CException(__FILE__, __LINE__, SNames<T>::Write);
+        throw CException(__FILE__, __LINE__, SContainer<T>::Write);
 }
 
 template <BinaryFileData T>
