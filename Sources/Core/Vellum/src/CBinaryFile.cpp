@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <limits>
 #include <optional>
+#include <ranges>
 
 #include "Platform/CFile.h"
 #include "Platform/FilePath.h"
@@ -46,14 +47,6 @@ struct SContainer<std::vector<unsigned char>>
     }
 };
 
-const unsigned char* GetBytes(const CbArray<unsigned char>& data) { return data.GetData(); }
-const unsigned char* GetBytes(const std::vector<unsigned char>& data) { return data.data(); }
-unsigned char* GetBytes(CbArray<unsigned char>& data) { return data.GetData(); }
-unsigned char* GetBytes(std::vector<unsigned char>& data) { return data.data(); }
-
-std::size_t GetSize(const CbArray<unsigned char>& data) { return data.GetSize(); }
-std::size_t GetSize(const std::vector<unsigned char>& data) { return data.size(); }
-
 std::wstring ToName(const wchar_t* fileName) { return fileName == nullptr ? std::wstring() : fileName; }
 
 // Nothing if the file can't be opened or tells no size.
@@ -94,7 +87,7 @@ T CBinaryFile<T>::Read(const wchar_t* fileName, unsigned int count)
     if (!file.OpenForReading(ToName(fileName)))
         throw CException(__FILE__, __LINE__, SContainer<T>::Read);
     T data = SContainer<T>::Make(count);
-    if (file.Read(GetBytes(data), count) != count)
+    if (file.Read(std::ranges::data(data), count) != count)
         throw CException(__FILE__, __LINE__, SContainer<T>::Read);
     return data;
 }
@@ -108,24 +101,24 @@ T CBinaryFile<T>::Read(const std::wstring& fileName, unsigned int count)
 template <BinaryFileData T>
 void CBinaryFile<T>::Write(const wchar_t* fileName, const T& data)
 {
-    Write(fileName, data, GetSize(data));
+    Write(fileName, data, std::ranges::size(data));
 }
 
 template <BinaryFileData T>
 void CBinaryFile<T>::Write(const std::wstring& fileName, const T& data)
 {
-    Write(fileName.c_str(), data, GetSize(data));
+    Write(fileName.c_str(), data, std::ranges::size(data));
 }
 
 template <BinaryFileData T>
 void CBinaryFile<T>::Write(const wchar_t* fileName, const T& data, std::size_t size)
 {
-    if (size > GetSize(data))
+    if (size > std::ranges::size(data))
         throw CException(__FILE__, __LINE__, SContainer<T>::Write);
     const std::wstring name = ToName(fileName);
     CreateFolderOf(name);
     CFile file;
-    const bool written = file.OpenForWriting(name) && file.Write(GetBytes(data), size);
+    const bool written = file.OpenForWriting(name) && file.Write(std::ranges::data(data), size);
     if (!written || !file.Close()) // some file systems tell only then that they had no room
         throw CException(__FILE__, __LINE__, SContainer<T>::Write);
 }
