@@ -100,15 +100,18 @@ TEST(Module, StoresDocumentsInFiles)
     EXPECT_EQ(read, written);
 }
 
-TEST(Module, MovesWholeFilesInBothContainers)
+TEST(Module, KeepsBytesAndTextsInFiles)
 {
-    const std::wstring name = (std::filesystem::path(testing::TempDir()) / "VellumApiTest.bytes").wstring();
-    const std::vector<unsigned char> bytes = {0, 1, 255};
-    Vellum::CBinaryFile<std::vector<unsigned char>>::Write(name, bytes);
-    const CbArray<unsigned char> read = Vellum::CBinaryFile<CbArray<unsigned char>>::Read(name);
-    Vellum::CBinaryFile<CbArray<unsigned char>>::Write(name, read);
-    EXPECT_EQ(Vellum::CBinaryFile<std::vector<unsigned char>>::Read(name), bytes);
-    std::filesystem::remove(name);
+    const auto path = std::filesystem::path(testing::TempDir()) / "VellumApiTest.txt";
+    const std::string umlaut = "\xC3\xA4";
+    Vellum::CTextFile().SetText(L"\u00E4").Write(path.wstring());
+    const auto bytes = Vellum::CBinaryFile<std::vector<unsigned char>>::Read(path.wstring());
+    const auto array = Vellum::CBinaryFile<CbArray<unsigned char>>::Read(path.wstring(), 2);
+    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), umlaut);
+    EXPECT_EQ(std::string(array.begin(), array.end()), umlaut);
+    Vellum::CBinaryFile<CbArray<unsigned char>>::Write(path.wstring(), array, 2);
+    EXPECT_EQ(Vellum::CTextFile().Read(path.wstring()).GetText(65001), L"\u00E4");
+    std::filesystem::remove(path);
 }
 
 TEST(Module, ExportsItsUtilities)

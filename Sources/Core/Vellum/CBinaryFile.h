@@ -27,7 +27,7 @@ concept BinaryFileData = std::same_as<T, CbArray<unsigned char>> || std::same_as
 //          "...::Write". std::bad_alloc if the container can't be had. No file stays open.
 // Threads  Any thread; there is no state.
 template <BinaryFileData T>
-class VELLUM_API CBinaryFile
+class CBinaryFile
 {
 public:
     // The whole file. Fails if it can't be opened, can't be read, or has 4 GiB or more; nothing is allocated then. A
@@ -48,5 +48,8 @@ public:
     static void Write(const wchar_t* fileName, const T& data, std::size_t size);
     static void Write(const std::wstring& fileName, const T& data, std::size_t size);
 };
+
+extern template class VELLUM_API CBinaryFile<CbArray<unsigned char>>;
+extern template class VELLUM_API CBinaryFile<std::vector<unsigned char>>;
 
 } // namespace Vellum

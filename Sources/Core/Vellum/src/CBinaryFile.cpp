@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <limits>
 #include <optional>
+#include <ranges>
 
 #include "Platform/CFile.h"
 #include "Platform/FilePath.h"
@@ -15,32 +16,36 @@ namespace Vellum
 namespace
 {
 
+// What the two containers differ in: the name of a failure's function, and how `Make` makes `count` zero bytes.
 template <class T>
-struct SNames;
+struct SContainer;
 
 template <>
-struct SNames<CbArray<unsigned char>>
+struct SContainer<CbArray<unsigned char>>
 {
     static constexpr const char* Read = "Vellum::CBinaryFile<class CbArray<unsigned char> >::Read";
     static constexpr const char* Write = "Vellum::CBinaryFile<class CbArray<unsigned char> >::Write";
+
+    static CbArray<unsigned char> Make(unsigned int count) { return CbArray<unsigned char>(count); }
 };
 
 template <>
-struct SNames<std::vector<unsigned char>>
+struct SContainer<std::vector<unsigned char>>
 {
     static constexpr const char* Read =
         "Vellum::CBinaryFile<class std::vector<unsigned char,class std::allocator<unsigned char> > >::Read";
     static constexpr const char* Write =
         "Vellum::CBinaryFile<class std::vector<unsigned char,class std::allocator<unsigned char> > >::Write";
+
+    // With room for the zero byte that CTextFile puts behind a text, which would otherwise cost a copy of all of it.
+    static std::vector<unsigned char> Make(unsigned int count)
+    {
+        std::vector<unsigned char> data;
+        data.reserve(std::size_t{count} + 1);
+        data.resize(count);
+        return data;
+    }
 };
-
-const unsigned char* GetBytes(const CbArray<unsigned char>& data) { return data.GetData(); }
-const unsigned char* GetBytes(const std::vector<unsigned char>& data) { return data.data(); }
-unsigned char* GetBytes(CbArray<unsigned char>& data) { return data.GetData(); }
-unsigned char* GetBytes(std::vector<unsigned char>& data) { return data.data(); }
-
-std::size_t GetSize(const CbArray<unsigned char>& data) { return data.GetSize(); }
-std::size_t GetSize(const std::vector<unsigned char>& data) { return data.size(); }
 
 std::wstring ToName(const wchar_t* fileName) { return fileName == nullptr ? std::wstring() : fileName; }
 
@@ -65,7 +70,7 @@ T CBinaryFile<T>::Read(const wchar_t* fileName)
 {
     const std::optional<std::uint64_t> size = FindSize(ToName(fileName));
     if (!size || *size > std::numeric_limits<std::uint32_t>::max())
-        throw CException(__FILE__, __LINE__, SNames<T>::Read);
+        throw CException(__FILE__, __LINE__, SContainer<T>::Read);
     return Read(fileName, static_cast<unsigned int>(*size));
 }
 
@@ -80,10 +85,10 @@ T CBinaryFile<T>::Read(const wchar_t* fileName, unsigned int count)
 {
     CFile file;
     if (!file.OpenForReading(ToName(fileName)))
-        throw CException(__FILE__, __LINE__, SNames<T>::Read);
-    T data(count); // zero, as both containers make it
-    if (file.Read(GetBytes(data), count) != count)
-        throw CException(__FILE__, __LINE__, SNames<T>::Read);
+        throw CException(__FILE__, __LINE__, SContainer<T>::Read);
+    T data = SContainer<T>::Make(count);
+    if (file.Read(std::ranges::data(data), count) != count)
+        throw CException(__FILE__, __LINE__, SContainer<T>::Read);
     return data;
 }
 
@@ -96,26 +101,26 @@ T CBinaryFile<T>::Read(const std::wstring& fileName, unsigned int count)
 template <BinaryFileData T>
 void CBinaryFile<T>::Write(const wchar_t* fileName, const T& data)
 {
-    Write(fileName, data, GetSize(data));
+    Write(fileName, data, std::ranges::size(data));
 }
 
 template <BinaryFileData T>
 void CBinaryFile<T>::Write(const std::wstring& fileName, const T& data)
 {
-    Write(fileName.c_str(), data, GetSize(data));
+    Write(fileName.c_str(), data, std::ranges::size(data));
 }
 
 template <BinaryFileData T>
 void CBinaryFile<T>::Write(const wchar_t* fileName, const T& data, std::size_t size)
 {
-    if (size > GetSize(data))
-        throw CException(__FILE__, __LINE__, SNames<T>::Write);
+    if (size > std::ranges::size(data))
+        throw CException(__FILE__, __LINE__, SContainer<T>::Write);
     const std::wstring name = ToName(fileName);
     CreateFolderOf(name);
     CFile file;
-    const bool written = file.OpenForWriting(name) && file.Write(GetBytes(data), size);
+    const bool written = file.OpenForWriting(name) && file.Write(std::ranges::data(data), size);
     if (!written || !file.Close()) // some file systems tell only then that they had no room
-        throw CException(__FILE__, __LINE__, SNames<T>::Write);
+        throw CException(__FILE__, __LINE__, SContainer<T>::Write);
 }
 
 template <BinaryFileData T>
@@ -124,7 +129,7 @@ void CBinaryFile<T>::Write(const std::wstring& fileName, const T& data, std::siz
     Write(fileName.c_str(), data, size);
 }
 
-template class VELLUM_API CBinaryFile<CbArray<unsigned char>>;
-template class VELLUM_API CBinaryFile<std::vector<unsigned char>>;
+template class CBinaryFile<CbArray<unsigned char>>;
+template class CBinaryFile<std::vector<unsigned char>>;
 
 } // namespace Vellum
