@@ -7,13 +7,13 @@ set -euo pipefail
 library=$1
 headers=$2
 
-# Qualified names, one a line: a class, or a function with "(" behind it. clang-format sees to it that a namespace,
-# its end and a mark begin a line, and that the end says what it is.
+# Qualified names, one a line: a class, or a function with "(" behind it; no template arguments. clang-format sees to it
+# that a namespace, its end and a mark begin a line, and that the end says what it is.
 marked=$(find "$headers" -name '*.h' -not -path '*/src/*' -not -name Export.h -exec cat {} + | awk '
     /^namespace /       { scope = $2 "::" }
     /^} \/\/ namespace / { scope = "" }
     /^ *(\[\[noreturn\]\] )?VELLUM_API / { sub(/\(.*/, "("); sub(/.*[ &*]/, ""); print scope $0 }
-    /^(class|struct) VELLUM_API /        { print scope $3 }
+    /^(extern template )?(class|struct) VELLUM_API / { sub(/.*VELLUM_API /, ""); sub(/[ <;].*/, ""); print scope $0 }
 ' | sort -u)
 
 # What a symbol is a part of: its name without "vtable for", return type, template arguments and arguments.
