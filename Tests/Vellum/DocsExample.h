@@ -34,7 +34,7 @@ inline std::string BinaryExample()
     std::istringstream lines(CodeBlock("BinaryFormat.md", "  0  "));
     for (std::string line; std::getline(lines, line);)
     {
-        const auto isHex = [](unsigned char character) { return std::isxdigit(character) != 0; };
+        const auto isHex = [](char character) { return std::isxdigit(static_cast<unsigned char>(character)) != 0; };
         EXPECT_TRUE(!isHex(line[2]) || std::stoul(line) == bytes.size()) << line;
         std::istringstream words(line.substr(3));
         for (std::string word; words >> word && word.size() == 2 && isHex(word[0]) && isHex(word[1]);)

@@ -16,8 +16,8 @@ namespace Vellum
 // Bytes    Two documents of equal calls are equal byte for byte, on every system.
 // Repeats  A key written twice in one kind has the later value. Under two kinds it is two fields.
 // Texts    End at their first NUL.
-// Limits   Blobs, texts, keys and the bytes of one sequence fit 32 bits, nearly; Docs/Limits.md has the numbers. Depth
-//          is limited by the stack alone; readers follow 1024 levels.
+// Limits   A blob, the bytes of a text, a count and the bytes of one sequence fit 32 bits. Depth is limited by
+//          the stack alone; readers follow 1024 levels.
 // Errors   CException "Vellum::CContainerWriterBinary::write" for an element of kind bool to date, and
 //          "Vellum::CContainerWriterBinary::Write" for a blob, object or sequence, that isn't of the kind of the
 //          sequence's first element. CException "Vellum::CDataWriterBinary::Write" or
