@@ -35,9 +35,10 @@ const std::string Sequence = "00 00 00 00 11 00 00 00 00";                      
 
 std::string Repeat(std::string_view hex, int count)
 {
+    const std::string piece = Bytes(hex);
     std::string bytes;
     for (; count > 0; --count)
-        bytes += Bytes(hex);
+        bytes += piece;
     return bytes;
 }
 
@@ -102,6 +103,7 @@ TEST(CReaderBinary, RefusesWhatNoWriterMakes)
           OneKey + "01 0F 01 00 00 00 00 00 00 00 FF FF FF FF 01 02"}},
         {"Vellum::CContainerReader::Read",
          {Sequence + "12 01 00 00 00", Sequence + "0F 01 00 00 00 FF FF FF FF 01",
+          Sequence + "0B 00 00 00 20", // doubles of 4 GiB
           Sequence + "10 01 00 00 00 01 07 00 00 00", Sequence + "10 02 00 00 00 00 07 00 00 00"}},
     };
     for (const auto& [function, documents] : refused)
@@ -214,13 +216,30 @@ TEST(CReaderBinary, TrustsNoCount)
     for (const std::string& document :
          {"00 00 00 00 10 FF FF FF FF 01 00 00 00 61 00 00 00 00"s, "00 00 00 00 10 FF FF FF FF FF FF FF FF"s,
           OneKey + "01 07 FF FF FF FF", OneKey + "01 0F 01 00 00 00 00 00 00 00 FF FF FF FF",
-          Sequence + "0B FF FF FF FF", Sequence + "0C FF FF FF FF",
+          Sequence + "0B FF FF FF 1F", Sequence + "0C FF FF FF FF",
           Sequence + "0D FF FF FF FF FF FE FF FF FF FF FF FF FF FF", Sequence + "10 FF FF FF FF 00",
           Sequence + "11 FF FF FF FF"})
     {
         const CAllocationCounter counter;
         EXPECT_THROW(ReadBinary(Bytes(document), CFields()), IException) << document;
         EXPECT_LT(counter.GetBytes(), 1u << 21) << document;
+    }
+}
+
+// What costs most for its length: strings, fields and elements without content.
+TEST(CReaderBinary, MemoryStaysInProportionToTheDocument)
+{
+    const std::string many = "A0 86 01 00";
+    for (const std::string& document :
+         {Bytes("00 00 00 00 10" + many) + Repeat("00 00 00 00 00 00 00 00", 100000) + Bytes("00"),
+          Bytes(OneKey + "01 00" + many) + Repeat("00 00 00 00 01", 100000),
+          Bytes(Sequence + "0C" + many) + Repeat("00 00 00 00", 100000),
+          Bytes(Sequence + "11" + many) + Repeat("00 00 00 00 00", 100000)})
+    {
+        CbStreamReadBinaryBuffer stream(document.data(), document.size());
+        const CAllocationCounter counter;
+        const Vellum::CReaderBinary reader(stream);
+        EXPECT_LT(counter.GetBytes(), 32 * document.size()) << Hex(document.substr(0, 24));
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "Vellum/src/SJsonElement.h"
 
+#include "DocsExample.h"
 #include "Support/Clients.h"
 #include "Support/Testing.h"
 
@@ -192,6 +193,26 @@ TEST(CReaderJson, FollowsBracketsDownTo1024Levels)
     EXPECT_RAISES(CException, "Vellum::ParseArray", DumpAsArray(Repeat("[", 1000000)));
 }
 
+// What costs most for its length: elements of one byte or two.
+TEST(CReaderJson, MemoryStaysInProportionToTheText)
+{
+    CElements none;
+    for (const char* const piece : {"1,", ",", "{}", "[]", "{\"\":{}}", "null "})
+    {
+        const std::string text = "[1" + Repeat(piece, 100000) + "1]";
+        const CAllocationCounter counter;
+        CReaderJson(text).Read(none);
+        EXPECT_LT(counter.GetBytes(), 100 * text.size()) << piece;
+    }
+}
+
+TEST(CReaderJson, ReadsTheWorkedExample)
+{
+    EXPECT_EQ(DumpAsObject(JsonExample()),
+              "{name=<x> inner={a=<1> b=<two>} nothing=[] rows=[{a=<1>} {a=<2>}] list=[<1> <2>] "
+              "ratio=<1.5000000000000000> ok=<true> count=<3> none={}}");
+}
+
 TEST(CReaderJson, NumbersInQuotesAndWithoutAreTheSame)
 {
     for (const char* const text : {"12", "\"12\""})
@@ -281,7 +302,8 @@ TEST(CReaderJson, DatesAreHandedOverWithoutMilliseconds)
         EXPECT_EQ(date.ToString("Y-m-d H:i:s v", false), "2024-03-07 09:05:01 000");
     }
     CbDateTime date("2001-02-03T04:05:06");
-    for (const char* const text : {"[\"\"]", "[2024-03-07]", "[\"2024-03-0709:05:01\"]", "[2024-03-07T09:05:0]"})
+    for (const char* const text :
+         {"[\"\"]", "[2024-03-07]", "[\"2024-03-0709:05:01\"]", "[2024-03-07T09:05:0]", "[10000-01-01T00:00:00]"})
         EXPECT_RAISES(CbExceptionConversion, "CbDateTime::operator =", read(text, date));
     EXPECT_EQ(date.ToString("Y-m-dTH:i:s", false), "2001-02-03T04:05:06");
 }

@@ -11,11 +11,11 @@
 
 #include "Vellum/Vellum.h"
 
+#include "DocsExample.h"
 #include "Support/Clients.h"
 #include "Support/FailEachAllocation.h"
 #include "Support/Raises.h"
 #include "Support/Texts.h"
-#include "XmlExample.h"
 
 using Support::CElements;
 using Support::CFields;

@@ -7,6 +7,7 @@
 
 #include "Vellum/CException.h"
 
+#include "DocsExample.h"
 #include "Support/Binary.h"
 #include "Support/Testing.h"
 
@@ -32,6 +33,7 @@ TEST(CWriterBinary, EmptyRootsAndTheExampleByteForByte)
     const CElements tags([](IContainerWriter& w) { (w.Write(std::uint16_t{1}), w.Write(std::uint16_t{2})); }, {},
                          "TagList");
     ExpectDocument(FieldsOf("x", 7, "name", "ab", "on", true, "tags", tags), ExampleDocument);
+    EXPECT_EQ(Hex(BinaryExample()), Hex(Bytes(ExampleDocument))); // of the page
 }
 
 // One field of each kind: the sections stand in their fixed order, char between double and narrow text.

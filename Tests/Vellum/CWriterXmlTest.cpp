@@ -11,11 +11,11 @@
 
 #include "Vellum/src/XmlNames.h"
 
+#include "DocsExample.h"
 #include "Support/Clients.h"
 #include "Support/FailEachAllocation.h"
 #include "Support/Raises.h"
 #include "Support/Texts.h"
-#include "XmlExample.h"
 
 using Support::CElements;
 using Support::CFields;
@@ -157,6 +157,8 @@ TEST(CWriterXml, BlobsStandInSections)
     EXPECT_EQ(blob(0), Support::Lines("→<elt><![CDATA[", "", "→]]></elt>"));
     EXPECT_EQ(blob(54), Support::Lines("→<elt><![CDATA[", full, "", "→]]></elt>"));
     EXPECT_EQ(blob(55), Support::Lines("→<elt><![CDATA[", full, "YQ==", "→]]></elt>"));
+    const Support::CLogObserver quiet;
+    EXPECT_THROW(blob(std::size_t{1} << 32), CException);
 }
 
 TEST(CWriterXml, NumbersHaveAllTheirDigitsWhateverTheStreamHasBeenToldBefore)

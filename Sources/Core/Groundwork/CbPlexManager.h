@@ -85,7 +85,7 @@ private:
         SSlot* next;
         alignas(Element) std::byte storage[sizeof(Element)];
     };
-    static_assert(alignof(SSlot) >= 8);
+    static_assert(alignof(SSlot) >= 8 && sizeof(SSlot) <= 0xFFFFFFFFu);
 
     struct SBlock
     {

@@ -89,7 +89,9 @@ struct STuples<SKindList<Kind...>>
     using Tables = std::tuple<std::unique_ptr<Table<typename Kind::Type>>...>;
 };
 
-// Whether the bytes of a text pass what one buffer takes beside the bytes that may wait in it.
+// How many bytes of one text a buffer takes beside the bytes that may wait in it.
+constexpr std::size_t MaxTextSize = Max32 - 0xFFFF;
+
 template <class T>
 bool IsTooLong(const T&)
 {
@@ -98,7 +100,7 @@ bool IsTooLong(const T&)
 template <class Char>
 bool IsTooLong(const std::basic_string<Char>& text)
 {
-    constexpr std::size_t MaxLength = (Max32 - 0xFFFF) / (sizeof(Char) == 1 ? 1 : 4); // a wide one may become a pair
+    constexpr std::size_t MaxLength = MaxTextSize / (sizeof(Char) == 1 ? 1 : 4); // a wide one may become a pair
     return text.size() > MaxLength && std::char_traits<Char>::length(text.c_str()) > MaxLength;
 }
 
@@ -151,10 +153,13 @@ private:
 class CBinaryDocument
 {
 public:
-    // The index of a text: how many texts were known when it was first used.
+    // The index of a key or type name: how many texts were known when it was first used.
     unsigned int Intern(const char* text)
     {
-        const auto [node, isNew] = strings.FindOrEmplace(text, strings.GetCount());
+        const Strings::KeyView key(text);
+        if (key.size() > MaxTextSize)
+            throw CException(__FILE__, __LINE__, "Vellum::CDataWriterBinary::Write");
+        const auto [node, isNew] = strings.FindOrEmplace(key, strings.GetCount());
         return node->value;
     }
 
@@ -204,7 +209,9 @@ public:
     }
 
 private:
-    CbMapEx<ATL::CStringT<char>, unsigned int> strings{128u, 16u};
+    using Strings = CbMapEx<ATL::CStringT<char>, unsigned int>;
+
+    Strings strings{128u, 16u};
     STuples<ValueKinds>::Pools pools;
     std::tuple<std::vector<std::unique_ptr<CDataWriterBinary>>, std::vector<std::unique_ptr<CContainerWriterBinary>>>
         spares; // before they go, their nodes go back to the pools above

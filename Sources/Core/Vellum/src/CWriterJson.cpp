@@ -6,6 +6,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "Platform/Utf8.h"
 
@@ -146,7 +147,7 @@ public:
 protected:
     void beginItem()
     {
-        if (itemCount++ == 0)
+        if (!std::exchange(hasItems, true))
             return output.Put('\t');
         output.Put(std::string_view(",\n"));
         output.PutTabs(indent);
@@ -168,7 +169,7 @@ protected:
     CTextOutput& output;
     std::uint32_t indent;
     bool showPoint;
-    std::uint32_t itemCount = 0;
+    bool hasItems = false;
 
 private:
     void putReal(double value, int precision)
