@@ -194,7 +194,7 @@ TEST(CTextFile, ResourcesAreTexts)
     CTextFile text = Holding("old");
     EXPECT_EQ(&text.Read(nullptr, 1, L"TEXT"), &text);
     EXPECT_EQ(text.GetTextRaw(), ReadWhole(VELLUM_TEXTS "/Greek.65001.txt"));
-    EXPECT_EQ(text.Read(nullptr, 0x10001, L"TEXT"s).GuessCodePage(), 65001u);
+    EXPECT_EQ(text.Read(nullptr, 0x10001, L"TEXT"s).GuessCodePage(), VELLUM_DETECTOR ? 65001u : 0u);
     EXPECT_RAISES(CException, "Vellum::CTextFile::Read", text.Read(nullptr, 2, L"TEXT"));
     EXPECT_EQ(text.GetTextRaw(), "");
     EXPECT_RAISES(CException, "Vellum::CTextFile::Read", text.Read(nullptr, 1, L"text"s));
