@@ -8,6 +8,10 @@ function(vellum_add_resource target id type file)
     if(NOT TARGET ${target})
         message(FATAL_ERROR "vellum_add_resource: ${target} is no target")
     endif()
+    get_target_property(kind ${target} TYPE)
+    if(NOT kind MATCHES "^(EXECUTABLE|SHARED_LIBRARY|MODULE_LIBRARY)$") # nothing refers to it: a linker would drop it
+        message(FATAL_ERROR "vellum_add_resource: ${target} is no program, shared library or module")
+    endif()
     if(NOT id MATCHES "^[1-9][0-9]*$" OR id GREATER 65535)
         message(FATAL_ERROR "vellum_add_resource: the id of a resource is a number from 1 to 65535, not '${id}'")
     endif()
@@ -18,7 +22,13 @@ function(vellum_add_resource target id type file)
 
     set(symbol "vellum_resource_${id}_${type}") # Sources/Core/Platform/Linux/ModuleResource.cpp looks for it
     string(REGEX REPLACE "([\\\"])" "\\\\\\1" path "${file}") # quoted for the assembler
-    set(source "${CMAKE_CURRENT_BINARY_DIR}/${target}.resources/${symbol}.cpp")
+    get_target_property(folder ${target} BINARY_DIR)
+    set(source "${folder}/${target}.resources/${symbol}.cpp")
+    get_target_property(sources ${target} SOURCES)
+    list(FIND sources "${source}" found)
+    if(NOT found EQUAL -1)
+        message(FATAL_ERROR "vellum_add_resource: ${target} has a resource ${id} ${type} already")
+    endif()
     file(CONFIGURE OUTPUT "${source}" @ONLY CONTENT [[
 // The size of the resource, then its bytes.
 __asm__(".pushsection .rodata\n"
@@ -32,10 +42,10 @@ __asm__(".pushsection .rodata\n"
         ".size @symbol@, . - @symbol@\n"
         ".popsection\n");
 ]])
-    set_source_files_properties("${source}" PROPERTIES OBJECT_DEPENDS "${file}")
+    string(REPLACE ";" "\\;" dependency "${file}")
+    set_source_files_properties("${source}" TARGET_DIRECTORY ${target} PROPERTIES OBJECT_DEPENDS "${dependency}")
     target_sources(${target} PRIVATE "${source}")
 
-    get_target_property(kind ${target} TYPE)
     if(kind STREQUAL "EXECUTABLE") # of a program nothing is exported otherwise
         target_link_options(${target} PRIVATE "LINKER:--export-dynamic-symbol=${symbol}")
     endif()

@@ -46,7 +46,7 @@ void Save(std::wstring_view text, const fs::path& path)
     Vellum::CTextFile().SetText(std::wstring(text)).Write(path.wstring());
 }
 
-// False if the code page of the file can't be told.
+// False if the code page of the file can't be told or isn't known: a text that has bytes has no units then.
 bool Convert(const fs::path& file, const SOptions& options)
 {
     // Called first of all when the code page is asked for; 0 lets the library guess.
@@ -54,13 +54,14 @@ bool Convert(const fs::path& file, const SOptions& options)
     source.Read(file.wstring());
     const unsigned int codePage = source.GuessCodePage();
     const std::wstring text = source.GetText(codePage);
-    if (codePage == 0)
+    const bool isDecoded = codePage != 0 && (!text.empty() || source.GetTextRaw().empty());
+    if (!isDecoded)
         std::printf("unknown %29s%s\n", "", file.c_str());
     else
         std::printf("code page %5u, %6zu units of text  %s\n", codePage, text.size(), file.c_str());
-    if (codePage != 0 && !options.target.empty())
+    if (isDecoded && !options.target.empty())
         Save(text, options.target / file.filename());
-    return codePage != 0;
+    return isDecoded;
 }
 
 int Run(const SOptions& options)

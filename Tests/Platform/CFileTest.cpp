@@ -7,6 +7,9 @@
 #include <pthread.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
 
 #include "Platform/FilePath.h"
 
@@ -59,6 +62,37 @@ TEST(CFile, OneThatIsNotOpenRefusesAndOneThatIsOpenedAgainLetsTheOldLockGo)
     EXPECT_FALSE(second.OpenForWriting(name));
     first = CFile();
     EXPECT_TRUE(second.OpenForWriting(name));
+}
+
+TEST(CFile, ClosedItIsFreeWhateverAForkedProcessHolds)
+{
+    const CTempFolder folder;
+    int pipe[2];
+    ASSERT_EQ(::pipe(pipe), 0);
+    CFile file;
+    ASSERT_TRUE(file.OpenForWriting(folder.GetName("file")));
+    const ::pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    ::close(pipe[child == 0 ? 1 : 0]);
+    if (child == 0)
+        ::_exit(static_cast<int>(::read(pipe[0], &pipe, 1))); // waits for the end
+    EXPECT_TRUE(file.Close());
+    EXPECT_TRUE(file.OpenForWriting(folder.GetName("file")));
+    ::close(pipe[1]);
+    EXPECT_EQ(::waitpid(child, nullptr, 0), child);
+}
+
+TEST(CFile, PipesAndDevicesAreEverybodys)
+{
+    const CTempFolder folder;
+    ASSERT_EQ(::mkfifo((folder.GetPath() / "pipe").c_str(), 0600), 0);
+    CFile reader;
+    std::thread opener([&] { EXPECT_TRUE(reader.OpenForReading(folder.GetName("pipe"))); }); // waits for a writer
+    CFile writer;
+    EXPECT_TRUE(writer.OpenForWriting(folder.GetName("pipe")));
+    opener.join();
+    EXPECT_EQ(reader.GetSize(), std::nullopt);
+    EXPECT_TRUE(writer.OpenForWriting(L"/dev/null") && reader.OpenForWriting(L"/dev/null"));
 }
 
 TEST(CFile, SizesBeyond32BitsAreTold)

@@ -10,7 +10,7 @@
 //
 // Sharing  A file that is open for reading may be read by others at the same time; one that is open for writing is
 //          nobody else's. This binds whoever opens files through this class, in this process or another, on file
-//          systems that have locks.
+//          systems that have locks. Pipes and devices are everybody's.
 // Names    UTF-16, one code unit in each element, up to the first NUL; see FilePath.h.
 // Threads  A file belongs to one thread at a time.
 class CFile
@@ -35,7 +35,7 @@ public:
     // Whether the object has a file.
     bool IsOpen() const noexcept { return handle != NoHandle; }
 
-    // In bytes; nothing if the system doesn't tell.
+    // In bytes; nothing if the system doesn't tell, as for a pipe.
     std::optional<std::uint64_t> GetSize() const noexcept;
 
     // Fills `count` bytes and returns how many there were: fewer than `count` only at the end of the file. Nothing if

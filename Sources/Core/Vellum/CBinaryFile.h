@@ -31,7 +31,7 @@ class CBinaryFile
 {
 public:
     // The whole file. Fails if it can't be opened, can't be read, or has 4 GiB or more; nothing is allocated then. A
-    // pipe or device tells no size and reads as empty: ask for a count.
+    // pipe has no size and fails too, and a device reads as empty: ask for a count.
     static T Read(const wchar_t* fileName);
     static T Read(const std::wstring& fileName);
 

@@ -71,15 +71,17 @@ int Open(const std::wstring& name, int flags)
     return Resume([&] { return ::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, 0666); });
 }
 
-// False if someone else's lock forbids this one. A file system without locks forbids nothing.
-bool Lock(int descriptor, int kind) noexcept
-{
-    return Resume([&] { return ::flock(descriptor, kind | LOCK_NB); }) == 0 || errno != EWOULDBLOCK;
-}
-
 bool IsFolder(const struct stat& status) noexcept { return S_ISDIR(status.st_mode); }
 
-// Devices and pipes have nothing to empty.
+// False if someone else's lock forbids this one. A file system without locks forbids nothing. Devices and pipes are
+// there to be shared.
+bool Lock(int descriptor, const struct stat& status, int kind) noexcept
+{
+    return !S_ISREG(status.st_mode) || Resume([&] { return ::flock(descriptor, kind | LOCK_NB); }) == 0 ||
+           errno != EWOULDBLOCK;
+}
+
+// They have nothing to empty either.
 bool Empty(int descriptor, const struct stat& status) noexcept
 {
     return !S_ISREG(status.st_mode) || Resume([&] { return ::ftruncate(descriptor, 0); }) == 0;
@@ -115,7 +117,7 @@ bool CFile::OpenForReading(const std::wstring& name)
     struct stat status;
     if (!take(Open(name, O_RDONLY)))
         return false;
-    if (::fstat(Descriptor(handle), &status) == 0 && !IsFolder(status) && Lock(Descriptor(handle), LOCK_SH))
+    if (::fstat(Descriptor(handle), &status) == 0 && !IsFolder(status) && Lock(Descriptor(handle), status, LOCK_SH))
         return true;
     Close();
     return false;
@@ -126,7 +128,7 @@ bool CFile::OpenForWriting(const std::wstring& name)
     struct stat status;
     if (!take(Open(name, O_WRONLY | O_CREAT))) // not O_TRUNC: first the lock, then the rest
         return false;
-    if (Lock(Descriptor(handle), LOCK_EX) && ::fstat(Descriptor(handle), &status) == 0 &&
+    if (::fstat(Descriptor(handle), &status) == 0 && Lock(Descriptor(handle), status, LOCK_EX) &&
         Empty(Descriptor(handle), status))
         return true;
     Close();
@@ -136,7 +138,7 @@ bool CFile::OpenForWriting(const std::wstring& name)
 std::optional<std::uint64_t> CFile::GetSize() const noexcept
 {
     struct stat status;
-    if (::fstat(Descriptor(handle), &status) != 0)
+    if (::fstat(Descriptor(handle), &status) != 0 || S_ISFIFO(status.st_mode))
         return std::nullopt;
     return static_cast<std::uint64_t>(status.st_size);
 }
@@ -171,6 +173,7 @@ bool CFile::Close() noexcept
 {
     if (handle == NoHandle)
         return false;
+    ::flock(Descriptor(handle), LOCK_UN); // a process that was forked meanwhile has the file open still
     // Never called again after an interruption: the descriptor is free by then, and may be somebody else's.
     return ::close(Descriptor(std::exchange(handle, NoHandle))) == 0 || errno == EINTR;
 }

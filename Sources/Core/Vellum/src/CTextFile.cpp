@@ -126,9 +126,10 @@ CTextFile::~CTextFile() = default;
 CTextFile& CTextFile::Read(const wchar_t* fileName)
 {
     initBuffer(); // what holds if the rest fails
-    buffer = TextFile::Read(fileName);
-    if (buffer.empty() || buffer.back() != 0)
-        buffer.push_back(0);
+    std::vector<unsigned char> bytes = TextFile::Read(fileName);
+    if (bytes.empty() || bytes.back() != 0)
+        bytes.push_back(0);
+    buffer = std::move(bytes);
     return *this;
 }
 
