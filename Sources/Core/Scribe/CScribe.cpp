@@ -1,5 +1,6 @@
 #include "Scribe/CScribe.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstdio>
@@ -7,6 +8,8 @@
 #include <memory>
 #include <mutex>
 #include <utility>
+
+#include "Platform/StandardError.h"
 
 namespace Scribing
 {
@@ -33,10 +36,14 @@ std::shared_ptr<const Sink> GetSink()
     return holder.sink;
 }
 
-void WriteToStandardError(const SEntry& entry)
+// Without a buffer of the heap's: the entry may be about memory that can't be had.
+void WriteLine(const SEntry& entry)
 {
-    // One call for the line, so that the lines of several threads don't mix.
-    std::fprintf(stderr, "%ls: %s(%d): %s: %ls\n", entry.source, entry.file, entry.line, entry.function, entry.text);
+    std::array<char, 8192> line;
+    const int length = std::snprintf(line.data(), line.size(), "%ls: %s(%d): %s: %ls\n", entry.source, entry.file,
+                                     entry.line, entry.function, entry.text);
+    if (length > 0)
+        WriteToStandardError({line.data(), std::min(static_cast<std::size_t>(length), line.size() - 1)});
 }
 
 void Deliver(const SEntry& entry)
@@ -45,7 +52,7 @@ void Deliver(const SEntry& entry)
     if (sink)
         (*sink)(entry);
     else
-        WriteToStandardError(entry);
+        WriteLine(entry);
 }
 
 } // namespace

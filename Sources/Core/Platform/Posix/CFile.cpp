@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
-#include <ctime>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -13,55 +11,10 @@
 #include <utility>
 
 #include "Platform/FilePath.h"
+#include "Platform/Posix/Descriptor.h"
 
 namespace
 {
-
-// More than systems move in one call is never asked for at once.
-constexpr std::size_t MostAtOnce = std::size_t{1} << 30;
-
-// Calls until no signal comes between. The result is that of the call.
-template <class Call>
-auto Resume(const Call& call) noexcept
-{
-    auto result = call();
-    while (result == -1 && errno == EINTR)
-        result = call();
-    return result;
-}
-
-// Holds back the signals by which a failed write would end the process.
-class CWriteSignals
-{
-public:
-    CWriteSignals() noexcept
-    {
-        ::sigset_t signals;
-        sigemptyset(&signals);
-        sigaddset(&signals, SIGXFSZ);
-        sigaddset(&signals, SIGPIPE);
-        ::pthread_sigmask(SIG_BLOCK, &signals, &before);
-    }
-    ~CWriteSignals() { ::pthread_sigmask(SIG_SETMASK, &before, nullptr); }
-    CWriteSignals(const CWriteSignals&) = delete;
-    CWriteSignals& operator=(const CWriteSignals&) = delete;
-
-    // Takes away the signal that came with the error of a write, unless the thread had it held back itself.
-    void TakeAway(int error) const noexcept
-    {
-        const int signal = error == EFBIG ? SIGXFSZ : SIGPIPE;
-        if ((error != EFBIG && error != EPIPE) || sigismember(&before, signal) == 1)
-            return;
-        ::sigset_t signals;
-        sigemptyset(&signals);
-        sigaddset(&signals, signal);
-        const ::timespec noTime{};
-        Resume([&] { return ::sigtimedwait(&signals, nullptr, &noTime); });
-    }
-
-private:
-    ::sigset_t before;
-};
 
 int Descriptor(std::intptr_t handle) noexcept { return static_cast<int>(handle); }
 
@@ -85,19 +38,6 @@ bool Lock(int descriptor, const struct stat& status, int kind) noexcept
 bool Empty(int descriptor, const struct stat& status) noexcept
 {
     return !S_ISREG(status.st_mode) || Resume([&] { return ::ftruncate(descriptor, 0); }) == 0;
-}
-
-bool WriteAll(int descriptor, const unsigned char* from, std::size_t count) noexcept
-{
-    while (count > 0)
-    {
-        const ::ssize_t moved = Resume([&] { return ::write(descriptor, from, std::min(count, MostAtOnce)); });
-        if (moved <= 0)
-            return false;
-        from += moved;
-        count -= static_cast<std::size_t>(moved);
-    }
-    return true;
 }
 
 } // namespace
@@ -162,11 +102,7 @@ std::optional<std::size_t> CFile::Read(void* data, std::size_t count) noexcept
 
 bool CFile::Write(const void* data, std::size_t count) noexcept
 {
-    const CWriteSignals signals;
-    if (WriteAll(Descriptor(handle), static_cast<const unsigned char*>(data), count))
-        return true;
-    signals.TakeAway(errno);
-    return false;
+    return WriteToDescriptor(Descriptor(handle), data, count);
 }
 
 bool CFile::Close() noexcept
