@@ -31,7 +31,7 @@ protected:
     }
     static std::string Text(const T& data) { return {data.begin(), data.end()}; }
 
-    std::string Content(const char* name) const { return ReadWhole(folder.GetPath() / name); }
+    std::string Content(const char* file) const { return ReadWhole(folder.GetPath() / file); }
 
     const CTempFolder folder;
     const std::wstring name = folder.GetName("file");
@@ -78,7 +78,7 @@ TYPED_TEST(CBinaryFileOf, WhatCannotBeReadFails)
     EXPECT_RAISES(CException, this->read.c_str(), File::Read(static_cast<const wchar_t*>(nullptr)));
 
     WriteWhole(this->folder.GetPath() / "sparse", "x");
-    for (const std::uintmax_t size : {0x100000000, 0x100000001})
+    for (const std::uintmax_t size : {0x100000000u, 0x100000001u})
     {
         std::filesystem::resize_file(this->folder.GetPath() / "sparse", size);
         const CAllocationCounter allocations;
