@@ -2,6 +2,7 @@
 
 #include <locale.h>
 #include <locale>
+#include <stdexcept>
 
 namespace Support
 {
@@ -22,7 +23,15 @@ public:
     bool IsInForce() const { return ::uselocale(nullptr) == german; }
 
 private:
-    locale_t german = ::newlocale(LC_ALL_MASK, "de_DE.UTF-8", nullptr);
+    static locale_t make()
+    {
+        const locale_t made = ::newlocale(LC_ALL_MASK, "de_DE.UTF-8", nullptr);
+        if (made == nullptr)
+            throw std::runtime_error("no locale de_DE.UTF-8: ctest tells where it is, by LOCPATH");
+        return made;
+    }
+
+    locale_t german = make();
     locale_t before = ::uselocale(german);
 };
 

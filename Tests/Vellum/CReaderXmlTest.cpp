@@ -127,6 +127,7 @@ TEST(CReaderXml, ReadsTheWorkedExample)
             EXPECT_TRUE(r.Read(2u, item) && r.Read(6u, none) && r.Read(3u, date));
             EXPECT_EQ(DateText(date), "2024-03-07T14:05:09.000");
             EXPECT_EQ(BlobText(r.GetBlob(4)), "hello");
+            EXPECT_EQ(r.GetBlob(4), r.GetBlob(4));
             EXPECT_EQ(Find<bool>(r, 5u, true), false);
             EXPECT_FALSE(r.Read(7u, item));
             EXPECT_EQ(BlobText(r.GetBlob(7)), "none");
