@@ -18,6 +18,7 @@
 
 #include "Compare.h"
 #include "CStopwatch.h"
+#include "RunMain.h"
 #include "Scan.h"
 
 namespace
@@ -129,17 +130,5 @@ int Run(const SOptions& options)
 
 int main(int argc, char** argv)
 {
-    try
-    {
-        return Run(ParseOptions(argc, argv));
-    }
-    catch (const IException& exception)
-    {
-        std::cerr << "Catalog: " << exception.GetFunctionName() << " failed\n";
-    }
-    catch (const std::exception& exception)
-    {
-        std::cerr << "Catalog: " << exception.what() << '\n';
-    }
-    return 1;
+    return RunMain("Catalog", [&] { return Run(ParseOptions(argc, argv)); });
 }

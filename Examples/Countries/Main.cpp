@@ -13,6 +13,7 @@
 
 #include "CCountry.h"
 #include "CStopwatch.h"
+#include "RunMain.h"
 
 namespace
 {
@@ -83,17 +84,5 @@ int Run(const std::filesystem::path& folder)
 
 int main(int argc, char** argv)
 {
-    try
-    {
-        return Run(argc > 1 ? argv[1] : "/usr/share/iso-codes/json");
-    }
-    catch (const IException& exception)
-    {
-        std::cerr << "Countries: " << exception.GetFunctionName() << " failed\n";
-    }
-    catch (const std::exception& exception)
-    {
-        std::cerr << "Countries: " << exception.what() << '\n';
-    }
-    return 1;
+    return RunMain("Countries", [&] { return Run(argc > 1 ? argv[1] : "/usr/share/iso-codes/json"); });
 }

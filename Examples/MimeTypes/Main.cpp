@@ -13,6 +13,7 @@
 
 #include "CObjects.h"
 #include "CStopwatch.h"
+#include "RunMain.h"
 
 namespace
 {
@@ -114,17 +115,6 @@ int Run(const std::filesystem::path& path)
 
 int main(int argc, char** argv)
 {
-    try
-    {
-        return Run(argc > 1 ? argv[1] : "/usr/share/mime/packages/freedesktop.org.xml");
-    }
-    catch (const IException& exception)
-    {
-        std::cerr << "MimeTypes: " << exception.GetFunctionName() << " failed\n";
-    }
-    catch (const std::exception& exception)
-    {
-        std::cerr << "MimeTypes: " << exception.what() << '\n';
-    }
-    return 1;
+    return RunMain("MimeTypes",
+                   [&] { return Run(argc > 1 ? argv[1] : "/usr/share/mime/packages/freedesktop.org.xml"); });
 }

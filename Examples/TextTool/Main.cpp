@@ -9,6 +9,8 @@
 #include <vector>
 #include <Vellum/Vellum.h>
 
+#include "RunMain.h"
+
 namespace
 {
 
@@ -81,17 +83,5 @@ int Run(const SOptions& options)
 
 int main(int argc, char** argv)
 {
-    try
-    {
-        return Run(ParseOptions(argc, argv));
-    }
-    catch (const IException& exception)
-    {
-        std::cerr << "TextTool: " << exception.GetFunctionName() << " failed\n";
-    }
-    catch (const std::exception& exception)
-    {
-        std::cerr << "TextTool: " << exception.what() << '\n';
-    }
-    return 1;
+    return RunMain("TextTool", [&] { return Run(ParseOptions(argc, argv)); });
 }
