@@ -354,14 +354,14 @@ function printDeclaration(    statement, last, remark, j, code, head)
     track(codeOf(lines[i]))
 }
 
-function printComment(    last, next_, j)
+function printComment(    last, nextLine, j)
 {
     for (last = i; isRemark(lines[last + 1]); ++last)
         ;
-    next_ = trim(lines[last + 1])
+    nextLine = trim(lines[last + 1])
     pending = render(i, last)
     block = ""
-    if (next_ == "" || next_ ~ /^#[ \t]*include/)
+    if (nextLine == "" || nextLine ~ /^#[ \t]*include/)
     {
         if (scope[depth] == "c")
             report(i, "This comment belongs to nothing.")

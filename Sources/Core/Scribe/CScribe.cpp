@@ -42,8 +42,11 @@ void WriteLine(const SEntry& entry)
     std::array<char, 8192> line;
     const int length = std::snprintf(line.data(), line.size(), "%ls: %s(%d): %s: %ls\n", entry.source, entry.file,
                                      entry.line, entry.function, entry.text);
-    if (length > 0)
-        WriteToStandardError({line.data(), std::min(static_cast<std::size_t>(length), line.size() - 1)});
+    if (length <= 0)
+        return;
+    const std::size_t size = std::min(static_cast<std::size_t>(length), line.size() - 1);
+    line[size - 1] = '\n'; // also where the line was cut
+    WriteToStandardError({line.data(), size});
 }
 
 void Deliver(const SEntry& entry)
