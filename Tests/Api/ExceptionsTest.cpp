@@ -47,18 +47,12 @@ TEST_F(Exceptions, AreCaughtByTheirClassAndClonedThroughTheirInterface)
     }
 }
 
-TEST_F(Exceptions, OfClientsPassThroughABinaryWriterAndTheReaders)
+TEST_F(Exceptions, OfClientsPassThroughWritersAndReaders)
 {
     const auto raise = [](auto&) { throw CbExceptionContainer("Client.cpp", 1, "Client::Write"); };
     EXPECT_THROW(Formats::SBinary::Write(Support::CFields(raise)), CbExceptionContainer);
 
-    const auto fail = [](auto&) { throw SClientFailure(); };
-    EXPECT_THROW(Formats::SBinary::Write(Support::CFields(fail)), SClientFailure);
-    EXPECT_THROW(Formats::SJson::Write(Support::CFields(fail)), Vellum::CException);
-    EXPECT_THROW(Formats::SXml::Write(Support::CFields(fail)), Vellum::CException);
-
-    Support::CFields reading = Support::ReadFields(fail);
-    EXPECT_THROW(Formats::SBinary::Read(Formats::SBinary::Write(Support::CFields()), reading), SClientFailure);
-    EXPECT_THROW(Formats::SJson::Read("{}", reading), SClientFailure);
-    EXPECT_THROW(Formats::SXml::Read("", reading), SClientFailure);
+    Support::CFields failing = Support::ReadFields([](auto&) { throw SClientFailure(); });
+    EXPECT_THROW(Formats::SBinary::Read(Formats::SBinary::Write(Support::CFields()), failing), SClientFailure);
+    EXPECT_THROW(Formats::SJson::Read("{}", failing), SClientFailure);
 }

@@ -82,22 +82,6 @@ TEST(CbArray, SizeZeroKeepsTheMemoryAndWhatItHeld)
     EXPECT_EQ(texts[1], "");
 }
 
-TEST(CbArray, AppendGrowsAsIfElementsWereAddedOneByOne)
-{
-    for (const std::uint32_t start : {0u, 1u, 3u, 4u})
-        for (std::uint32_t count = 0; count < 40; ++count)
-        {
-            const std::vector<std::uint16_t> source(count, 7);
-            CbArray<std::uint16_t> appended(start);
-            CbArray<std::uint16_t> added(start);
-            appended.Append(source.data(), count);
-            for (const std::uint16_t element : source)
-                added.Add(element);
-            ASSERT_EQ(appended.GetCapacity(), added.GetCapacity()) << start << ' ' << count;
-            ASSERT_EQ(Elements(appended), Elements(added));
-        }
-}
-
 TEST(CbArray, ArgumentsMayBeElementsOfTheArrayItself)
 {
     CbArray<std::string> texts;
@@ -106,12 +90,6 @@ TEST(CbArray, ArgumentsMayBeElementsOfTheArrayItself)
         texts.Add(texts[0]);
     texts.Append(texts.GetData(), texts.GetSize());
     EXPECT_EQ(Elements(texts), std::vector<std::string>(12, std::string(40, 'a')));
-
-    CbArray<int> numbers;
-    numbers.Add(3);
-    numbers.Append(numbers.GetData(), 1);
-    numbers.Append(numbers.GetData(), 2);
-    EXPECT_EQ(Elements(numbers), std::vector(4, 3));
 }
 
 TEST(CbArray, SizesBeyond32BitsAreRefusedAndNothingChanges)
@@ -161,9 +139,6 @@ TEST(CbArray, SpeciallyAlignedElementsLieWhereTheyMust)
     CbArray<SWide> array;
     for (int i = 0; i < 9; ++i)
         EXPECT_EQ(reinterpret_cast<std::uintptr_t>(&array.Add({})) % 64, 0u);
-    CbArray<bool> flags(2);
-    flags.Add(true);
-    EXPECT_EQ(Elements(flags), (std::vector{false, false, true}));
 }
 
 TEST(CbArray, FailedGrowthLeavesItAsItWas)

@@ -48,7 +48,7 @@ TEST(CbStreamBinaryFile, RunsOfEverySizeComeBackInOrder)
     EXPECT_TRUE(whole == expected + "?????");
 }
 
-TEST(CbStreamBinaryFile, TypedValuesComeBackAndTheEndRaises)
+TEST(CbStreamBinaryFile, HoldsBackWhatIsWrittenUntilItIsFlushedAndTakesNothingOnceClosed)
 {
     const CTempFolder folder;
     CbStreamWriteBinaryFile out(folder.GetName("file"));
@@ -60,47 +60,16 @@ TEST(CbStreamBinaryFile, TypedValuesComeBackAndTheEndRaises)
     out.Close();
     EXPECT_RAISES(CbExceptionStream, "CbStreamWriteBinaryFile::Write", out.Write(1));
     EXPECT_RAISES(CbExceptionStream, "CbStreamWriteBinaryFile::Flush", out.Flush());
-
-    CbStreamReadBinaryFile in(folder.GetName("file"));
-    std::wstring text;
-    double number = 0;
-    bool flag = false;
-    in.ReadAndCompareVersion(0);
-    in.Read(text).Read(number).Read(flag);
-    EXPECT_EQ(text, L"wide");
-    EXPECT_EQ(number, 1.5);
-    EXPECT_TRUE(flag);
-    EXPECT_RAISES(CbExceptionStream, "CbStreamReadBinary::Read", in.Read(flag));
 }
 
-TEST(CbStreamBinaryFile, FilesThatCannotBeOpenedRaiseAndStayAsTheyWere)
+TEST(CbStreamBinaryFile, FilesThatCannotBeOpenedRaise)
 {
     const CTempFolder folder;
-    const std::wstring name = folder.GetName("file");
-    const auto refuseWriting = [](const std::wstring& file)
-    {
-        EXPECT_RAISES(CbExceptionStream, "CbStreamWriteBinaryFile::CbStreamWriteBinaryFile",
-                      CbStreamWriteBinaryFile stream(file));
-    };
-    const auto refuseReading = [](const std::wstring& file)
-    {
-        EXPECT_RAISES(CbExceptionStream, "CbStreamReadBinaryFile::CbStreamReadBinaryFile",
-                      CbStreamReadBinaryFile stream(file));
-    };
-    refuseReading(name);
-    refuseReading(folder.GetName(""));
-    refuseWriting(folder.GetName(""));
-    {
-        CbStreamWriteBinaryFile first(name);
-        first.Write('a');
-        first.Flush();
-        refuseWriting(name);
-        refuseReading(name);
-        first.Write('b');
-    }
-    CbStreamReadBinaryFile reader(name);
-    refuseWriting(name);
-    EXPECT_EQ(ReadWhole(folder.GetPath() / "file"), "ab");
+    const CbStreamWriteBinaryFile writer(folder.GetName("file")); // nobody else gets this one
+    EXPECT_RAISES(CbExceptionStream, "CbStreamWriteBinaryFile::CbStreamWriteBinaryFile",
+                  CbStreamWriteBinaryFile(folder.GetName("file")));
+    EXPECT_RAISES(CbExceptionStream, "CbStreamReadBinaryFile::CbStreamReadBinaryFile",
+                  CbStreamReadBinaryFile(folder.GetName("file")));
 }
 
 TEST(CbStreamBinaryFile, ErrorsOfTheSystemAreNotTheEndOfTheFileAndAFullDiskRaisesOnceAndForAll)

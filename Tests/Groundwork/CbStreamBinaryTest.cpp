@@ -267,10 +267,6 @@ TEST(CbStreamReadBinary, BytesArriveInOneStepUpTo64KiBAndExactlyFit)
         EXPECT_EQ(bytes.GetCapacity(), count);
         EXPECT_TRUE(std::string(bytes.begin(), bytes.end()) == source);
     }
-    CClientReader text(Bytes("02 00 00 00 61 62"));
-    std::string value;
-    static_cast<CbStreamRead&>(text).Read(value);
-    EXPECT_EQ(text.rawReads, 2);
 }
 
 } // namespace

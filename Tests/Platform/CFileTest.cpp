@@ -53,13 +53,16 @@ TEST(CFile, OneThatIsNotOpenRefusesAndOneThatIsOpenedAgainLetsTheOldLockGo)
     const std::wstring name = folder.GetName("file");
     CFile first;
     CFile second;
-    EXPECT_FALSE(first.OpenForReading(L"") || first.OpenForWriting(folder.GetName("missing/file")) || first.IsOpen());
+    EXPECT_FALSE(first.OpenForReading(L"") || first.OpenForWriting(folder.GetName("missing/file")));
+    EXPECT_FALSE(first.OpenForReading(folder.GetName("")) || first.OpenForWriting(folder.GetName("")) ||
+                 first.IsOpen());
     EXPECT_FALSE(first.GetSize() || first.Read(&first, 1) || first.Write("x", 1) || first.Close());
-    ASSERT_TRUE(first.OpenForWriting(name));
-    EXPECT_FALSE(second.OpenForReading(name));
+    ASSERT_TRUE(first.OpenForWriting(name) && first.Write("kept", 4));
+    EXPECT_FALSE(second.OpenForReading(name) || second.OpenForWriting(name));
     ASSERT_TRUE(first.OpenForReading(name));
     EXPECT_TRUE(second.OpenForReading(name) && second.Close());
     EXPECT_FALSE(second.OpenForWriting(name));
+    EXPECT_EQ(ReadWhole(folder.GetPath() / "file"), "kept");
     first = CFile();
     EXPECT_TRUE(second.OpenForWriting(name));
 }

@@ -73,12 +73,8 @@ TEST(SystemTime, EveryDayOfTheCalendarIsConvertedThereAndBack)
 
 TEST(SystemTime, KnownMomentsHaveTheirTickCounts)
 {
-    ExpectFields(ToFields(0), {1601, 1, 1, 1, 0, 0, 0, 0});
-    ExpectFields(ToFields(116'444'736'000'000'000), {1970, 1, 4, 1, 0, 0, 0, 0});
     ExpectFields(ToFields(133'537'620'300'070'000), {2024, 3, 5, 1, 10, 20, 30, 7});
     ExpectFields(ToFields(LastTick), {30828, 9, 4, 14, 2, 48, 5, 477});
-    EXPECT_EQ(ToTicks({2000, 2, 65535, 29, 23, 59, 59, 999}),
-              ToTicks({2000, 3, 0, 1, 0, 0, 0, 0}) - TicksPerMillisecond);
 }
 
 TEST(SystemTime, RefusesWhatIsOutOfRangeAndLeavesTheResultAlone)
@@ -103,7 +99,7 @@ TEST(SystemTime, RefusesWhatIsOutOfRangeAndLeavesTheResultAlone)
 
 TEST(SystemTime, ClockGivesThePresentTimeInUtc)
 {
-    const CEnvironment zone("TZ", "XXX-11:30");
+    const CEnvironment zone("TZ", "ABC-11:30");
     const auto toTicks = [](std::time_t time)
     { return (static_cast<std::uint64_t>(time) + 11'644'473'600) * TicksPerSecond; };
     const std::uint64_t earliest = toTicks(std::time(nullptr) - 1); // std::time may lag behind by some milliseconds
@@ -122,7 +118,7 @@ TEST(SystemTime, LocalTimeFollowsTheZoneOfTheProcessAndItsSummerTime)
         ExpectFields(ToLocal({2024, 7, 0, 1, 12, 0, 0, 0}), {2024, 7, 1, 1, 14, 0, 0, 0});
         ExpectFields(ToLocal({1601, 1, 0, 1, 0, 0, 0, 0}), {1601, 1, 1, 1, 1, 0, 0, 0});
     }
-    const CEnvironment zone("TZ", "XXX5");
+    const CEnvironment zone("TZ", "ABC5");
     ExpectFields(ToLocal({30827, 12, 0, 31, 23, 59, 59, 999}), {30827, 12, 5, 31, 18, 59, 59, 999});
     SSystemTime first = {1601, 1, 1, 1, 4, 59, 59, 0}; // still 1600 there
     EXPECT_FALSE(UtcToLocal(first, first));

@@ -88,8 +88,6 @@ CAllocationCounter::CAllocationCounter()
     countedBytes = 0;
 }
 
-CAllocationCounter::~CAllocationCounter() = default;
-
 std::uint64_t CAllocationCounter::GetCount() const { return countedCalls; }
 std::uint64_t CAllocationCounter::GetBytes() const { return countedBytes; }
 

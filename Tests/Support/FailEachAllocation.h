@@ -38,7 +38,6 @@ class CAllocationCounter
 {
 public:
     CAllocationCounter();
-    ~CAllocationCounter();
     CAllocationCounter(const CAllocationCounter&) = delete;
     CAllocationCounter& operator=(const CAllocationCounter&) = delete;
 
