@@ -41,8 +41,7 @@ TEST(CTextFile, HasItsBytesAndOneZeroByteBehindThem)
     EXPECT_EQ(BufferOfFile("a\0b"s), "a\0b\0"s);
     EXPECT_EQ(Holding("a\0b"s).GetTextRaw(), "a");
     EXPECT_EQ(CTextFile().SetText("ab\0c").GetTextRaw(), "ab");
-    for (const char* const null : {static_cast<const char*>(nullptr)})
-        EXPECT_EQ(Holding("old").SetText(null).GetTextRaw(), "");
+    EXPECT_EQ(Holding("old").SetText(static_cast<const char*>(nullptr)).GetTextRaw(), "");
 }
 
 TEST(CTextFile, WideTextIsStoredAsUtf8OrInTheCodePageGiven)

