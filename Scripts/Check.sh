@@ -45,7 +45,7 @@ Scripts/CheckPackage.sh
 step "ThreadSanitizer"
 cmake --preset tsan -DVELLUM_BUILD_EXAMPLES=OFF >/dev/null
 cmake --build --preset tsan --target ApiTests
-Build/tsan/Tests/Api/ApiTests --gtest_brief=1
+ctest --test-dir Build/tsan/Tests/Api --output-on-failure -j "$(nproc)" # sets where the locales are
 
 step "AddressSanitizer and UndefinedBehaviorSanitizer"
 cmake --preset asan >/dev/null
