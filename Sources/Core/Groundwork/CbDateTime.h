@@ -5,7 +5,6 @@
 
 #include "Platform/CStringT.h"
 #include "Platform/Export.h"
-#include "Platform/SystemTime.h"
 
 #include "Groundwork/IDateTime.h"
 
@@ -94,5 +93,18 @@ public:
 private:
     bool parse(const char* text);
 
-    SSystemTime fields;
+    // What the system's calendar time consists of, in its order.
+    struct SFields
+    {
+        std::uint16_t year;
+        std::uint16_t month;
+        std::uint16_t dayOfWeek;
+        std::uint16_t day;
+        std::uint16_t hour;
+        std::uint16_t minute;
+        std::uint16_t second;
+        std::uint16_t milliseconds;
+    };
+
+    SFields fields;
 };

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "Platform/Export.h"
-#include "Platform/ThreadId.h"
 
 #include "Groundwork/IException.h"
 
@@ -33,7 +32,7 @@ protected:
         : filename(file == nullptr ? "" : file),
           codeLine(line),
           functionName(function == nullptr ? "" : function),
-          threadId(GetCurrentThreadId())
+          threadId(GetCallingThread())
     {
     }
 

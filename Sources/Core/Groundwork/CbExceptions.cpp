@@ -1,5 +1,7 @@
 #include "Groundwork/CbExceptions.h"
 
+#include "Platform/ThreadId.h"
+
 #include "Scribe/CScribe.h"
 
 namespace
@@ -20,6 +22,8 @@ void LogRaised(const IException& exception, const Scribing::CScribe& log, const 
 } // namespace
 
 IException::~IException() = default;
+
+std::uint32_t IException::GetCallingThread() noexcept { return Vellum::Platform::GetCurrentThreadId(); }
 
 CbExceptionConversion::CbExceptionConversion(const char* file, unsigned int line, const char* function)
     : CbExceptionBase(file, line, function)

@@ -34,6 +34,9 @@ public:
     virtual std::uint32_t GetThreadID() const = 0;
 
 protected:
+    // For the constructors of exceptions: what GetThreadID tells.
+    static std::uint32_t GetCallingThread() noexcept;
+
     IException() = default;
     IException(const IException&) = default;
     IException& operator=(const IException&) = default;

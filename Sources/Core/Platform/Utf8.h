@@ -3,6 +3,9 @@
 #include <string>
 #include <string_view>
 
+namespace Vellum::Platform
+{
+
 // UTF-8 (RFC 3629) to UTF-16 and back. Wide text holds one UTF-16 code unit in each element, whatever the width of
 // wchar_t. Nothing is refused: what is ill-formed is replaced by U+FFFD. Only a failed allocation is raised.
 
@@ -30,3 +33,5 @@ inline std::string Utf16ToUtf8(std::wstring_view units)
     AppendUtf8(text, units);
     return text;
 }
+
+} // namespace Vellum::Platform

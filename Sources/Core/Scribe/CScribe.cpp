@@ -46,7 +46,7 @@ void WriteLine(const SEntry& entry)
         return;
     const std::size_t size = std::min(static_cast<std::size_t>(length), line.size() - 1);
     line[size - 1] = '\n'; // also where the line was cut
-    WriteToStandardError({line.data(), size});
+    Vellum::Platform::WriteToStandardError({line.data(), size});
 }
 
 void Deliver(const SEntry& entry)

@@ -5,6 +5,9 @@
 
 #include "Platform/Utf16.h"
 
+namespace Vellum::Platform
+{
+
 namespace
 {
 
@@ -121,3 +124,5 @@ void AppendUtf8(std::string& text, std::wstring_view units)
             AppendUtf8(text, static_cast<char32_t>(TakeCodePoint(units)));
     }
 }
+
+} // namespace Vellum::Platform

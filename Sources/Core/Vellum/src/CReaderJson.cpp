@@ -251,9 +251,9 @@ bool ReadText(std::string_view raw, std::wstring& value)
 {
     value.clear();
     if (raw.find('\\') == std::string_view::npos)
-        AppendUtf16(value, raw);
+        Platform::AppendUtf16(value, raw);
     else
-        AppendUtf16(value, UnescapeText(raw).c_str());
+        Platform::AppendUtf16(value, UnescapeText(raw).c_str());
     return true;
 }
 

@@ -87,7 +87,7 @@ bool ConvertText(std::string_view text, std::string& value)
 
 bool ConvertText(std::string_view text, std::wstring& value)
 {
-    value = Utf8ToUtf16(text);
+    value = Platform::Utf8ToUtf16(text);
     return true;
 }
 

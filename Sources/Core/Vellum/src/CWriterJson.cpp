@@ -128,7 +128,7 @@ const T& Convert(const T& value)
     return value;
 }
 
-std::string Convert(const std::wstring& value) { return Utf16ToUtf8(std::wstring_view(value.c_str())); }
+std::string Convert(const std::wstring& value) { return Platform::Utf16ToUtf8(std::wstring_view(value.c_str())); }
 
 std::string Convert(const SBlob& value) { return Base64::Encode(value.data, value.size, false); }
 std::string Convert(const IDateTime& value) { return CbDateTime(value).ToString("Y-m-dTH:i:s", false); }
