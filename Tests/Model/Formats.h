@@ -23,8 +23,8 @@ void ReadBinary(const std::string& document, bool isSequence, CVisitor& visitor)
 SWritten WriteJson(const SNode& root, bool showPoint);
 void ReadJson(const std::string& document, bool isSequence, CVisitor& visitor);
 
-// The number of the parser's outcome is kept in `error`.
+// Returns the number of the parser's error; what else fails is noted by the visitor.
 SWritten WriteXml(const SNode& root);
-void ReadXml(const std::string& document, bool isSequence, CVisitor& visitor, int& error);
+int ReadXml(const std::string& document, bool isSequence, CVisitor& visitor);
 
 } // namespace Model

@@ -12,6 +12,7 @@
 #include "Model/Formats.h"
 #include "Model/Library.h"
 #include "Model/Values.h"
+#include "Support/Texts.h"
 
 // The library and a second, plain telling of its formats are given the same trees and documents, and must agree: in
 // each byte that is written, each value that is read, and each exception's class and function name.
@@ -198,7 +199,63 @@ void BinaryReads(CTape tape)
     ExpectSame(library.GetNotes(), model.GetNotes());
 }
 
+template <class Writer>
+SWritten LibraryText(const SNode& root, const std::function<void(Writer&)>& setUp)
+{
+    std::ostringstream stream;
+    SWritten written;
+    Writer writer(stream);
+    setUp(writer);
+    written.raised = Raised([&] { WithRoot(root, [&](const auto& client) { writer.Write(client); }); });
+    written.document = stream.str();
+    return written;
+}
+
+void JsonWrites(CTape tape)
+{
+    const bool showPoint = tape.OneIn(2);
+    const SNode root = AnyTree(tape, tape.OneIn(2));
+    ExpectSame(LibraryText<Vellum::CWriterJson>(root, [&](auto& writer) { writer.SetShowPoint(showPoint); }),
+               WriteJson(root, showPoint));
+}
+
+void JsonReads(CTape tape)
+{
+    const SNode root = AnyTree(tape, tape.OneIn(2));
+    const std::string document = Mutated(WriteJson(root, tape.OneIn(2)).document, tape, false);
+    CVisitor library = VisitorOf(root, tape), model = library;
+    const bool isSequence = root.isSequence != tape.OneIn(16);
+    model.Run([&] { ReadJson(document, isSequence, model); });
+    const std::unique_ptr<char[]> text = Support::ExactText(document);
+    library.Run([&] { ReadRoot(Vellum::CReaderJson(text.get()), isSequence, library); });
+    ExpectSame(library.GetNotes(), model.GetNotes());
+}
+
+void XmlWrites(CTape tape)
+{
+    const SNode root = AnyTree(tape, tape.OneIn(2));
+    ExpectSame(LibraryText<Vellum::CWriterXml>(root, [](auto&) {}), WriteXml(root));
+}
+
+void XmlReads(CTape tape)
+{
+    const SNode root = AnyTree(tape, !tape.OneIn(4));
+    const std::string document = Mutated(WriteXml(root).document, tape, false);
+    CVisitor library = VisitorOf(root, tape), model = library;
+    const bool isSequence = root.isSequence != tape.OneIn(16);
+    const int error = ReadXml(document, isSequence, model);
+    const std::unique_ptr<char[]> text = Support::ExactText(document);
+    const Vellum::CReaderXml reader(text.get());
+    library.Run([&] { ReadRoot(reader, isSequence, library); });
+    ExpectSame("error " + std::to_string(reader.Check().error), "error " + std::to_string(error));
+    ExpectSame(library.GetNotes(), model.GetNotes());
+}
+
 TEST(Model, BinaryWritesTheSame) { Check(BinaryWrites); }
 TEST(Model, BinaryReadsTheSame) { Check(BinaryReads); }
+TEST(Model, JsonWritesTheSame) { Check(JsonWrites); }
+TEST(Model, JsonReadsTheSame) { Check(JsonReads); }
+TEST(Model, XmlWritesTheSame) { Check(XmlWrites); }
+TEST(Model, XmlReadsTheSame) { Check(XmlReads); }
 
 } // namespace
