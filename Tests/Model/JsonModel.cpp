@@ -242,11 +242,12 @@ private:
 
 std::string Unescaped(const std::string& raw)
 {
-    static const std::map<char, std::uint32_t> letters = {{'a', 7}, {'b', 8}, {'f', 12}, {'n', 10}, {'r', 13}, {'t', 9}, {'v', 11}};
+    static const std::map<char, std::uint32_t> letters = {{'a', 7},  {'b', 8}, {'f', 12}, {'n', 10},
+                                                          {'r', 13}, {'t', 9}, {'v', 11}};
     std::string text;
     for (std::size_t at = 0; at < raw.size();)
     {
-        if (raw[at] != '\\')
+        if (raw[at] != '\\' || at + 1 == raw.size()) // a word may end with one
         {
             text += raw[at++];
             continue;
@@ -254,8 +255,11 @@ std::string Unescaped(const std::string& raw)
         const char letter = raw[at + 1];
         at += 2;
         const std::size_t most = letter == 'x' ? 2 : letter == 'u' ? 4 : letter == 'U' ? 8 : 0;
-        const std::size_t end = std::min(raw.find_first_not_of("0123456789abcdefABCDEF", at), std::min(at + most, raw.size()));
-        std::uint32_t codePoint = letters.contains(letter) ? letters.at(letter) : static_cast<std::uint32_t>(static_cast<signed char>(letter));
+        const std::size_t end =
+            std::min(raw.find_first_not_of("0123456789abcdefABCDEF", at), std::min(at + most, raw.size()));
+        std::uint32_t codePoint = letters.contains(letter)
+                                      ? letters.at(letter)
+                                      : static_cast<std::uint32_t>(static_cast<signed char>(letter));
         if (end > at)
             codePoint = static_cast<std::uint32_t>(std::stoul(raw.substr(at, end - at), nullptr, 16));
         if (codePoint <= 0x10FFFF)
@@ -321,7 +325,15 @@ private:
         return value || text == "false";
     }
     static bool convert(const std::string& text, std::string& value) { return (value = Unescaped(text), true); }
-    static bool convert(const std::string& text, std::wstring& value) { return (value = FromUtf8(Unescaped(text)), true); }
+    static bool convert(const std::string& text, std::wstring& value)
+    {
+        return (value = FromUtf8(Unescaped(text)), true);
+    }
+    static bool convert(const std::string& text, char& value)
+    {
+        Convert(text == "\\\"" ? "\"" : text, value); // as the writer writes a quote
+        return true;
+    }
     static bool convert(const std::string& text, SDate& value)
     {
         value = ToDate(text, "CbDateTime::operator =");

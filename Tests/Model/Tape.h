@@ -60,7 +60,11 @@ inline rc::Gen<std::vector<std::uint16_t>> AnyTape()
             std::move(choices),
             [](const Choices& long_)
             {
-                const auto smaller = [](std::uint16_t choice) { return rc::shrink::towards<std::uint16_t>(choice, 0); };
+                const auto smaller = [](std::uint16_t choice)
+                {
+                    const std::uint16_t half = choice / 2;
+                    return choice == 0 ? rc::Seq<std::uint16_t>() : rc::seq::just(std::uint16_t{0}, half);
+                };
                 return rc::seq::concat(rc::shrink::removeChunks(long_), rc::shrink::eachElement(long_, smaller));
             });
     };

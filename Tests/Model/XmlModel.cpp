@@ -20,7 +20,7 @@ std::string ElementName(std::string typeName)
 
 std::string Escaped(const std::string& text)
 {
-    static const std::map<char, std::string> references = {{'&', "&amp;"},  {'>', "&gt;"},   {'<', "&lt;"},
+    static const std::map<char, std::string> references = {{'&', "&amp;"}, {'>', "&gt;"},   {'<', "&lt;"},
                                                            {'%', "&#37;"}, {'\n', "&#10;"}, {'\r', "&#13;"}};
     std::string escaped;
     for (const char byte : text)
@@ -61,8 +61,8 @@ struct SXmlWriter
                     out += indent + "</" + name + ">\n";
                 }
                 else if constexpr (std::is_same_v<T, SBlob>)
-                    out += indent + '<' + name + "><![CDATA[\n" + ToBase64(value.bytes, true) + '\n' + indent + "]]></" +
-                           name + ">\n";
+                    out += indent + '<' + name + "><![CDATA[\n" + ToBase64(value.bytes, true) + '\n' + indent +
+                           "]]></" + name + ">\n";
                 else
                     out += indent + '<' + name + '>' + Text(value) + "</" + name + ">\n";
             };
@@ -79,8 +79,9 @@ SWritten WriteXml(const SNode& root)
     SWritten written;
     const std::string name = ElementName(root.typeName);
     written.document = root.isSequence ? "<?xml version=\"1.0\"?>\n" : "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n";
-    written.document += '<' + name + " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\""
-                                     " xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\">\n";
+    written.document += '<' + name +
+                        " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\""
+                        " xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\">\n";
     try
     {
         SXmlWriter{written.document}.Write(root, "\t");
@@ -102,7 +103,7 @@ using Element = std::shared_ptr<SXml>;
 struct SXml
 {
     std::string name;
-    bool isDeclaration = false, isDocument = false, hasAttributes = false;
+    bool isDeclaration = false, isDocument = false;
     std::vector<Element> children;
     std::vector<std::string> texts, clears;
 };
@@ -173,11 +174,8 @@ private:
         if (first == '\0')
             return {End, start, 0, {}};
         at = step(start);
-        static const std::pair<std::string, std::string> clears[] = {{"<![CDATA[", "]]>"},
-                                                                     {"<PRE>", "</PRE>"},
-                                                                     {"<Script>", "</Script>"},
-                                                                     {"<!--", "-->"},
-                                                                     {"<!DOCTYPE", ">"}};
+        static const std::pair<std::string, std::string> clears[] = {
+            {"<![CDATA[", "]]>"}, {"<PRE>", "</PRE>"}, {"<Script>", "</Script>"}, {"<!--", "-->"}, {"<!DOCTYPE", ">"}};
         for (const auto& [open, close] : clears)
             if (IsSame(text.substr(start, open.size()), open))
                 return (at = start + open.size(), SToken{Clear, start, open.size(), close});
@@ -189,14 +187,20 @@ private:
                 return {Quoted, start, ++at - start, {}};
             at = start + 1;
         }
-        const auto sign = [&](EToken kind, std::size_t length) { return (at = start + length, SToken{kind, start, length, {}}); };
+        const auto sign = [&](EToken kind, std::size_t length) {
+            return (at = start + length, SToken{kind, start, length, {}});
+        };
         if (first == '/' && byteAt(at) == '>')
             return sign(EmptyClose, 2);
         if (first == '<')
             return byteAt(at) == '/' ? sign(EndOpen, 2) : byteAt(at) == '?' ? sign(Declaration, 2) : sign(Open, 1);
         if (first == '=' || first == '>')
             return sign(first == '=' ? Equals : Close, 1);
-        const auto isEnd = [&](char byte) { return byte == '\0' || isSpace(byte) || std::strchr("<=>", byte) != nullptr || (byte == '/' && byteAt(at + 1) == '>'); };
+        const auto isEnd = [&](char byte)
+        {
+            return byte == '\0' || isSpace(byte) || std::strchr("<=>", byte) != nullptr ||
+                   (byte == '/' && byteAt(at + 1) == '>');
+        };
         while (!isEnd(byteAt(at)))
             at = step(at);
         const std::size_t length = at - start;
@@ -322,12 +326,14 @@ private:
     bool fits(const SXml& node) const
     {
         const char behind = byteAt(endTagAt + node.name.size());
-        return IsSame(text.substr(endTagAt, node.name.size()), node.name) && (isSpace(behind) || (behind != '\0' && std::strchr("/<=>", behind) != nullptr));
+        return IsSame(text.substr(endTagAt, node.name.size()), node.name) &&
+               (isSpace(behind) || (behind != '\0' && std::strchr("/<=>", behind) != nullptr));
     }
 
     bool decode(const std::string& raw, std::string& decoded)
     {
-        static const std::pair<std::string, char> entities[] = {{"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}};
+        static const std::pair<std::string, char> entities[] = {
+            {"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}};
         for (std::size_t from = 0; from < raw.size();)
         {
             std::size_t size = 0;
@@ -336,7 +342,10 @@ private:
                 // A lead byte takes those behind it along, an ampersand too.
                 const std::string rest = raw.substr(from);
                 const auto byte = static_cast<unsigned char>(rest[0]);
-                size = std::min<std::size_t>(rest.size(), byte < 0xC2 || byte > 0xF4 ? 1 : byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4);
+                size = std::min<std::size_t>(rest.size(), byte < 0xC2 || byte > 0xF4 ? 1
+                                                          : byte < 0xE0              ? 2
+                                                          : byte < 0xF0              ? 3
+                                                                                     : 4);
                 decoded += rest.substr(0, size);
             }
             for (const auto& [entity, character] : entities)
@@ -349,7 +358,9 @@ private:
                 unsigned number = 0;
                 for (std::size_t place = digits; end != std::string::npos && place < end; ++place)
                 {
-                    const auto digit = std::string_view("0123456789abcdef").find(static_cast<char>(std::tolower(static_cast<unsigned char>(raw[place]))));
+                    const auto digit =
+                        std::string_view("0123456789abcdef")
+                            .find(static_cast<char>(std::tolower(static_cast<unsigned char>(raw[place]))));
                     if (digit >= (isHexadecimal ? 16 : 10))
                         return fail(14);
                     number = number * (isHexadecimal ? 16 : 10) + static_cast<unsigned>(digit);
