@@ -47,7 +47,7 @@ std::string RunThread(EEnd end)
     std::pair<EEnd, std::string> thread(end, "");
     const auto body = [](void* argument) -> void*
     {
-        auto& [end, told] = *static_cast<decltype(thread)*>(argument);
+        auto& [how, told] = *static_cast<decltype(thread)*>(argument);
         const struct SUnwound
         {
             std::string& told;
@@ -55,7 +55,7 @@ std::string RunThread(EEnd end)
         } unwound{told};
         try
         {
-            End(end, told);
+            End(how, told);
         }
         catch (...)
         {
