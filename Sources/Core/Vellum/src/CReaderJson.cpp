@@ -5,6 +5,7 @@
 #include <concepts>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -396,6 +397,10 @@ bool ReadElement(const SJsonElement* element, ISerializableContainer& value)
 
 CReaderJson::CReaderJson(const char* text) : text(text) {}
 CReaderJson::CReaderJson(const std::string& text) : text(text.c_str()) {}
+CReaderJson::CReaderJson(std::string&& text)
+    : kept(std::make_shared<const std::string>(std::move(text))), text(kept->c_str())
+{
+}
 CReaderJson::CReaderJson(const CReaderJson& other) = default;
 CReaderJson& CReaderJson::operator=(const CReaderJson& other) = default;
 CReaderJson::~CReaderJson() = default;
