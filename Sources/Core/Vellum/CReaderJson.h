@@ -25,6 +25,7 @@ namespace Vellum
 // Memory   The text isn't copied: it must stay valid and unchanged until Read has returned, unless it is a temporary
 //          std::string, which the reader keeps. clang++ warns of texts that don't live. Nothing else is kept between
 //          two calls of Read.
+// Locale   The client's Read is called in the C locale; the thread has its own again when Read has returned or raised.
 // Errors   CException from "SkipEmptyChars", "ParseValue", "Vellum::ParseString", "Vellum::ParseObject" or
 //          "Vellum::ParseArray" for a document that can't be parsed, brackets nested deeper than 1024 levels and a root
 //          of the other kind among them; from "Vellum::CReaderJson::Read" for a null text. CException from

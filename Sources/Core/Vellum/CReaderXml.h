@@ -29,6 +29,7 @@ namespace Vellum
 // Memory   The text isn't copied: it must stay valid and unchanged until Read has returned, unless it is a temporary
 //          std::string, which the reader keeps. clang++ warns of texts that don't live. Nothing else is kept between
 //          two calls.
+// Locale   The client's Read is called in the C locale; the thread has its own again when Read has returned or raised.
 // Errors   CException from "Vellum::CContainerReaderXml::readValue" for a value in a sequence that isn't named "elt",
 //          and from "Vellum::Conversion::StringToInt", "Vellum::Conversion::StringToDouble" or "Vellum::Base64::Decode"
 //          for one that doesn't convert; CbExceptionConversion from "CbDateTime::CbDateTime" for a date that doesn't.

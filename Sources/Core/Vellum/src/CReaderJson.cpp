@@ -151,8 +151,8 @@ JsonMembers& GetMembers(JsonMembers*& members, SJsonDocument& document)
     return *members;
 }
 
-// Fills the table, which may be null until there is a member, and returns the place behind the closing bracket; null for
-// the whole text `null`.
+// Fills the table, which may be null until there is a member, and returns the place behind the closing bracket; null
+// for the whole text `null`.
 const char* ParseObject(const char* text, JsonMembers*& members, SJsonDocument& document)
 {
     if (std::strcmp(text, "null") == 0)
@@ -347,7 +347,7 @@ private:
         keys = std::move(gathered);
     }
 
-    const JsonMembers* members; // null without any
+    const JsonMembers* members;        // null without any
     mutable CbArray<const char*> keys; // in the table's order; gathered when the first one is asked for
     CbMapEx<std::string, CbArray<unsigned char>> blobs{128u, 4u}; // most objects have few, if any
 };
