@@ -9,6 +9,7 @@
 #include <mutex>
 #include <utility>
 
+#include "Platform/ForcedUnwind.h"
 #include "Platform/StandardError.h"
 
 namespace Scribing
@@ -74,6 +75,7 @@ CScribe::~CScribe() = default;
 
 void CScribe::Error(const char* file, int line, const char* function, const wchar_t* text, ...) const noexcept
 {
+    const Vellum::Platform::CNoCancellation scope; // sinks write
     try
     {
         std::array<wchar_t, 1024> message{};
