@@ -24,8 +24,8 @@ namespace Vellum
 // Back     CReaderJson gives everything back but empty blobs, NaN payloads, milliseconds, lone surrogates, keys with a
 //          quote, and numbers written with hex, oct, fixed or a fill. Docs/JsonFormat.md has the whole table.
 // Repeats  Each Write appends one complete document. A key written twice stands twice in it.
-// Locale   The client's Write is called in the C locale; the thread has its own again when Write has returned or
-// raised. Errors   Whatever goes wrong, an exception of the client's own included, leaves Write as a CException from
+// Locale   The client's Write is called in the C locale; the thread has its own again behind this one.
+// Errors   Whatever goes wrong, an exception of the client's own included, leaves Write as a CException from
 //          "Vellum::CWriterJson::Write". What was written until then stays on the stream. A stream that can't take the
 //          output is not looked at; it tells by its own state.
 // Threads  A writer and its stream belong to one thread at a time.

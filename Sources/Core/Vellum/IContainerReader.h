@@ -5,8 +5,9 @@
 
 #include "Platform/Export.h"
 
+#include "Groundwork/NaturalArguments.h"
+
 #include "Vellum/BlobRange.h"
-#include "Vellum/NaturalArguments.h"
 
 class IDateTime;
 
@@ -20,10 +21,9 @@ class ISerializableContainer;
 // and so on until Read returns false. Absence, kinds and texts are those of IDataReader, with an index past the end in
 // place of an absent key.
 //
-// Gaps     In a document that the library wrote, the first false is the end. In JSON of others a null stands at an
-// index
-//          of its own and gives false too, as does an element of another kind in any text: [1,null,2,3] ends such a
-//          loop behind the 1. Whoever has to read on asks for later indices as well.
+// Gaps     In a document that the library wrote, the first false is the end. In JSON of others a null has an index of
+//          its own and gives false too, as does an element of another kind in any text: [1,null,2,3] ends such a loop
+//          behind the 1. Whoever has to read on asks for later indices as well.
 class VELLUM_API IContainerReader
 {
 public:

@@ -5,8 +5,9 @@
 
 #include "Platform/Export.h"
 
+#include "Groundwork/NaturalArguments.h"
+
 #include "Vellum/BlobRange.h"
-#include "Vellum/NaturalArguments.h"
 
 class IDateTime;
 
