@@ -306,7 +306,7 @@ TYPED_TEST(TextFormats, AnyAllocationMayFail)
 {
     const std::string text(200, '%'), bytes(200, 'b');
     bool isComplete = false;
-    CFields inner([](IDataWriter& w) { w.Write("a key that is longer than any small text", 7); },
+    CFields inner([](IDataWriter& w) { w.Write("a_key_that_is_longer_than_any_small_text", 7); },
                   [&](IDataReader& r) { isComplete = Get<int>(r, r.GetKey(0)) == 7; });
     CFields root(
         [&](IDataWriter& w)
