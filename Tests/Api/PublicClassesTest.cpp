@@ -1,6 +1,5 @@
 // Each public class is used through the shared module alone, derived from where that is what it is for.
 
-#include <cstdlib>
 #include <filesystem>
 #include <limits>
 
@@ -8,7 +7,6 @@
 
 #include "CEverything.h"
 #include "Support/Clients.h"
-#include "Support/GermanLocales.h"
 
 // Names that stay the client's own.
 class CFile;
@@ -74,24 +72,6 @@ TYPED_TEST(Module, BringsTheLimitsOfEveryKindBack)
         ExpectBack<TypeParam>('x' + std::string(byte == 0 ? 0 : 3, static_cast<char>(byte)));
     }
     ExpectBack<TypeParam>(std::wstring{wchar_t(0xE9), L'"', L'\\', L'\n', wchar_t(0xD83D), wchar_t(0xDE00)});
-}
-
-template <class Format>
-void ExpectClientInTheCLocale()
-{
-    const auto expectPoint = [] { EXPECT_EQ(std::strtod("1.5", nullptr), 1.5); };
-    Support::CFields object([&](auto&) { expectPoint(); }, [&](auto&) { expectPoint(); });
-    Format::Read(Format::Write(object), object);
-    Support::CElements sequence([&](auto&) { expectPoint(); }, [&](auto&) { expectPoint(); });
-    Format::Read(Format::Write(sequence), sequence);
-}
-
-TEST(Module, CallsTheClientOfATextFormatInTheCLocale)
-{
-    const Support::CGermanThread german;
-    ExpectClientInTheCLocale<Formats::SJson>();
-    ExpectClientInTheCLocale<Formats::SXml>();
-    EXPECT_TRUE(german.IsInForce());
 }
 
 TEST(Module, TakesStreamsOfTheClientsOwn)
