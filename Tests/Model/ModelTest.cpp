@@ -9,9 +9,12 @@
 #include "Groundwork/CbStreamReadBinaryBuffer.h"
 #include "Groundwork/CbStreamWriteBinaryBuffer.h"
 
+#include "Model/Documents.h"
 #include "Model/Formats.h"
 #include "Model/Library.h"
 #include "Model/Values.h"
+#include "Support/CEnvironment.h"
+#include "Support/GermanLocales.h"
 #include "Support/Texts.h"
 
 // The library and a second, plain telling of its formats are given the same trees and documents, and must agree: in
@@ -28,6 +31,7 @@ using namespace Model;
 void Check(void (*property)(CTape))
 {
     Scribing::SetSink([](const Scribing::SEntry&) {});
+    const Support::CEnvironment zone("TZ", "Europe/Berlin");
     const char* const seconds = std::getenv("VELLUM_MODEL_SECONDS");
     const auto end = std::chrono::steady_clock::now() +
                      std::chrono::milliseconds(seconds == nullptr ? 500 : 1000 * std::atoi(seconds));
@@ -47,6 +51,15 @@ void Check(void (*property)(CTape))
         ++params.seed;
     } while (std::chrono::steady_clock::now() < end);
     Scribing::SetSink({});
+}
+
+// Runs a part of the library, which raises nothing, on a thread whose numbers have a decimal comma.
+template <class Body>
+void Abroad(const Body& body)
+{
+    const Support::CGermanThread german;
+    body();
+    RC_ASSERT(german.IsInForce());
 }
 
 // What differs first, with what stands around it.
@@ -128,49 +141,11 @@ CVisitor VisitorOf(const SNode& root, CTape& tape)
 {
     std::vector<std::string> keys = {"", "absent", "ID", "kEY"};
     for (std::size_t i = 0; i < 3 && i < root.items.size(); ++i)
-        keys.push_back(root.items[root.items.size() - 1 - i].key);
-    return CVisitor(keys, root.typeName, tape.OneIn(2));
-}
-
-const std::string Counts[] = {{"\0\0\0\0", 4},   {"\1\0\0\0", 4}, "\xFF\xFF\xFF\xFF",        "\xFF\xFF\xFF\x7F",
-                              {"\0\0\0\x40", 4}, {"\0\1\0\0", 4}, "\xFF\xFE\xFF\xFF\xFF\xFF"};
-
-// A few changes of a document: bytes, pieces gone, twice, exchanged or put in.
-std::string Mutated(std::string document, CTape& tape, bool isBinary)
-{
-    for (std::size_t changes = tape.OneIn(2) ? 0 : 1 + tape.Below(3); changes > 0 && !document.empty(); --changes)
     {
-        const std::size_t at = tape.Below(document.size()), size = 1 + tape.Below(tape.OneIn(4) ? 64 : 6);
-        const std::string piece = document.substr(at, size);
-        switch (tape.Below(8))
-        {
-        case 0:
-            document[at] = static_cast<char>(tape.Next());
-            break;
-        case 1:
-            document[at] = static_cast<char>(static_cast<unsigned char>(document[at]) + (tape.OneIn(2) ? 1 : 255));
-            break;
-        case 2:
-            document.resize(at);
-            break;
-        case 3:
-            document.erase(at, size);
-            break;
-        case 4:
-            document.insert(tape.Below(document.size()), piece);
-            break;
-        case 5:
-            document.erase(at, size);
-            document.insert(tape.Below(document.size() + 1), piece);
-            break;
-        case 6:
-            document.replace(at, std::min<std::size_t>(piece.size(), 4), isBinary ? tape.From(Counts) : AnyText(tape));
-            break;
-        default:
-            document.insert(at, isBinary ? tape.From(Counts) : AnyText(tape));
-        }
+        keys.push_back(root.items[root.items.size() - 1 - i].key);
+        std::ranges::transform(keys.emplace_back(keys.back()), keys.back().begin(), ::toupper);
     }
-    return document;
+    return CVisitor(keys, root.typeName, tape.OneIn(2));
 }
 
 void BinaryWrites(CTape tape)
@@ -206,7 +181,8 @@ SWritten LibraryText(const SNode& root, const std::function<void(Writer&)>& setU
     SWritten written;
     Writer writer(stream);
     setUp(writer);
-    written.raised = Raised([&] { WithRoot(root, [&](const auto& client) { writer.Write(client); }); });
+    const auto write = [&] { WithRoot(root, [&](const auto& client) { writer.Write(client); }); };
+    Abroad([&] { written.raised = Raised(write); });
     written.document = stream.str();
     return written;
 }
@@ -222,12 +198,13 @@ void JsonWrites(CTape tape)
 void JsonReads(CTape tape)
 {
     const SNode root = AnyTree(tape, tape.OneIn(2));
-    const std::string document = Mutated(WriteJson(root, tape.OneIn(2)).document, tape, false);
+    const std::string whole = tape.OneIn(2) ? AnyJson(tape) : WriteJson(root, tape.OneIn(2)).document;
+    const std::string document = Mutated(whole, tape, false);
     CVisitor library = VisitorOf(root, tape), model = library;
-    const bool isSequence = root.isSequence != tape.OneIn(16);
+    const bool isSequence = document.starts_with('[') != tape.OneIn(16);
     model.Run([&] { ReadJson(document, isSequence, model); });
     const std::unique_ptr<char[]> text = Support::ExactText(document);
-    library.Run([&] { ReadRoot(Vellum::CReaderJson(text.get()), isSequence, library); });
+    Abroad([&] { library.Run([&] { ReadRoot(Vellum::CReaderJson(text.get()), isSequence, library); }); });
     ExpectSame(library.GetNotes(), model.GetNotes());
 }
 
@@ -240,13 +217,14 @@ void XmlWrites(CTape tape)
 void XmlReads(CTape tape)
 {
     const SNode root = AnyTree(tape, !tape.OneIn(4));
-    const std::string document = Mutated(WriteXml(root).document, tape, false);
+    const std::string whole = tape.OneIn(2) ? AnyXml(tape, root.typeName) : WriteXml(root).document;
+    const std::string document = Mutated(whole, tape, false);
     CVisitor library = VisitorOf(root, tape), model = library;
     const bool isSequence = root.isSequence != tape.OneIn(16);
     const int error = ReadXml(document, isSequence, model);
     const std::unique_ptr<char[]> text = Support::ExactText(document);
     const Vellum::CReaderXml reader(text.get());
-    library.Run([&] { ReadRoot(reader, isSequence, library); });
+    Abroad([&] { library.Run([&] { ReadRoot(reader, isSequence, library); }); });
     ExpectSame("error " + std::to_string(reader.Check().error), "error " + std::to_string(error));
     ExpectSame(library.GetNotes(), model.GetNotes());
 }

@@ -162,7 +162,7 @@ private:
     {
         const auto byte = static_cast<unsigned char>(byteAt(place));
         const std::size_t size = byte == 0 ? 0 : byte < 0xC2 || byte > 0xF4 ? 1 : byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
-        return std::min(place + size, text.size());
+        return place + size <= text.size() ? place + size : place + 1;
     }
 
     SToken token()
