@@ -158,7 +158,7 @@ void BinaryWrites(CTape tape)
 void BinaryReads(CTape tape)
 {
     const SNode root = AnyTree(tape, true);
-    const std::string document = Mutated(LibraryBinary(root, false).document, tape, true);
+    const std::string document = Mutated(WriteBinary(root).document, tape, true);
     CVisitor library = VisitorOf(root, tape), model = library;
     const bool isSequence = root.isSequence != tape.OneIn(16);
     model.Run([&] { ReadBinary(document, isSequence, model); });
