@@ -45,31 +45,23 @@ std::string XmlAttributes(CTape& tape)
 
 std::string XmlContent(CTape& tape, int depth)
 {
-    static const std::string sections[] = {"<!-- c -->",
-                                           "<![CDATA[ QUJD\n\t]]>",
-                                           "<![cdata[]]>",
-                                           "<PRE>x</PRE>",
-                                           "<Script>\n</Script>",
-                                           "<script><a>",
-                                           "<!DOCTYPE a>",
-                                           "</b>",
-                                           "<?pi a?>",
-                                           "<",
-                                           "</a ",
-                                           "&#x41;",
-                                           "&#X6a;&#233;",
-                                           "&#;",
-                                           "&LT;",
-                                           "&#300;"};
+    static const std::string sections[] = {"<!-- c -->",   "<![CDATA[ QUJD\n\t]]>", "<![cdata[]]>",
+                                           "<PRE>x</PRE>", "<Script>\n</Script>",   "<!DOCTYPE a>",
+                                           "<?pi a?>"};
+    static const std::string texts[] = {"12",       " 1.5\n",    "true",
+                                        " QUJD ",   "&amp;&LT;", "&#xE9;&#X6a;&#233;",
+                                        "&#300;",   "a&#0;b",    "&#32;&quot;'\"&apos;",
+                                        "a=b/>c>d", "\xC3\xA4",  "2024-03-01 10:20:30"};
+    static const std::string faults[] = {"</b>", "<script><a>", "<", "</a ", "&#xG;", "&#;", "&", "\xE9", "<!--"};
     std::string text;
     for (std::size_t count = tape.Below(depth == 0 ? 8 : 4); count > 0; --count)
         switch (tape.Below(depth < 5 ? 6 : 3))
         {
         case 0:
-            text += AnyText(tape);
+            text += tape.OneIn(24) ? AnyText(tape) : tape.From(texts);
             break;
         case 1:
-            text += Space(tape) + tape.From(sections);
+            text += Space(tape) + (tape.OneIn(12) ? tape.From(faults) : tape.From(sections));
             break;
         case 2:
             text += Space(tape) + '<' + XmlName(tape) + XmlAttributes(tape) + "/>";

@@ -122,13 +122,14 @@ public:
         node.typeName = tape.OneIn(3) ? name() : std::string(1, static_cast<char>('A' + tape.Below(2)));
         const std::size_t size = tape.Below(16);
         const std::size_t count = size < 11 ? (depth == 1 ? size : size / 2) : size < 14 ? tape.Below(24) : 0;
+        // Many sequences, and some objects, have items of one kind, those with few keys, and an intruder now and then.
         const std::size_t kind = anyKind(depth);
+        const bool isOneKind = isSequence || tape.OneIn(4);
         for (std::size_t i = 0; i < count; ++i)
         {
-            // A sequence of one kind, with an intruder now and then.
-            const bool isOther = !isSequence || (!isTame && tape.OneIn(24));
-            node.items.push_back(
-                {isSequence ? "" : name(), value(isOther ? anyKind(depth) : kind, depth), !isTame && tape.OneIn(2)});
+            const bool isOther = !isOneKind || (!isTame && tape.OneIn(24));
+            const std::string key = isSequence ? "" : isOneKind ? Names[1 + tape.Below(3)] : name();
+            node.items.push_back({key, value(isOther ? anyKind(depth) : kind, depth), !isTame && tape.OneIn(2)});
         }
         if (size >= 14)
             addMany(node);
@@ -140,7 +141,7 @@ public:
     }
 
 private:
-    std::size_t anyKind(int depth) { return tape.Below(depth < 6 ? Kinds : KindObject); }
+    std::size_t anyKind(int depth) { return tape.OneIn(4) ? KindText : tape.Below(depth < 6 ? Kinds : KindObject); }
 
     std::string name()
     {
@@ -166,9 +167,9 @@ private:
         static constexpr std::size_t counts[] = {14, 15, 16, 17, 33, 94, 95, 96, 97, 190, 191, 192, 200, 400};
         const std::size_t scheme = tape.Below(4), spread = tape.Below(2) * KindBlob;
         std::size_t count = tape.From(counts);
-        const std::size_t kind = tape.Below(KindText + 2), first = tape.Below(1000);
+        const std::size_t kind = tape.OneIn(4) ? KindObject : tape.Below(KindText + 1), first = tape.Below(1000);
         if (node.isSequence && tape.OneIn(2) && left >= 40000)
-            (count = 500 + tape.Below(kind > KindText ? 1000 : 6000), left -= 40000);
+            (count = kind > KindText ? 1030 : 500 + tape.Below(6000), left -= 40000);
         const auto part = std::make_shared<const SNode>(SNode{first % 2 == 0, "P", {}, SNode::Never});
         for (std::size_t i = 0; i < count; ++i)
         {
@@ -336,7 +337,7 @@ private:
 std::string AnyText(CTape& tape)
 {
     std::string text;
-    for (std::size_t count = tape.Below(5); count > 0; --count)
+    for (std::size_t count = tape.Below(8); count > 0; --count)
     {
         const std::size_t place = tape.Below(std::size(Pieces) + 16);
         if (place < std::size(Pieces))

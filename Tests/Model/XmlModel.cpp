@@ -36,13 +36,10 @@ struct SXmlWriter
     static std::string Text(const std::wstring& value) { return Escaped(ToUtf8(value)); }
     static std::string Text(const SDate& value) { return ToText(value); }
     static std::string Text(char value) { return std::string(1, value); }
-    static std::string Text(bool value) { return value ? "true" : "false"; }
-    static std::string Text(float value) { return ToText(value, false); }
-    static std::string Text(double value) { return ToText(value, false); }
-    template <class Integer>
-    static std::string Text(Integer value)
+    template <class Number>
+    static std::string Text(Number value)
     {
-        return std::to_string(value);
+        return ToText(value, false);
     }
 
     void Write(const SNode& node, const std::string& indent) const
