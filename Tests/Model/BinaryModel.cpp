@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <map>
+#include <numeric>
 
 #include "Model/Formats.h"
 #include "Model/Values.h"
@@ -70,8 +70,25 @@ class CBinaryWriter
 public:
     explicit CBinaryWriter(bool isOdd) : isOdd(isOdd) {}
 
-    std::string Record(const SNode& node);
-    std::string Sequence(const SNode& node);
+    // Puts the bytes into `out` even if the client's Write raises: a field stays then as it is.
+    void Write(const SNode& node, std::string& out, const std::string& front = {})
+    {
+        std::exception_ptr raised;
+        const auto run = [&](const auto& writeItem)
+        {
+            try
+            {
+                RunClient(node, writeItem);
+            }
+            catch (...)
+            {
+                raised = std::current_exception();
+            }
+        };
+        out = front + (node.isSequence ? sequence(run) : record(run));
+        if (raised)
+            std::rethrow_exception(raised);
+    }
 
     std::string Strings() const
     {
@@ -95,130 +112,88 @@ private:
         return Size(found->second);
     }
 
-    // Puts the bytes into `out` even if the client's Write raises: a field stays then as it is.
-    void nested(const SNode& node, std::string& out);
-    void writeRecord(const SNode& node, std::string& out);
-    void writeSequence(const SNode& node, std::string& out);
+    static std::string encoded(const Value& value)
+    {
+        return std::visit([](const auto& each) { return Encoded(each); }, value);
+    }
+
+    template <class Run>
+    std::string record(const Run& run)
+    {
+        std::array<std::vector<std::pair<std::string, std::string>>, Kinds> sections; // keys and values
+        const auto writeField = [&](const SItem& item)
+        {
+            const std::string key = index(item.key);
+            auto& section = sections[KindOf(item.value)];
+            auto entry = std::ranges::find(section, key, &std::pair<std::string, std::string>::first);
+            if (entry == section.end() || isOdd)
+                entry = section.insert(section.end(), {key, {}});
+            entry->second = encoded(item.value);
+            if (const auto* part = std::get_if<std::shared_ptr<const SNode>>(&item.value))
+            {
+                const std::string type = index((*part)->typeName), front = (*part)->isSequence ? "" : type;
+                Write(**part, entry->second, front);
+            }
+        };
+        run(writeField);
+
+        std::string out;
+        std::uint8_t count = 0;
+        for (std::size_t kind = 0; kind < Kinds; ++kind)
+        {
+            std::vector<std::uint64_t> hashes;
+            for (const auto& [key, value] : sections[kind])
+                hashes.push_back(HashOfBytes(key));
+            if (hashes.empty())
+                continue;
+            ++count;
+            out += Raw(Tags[kind]) + Size(hashes.size());
+            for (const std::size_t place : TableOrder(hashes))
+                out += sections[kind][place].first + sections[kind][place].second;
+        }
+        return Raw(count) + out;
+    }
+
+    template <class Run>
+    std::string sequence(const Run& run)
+    {
+        std::size_t fixed = Kinds;
+        std::vector<std::string> types, elements;
+        const auto writeElement = [&](const SItem& item)
+        {
+            const std::size_t kind = KindOf(item.value);
+            if (fixed != Kinds && fixed != kind)
+                throw SRaised{Exception, kind < KindBlob ? "Vellum::CContainerWriterBinary::write"
+                                                         : "Vellum::CContainerWriterBinary::Write"};
+            fixed = kind;
+            std::string bytes = encoded(item.value);
+            if (kind >= KindObject) // a part that fails leaves nothing
+            {
+                const SNode& part = *std::get<std::shared_ptr<const SNode>>(item.value);
+                const std::string type = kind == KindObject ? index(part.typeName) : "";
+                Write(part, bytes, type);
+                types.push_back(type);
+            }
+            elements.push_back(bytes);
+        };
+        run(writeElement);
+
+        std::string out = Raw(elements.empty() ? std::uint8_t{0} : Tags[fixed]) + Size(elements.size());
+        if (fixed == KindObject && !elements.empty())
+        {
+            const bool isSame = std::ranges::count(types, types[0]) == std::ssize(types);
+            types.resize(isSame ? 1 : types.size());
+            out += Raw(isSame) + std::accumulate(types.begin(), types.end(), std::string());
+        }
+        for (const std::string& element : elements)
+            out += element;
+        return out;
+    }
 
     bool isOdd;
     std::map<std::string, std::size_t> indices;
     std::vector<std::string> texts;
 };
-
-template <class Run, class Finish>
-void RunAndFinish(const Run& run, const Finish& finish)
-{
-    try
-    {
-        run();
-    }
-    catch (...)
-    {
-        finish();
-        throw;
-    }
-    finish();
-}
-
-void CBinaryWriter::nested(const SNode& node, std::string& out)
-{
-    node.isSequence ? writeSequence(node, out) : writeRecord(node, out);
-}
-
-void CBinaryWriter::writeRecord(const SNode& node, std::string& out)
-{
-    struct SEntry
-    {
-        std::string key, value;
-    };
-    std::array<std::vector<SEntry>, Kinds> sections;
-    const auto writeField = [&](const SItem& item)
-    {
-        const std::string key = index(item.key);
-        std::vector<SEntry>& section = sections[KindOf(item.value)];
-        auto entry = std::find_if(section.begin(), section.end(), [&](const SEntry& each) { return each.key == key; });
-        if (entry == section.end() || isOdd)
-            entry = section.insert(section.end(), {key, {}});
-        entry->value = std::visit([](const auto& value) { return Encoded(value); }, item.value);
-        if (const auto* part = std::get_if<std::shared_ptr<const SNode>>(&item.value))
-        {
-            const std::string type = index((*part)->typeName);
-            std::string bytes;
-            RunAndFinish([&] { nested(**part, bytes); },
-                         [&] { entry->value = (*part)->isSequence ? bytes : type + bytes; });
-        }
-    };
-    RunAndFinish([&] { RunClient(node, writeField); },
-                 [&]
-                 {
-                     const auto isEmpty = [](const std::vector<SEntry>& section) { return section.empty(); };
-                     out = Raw(static_cast<std::uint8_t>(Kinds - std::ranges::count_if(sections, isEmpty)));
-                     for (std::size_t kind = 0; kind < Kinds; ++kind)
-                     {
-                         std::vector<std::uint64_t> hashes;
-                         for (const SEntry& entry : sections[kind])
-                             hashes.push_back(HashOfBytes(entry.key));
-                         if (!hashes.empty())
-                             out += Raw(Tags[kind]) + Size(hashes.size());
-                         for (const std::size_t place : TableOrder(hashes))
-                             out += sections[kind][place].key + sections[kind][place].value;
-                     }
-                 });
-}
-
-void CBinaryWriter::writeSequence(const SNode& node, std::string& out)
-{
-    std::size_t fixed = Kinds, count = 0;
-    std::vector<std::string> types;
-    std::string elements;
-    const auto writeElement = [&](const SItem& item)
-    {
-        const std::size_t kind = KindOf(item.value);
-        if (fixed != Kinds && fixed != kind)
-            throw SRaised{Exception, kind < KindBlob ? "Vellum::CContainerWriterBinary::write"
-                                                     : "Vellum::CContainerWriterBinary::Write"};
-        fixed = kind;
-        std::string bytes = std::visit([](const auto& value) { return Encoded(value); }, item.value);
-        if (kind >= KindObject) // a part that fails leaves nothing
-        {
-            const SNode& part = *std::get<std::shared_ptr<const SNode>>(item.value);
-            const std::string type = kind == KindObject ? index(part.typeName) : "";
-            nested(part, bytes);
-            if (kind == KindObject)
-                types.push_back(type);
-            bytes = type + bytes;
-        }
-        elements += bytes;
-        ++count;
-    };
-    RunAndFinish([&] { RunClient(node, writeElement); },
-                 [&]
-                 {
-                     out = Raw(count == 0 ? std::uint8_t{0} : Tags[fixed]) + Size(count);
-                     if (!types.empty())
-                     {
-                         const bool isSame = std::ranges::count(types, types[0]) == static_cast<std::ptrdiff_t>(count);
-                         out += Raw(isSame);
-                         for (std::size_t i = 0; i < (isSame ? 1 : count); ++i)
-                             out += types[i];
-                     }
-                     out += elements;
-                 });
-}
-
-std::string CBinaryWriter::Record(const SNode& node)
-{
-    std::string bytes;
-    writeRecord(node, bytes);
-    return bytes;
-}
-
-std::string CBinaryWriter::Sequence(const SNode& node)
-{
-    std::string bytes;
-    writeSequence(node, bytes);
-    return bytes;
-}
 
 } // namespace
 
@@ -228,7 +203,8 @@ SWritten WriteBinary(const SNode& root, bool isOdd)
     SWritten written;
     try
     {
-        const std::string body = root.isSequence ? writer.Sequence(root) : writer.Record(root);
+        std::string body;
+        writer.Write(root, body);
         written.document = Size(0) + Raw(Tags[root.isSequence ? KindSequence : KindObject]) + writer.Strings() + body;
     }
     catch (...)
