@@ -7,6 +7,8 @@
 namespace Model
 {
 
+using namespace std::string_literals;
+
 namespace
 {
 
@@ -34,7 +36,7 @@ std::string XmlName(CTape& tape)
 
 std::string XmlAttributes(CTape& tape)
 {
-    static const std::string values[] = {"1",     "'1'",   "\"1\"", "'a\"&lt;'", "\"&#65;\"", "1?",
+    static const std::string values[] = {"1",     "'>'",   "\">\"", "'a\"&lt;'", "\"&#65;\"", "1?",
                                          "\"?\"", "&amp;", "\"1",   "<",         ""};
     std::string text;
     for (std::size_t count = tape.OneIn(3) ? tape.Below(4) : 0; count > 0; --count)
@@ -51,7 +53,8 @@ std::string XmlContent(CTape& tape, int depth)
     static const std::string texts[] = {"12",       " 1.5\n",    "true",
                                         " QUJD ",   "&amp;&LT;", "&#xE9;&#X6a;&#233;",
                                         "&#300;",   "a&#0;b",    "&#32;&quot;'\"&apos;",
-                                        "a=b/>c>d", "\xC3\xA4",  "2024-03-01 10:20:30"};
+                                        "a=b/>c>d", "\xC3\xA4",  "2024-03-01 10:20:30",
+                                        "\xF5\xC1"};
     static const std::string faults[] = {"</b>", "<script><a>", "<", "</a ", "&#xG;", "&#;", "&", "\xE9", "<!--"};
     std::string text;
     for (std::size_t count = tape.Below(depth == 0 ? 8 : 4); count > 0; --count)
@@ -74,7 +77,7 @@ std::string XmlContent(CTape& tape, int depth)
                 text +=
                     "</" + Space(tape) + static_cast<char>(std::toupper(name[0])) + name.substr(1) + Space(tape) + '>';
             else if (end == 1)
-                text += "</" + XmlName(tape) + '>';
+                text += "</" + (tape.OneIn(2) ? name + "/b" : XmlName(tape)) + '>';
             else if (end != 2)
                 text += "</" + name + '>';
         }
@@ -121,7 +124,11 @@ std::string Mutated(std::string document, CTape& tape, bool isBinary)
                                          "\xFF\xFE\xFF\xFF\xFF\xFF"};
     for (std::size_t changes = tape.OneIn(2) ? 0 : 1 + tape.Below(3); changes > 0 && !document.empty(); --changes)
     {
-        const std::size_t at = tape.Below(document.size()), size = 1 + tape.Below(tape.OneIn(4) ? 64 : 6);
+        std::size_t at = tape.Below(document.size());
+        if (isBinary && tape.OneIn(2)) // a small number of 32 bits
+            at = std::min(document.find("\0\0\0"s, at), document.size()) - 1;
+        at = std::min(at, document.size() - 1);
+        const std::size_t size = 1 + tape.Below(tape.OneIn(4) ? 64 : 6);
         const std::string piece = document.substr(at, size), other = isBinary ? tape.From(counts) : AnyText(tape);
         switch (tape.Below(8))
         {

@@ -93,6 +93,10 @@ const std::string Pieces[] = {"",
                               "\\v",
                               "\\q",
                               "\\x4",
+                              "\\x414",
+                              "\\u0000",
+                              "\\U0010FFFF",
+                              "-99999999999999999999",
                               "\\xE9",
                               "\\u41",
                               "\\u00e4",
@@ -192,13 +196,17 @@ private:
     {
         // Of one hash in pairs, when case doesn't count.
         static const std::string twins[] = {"costarring", "declinate", "altarage", "liquid", "macallums", "zinke"};
-        std::string text = std::to_string(i);
+        const std::string digits = std::to_string(i);
         if (scheme == 1)
-            return "samefront" + std::string(4 - text.size(), '0') + text;
-        if (scheme == 2) // all of one hash, where names are interned
-            for (text.clear(); text.size() < 18; i /= 2)
-                text += i % 2 == 0 ? "Aa" : "B@";
-        return scheme == 2 ? text : scheme == 3 && i < 6 ? twins[i] : "k" + text;
+            return "samefront" + std::string(4 - digits.size(), '0') + digits;
+        if (scheme == 2 && i % 5 != 4) // many of one hash, where names are interned
+        {
+            std::string text;
+            for (std::size_t bit = 0; bit < 9; ++bit)
+                text += (i >> bit) % 2 == 0 ? "Aa" : "B@";
+            return text;
+        }
+        return scheme == 3 && i < std::size(twins) ? twins[i] : "k" + digits;
     }
 
     static Value number(std::size_t kind, std::size_t i)
@@ -293,7 +301,7 @@ private:
         static constexpr std::size_t lengths[] = {1, 7, 8, 15, 254, 255, 256, 3000, 65533, 65534, 65535};
         if (tape.OneIn(8))
             text.insert(
-                0, std::wstring(lengths[tape.Below(left >= 70000 && tape.OneIn(6) ? (left -= 70000, 11u) : 7u)], L'w'));
+                0, std::wstring(lengths[tape.Below(left >= 70000 && tape.OneIn(2) ? (left -= 70000, 11u) : 7u)], L'w'));
         return text;
     }
 
