@@ -30,7 +30,8 @@ std::string JsonText(CTape& tape)
 
 std::string XmlName(CTape& tape)
 {
-    static const std::string names[] = {"a", "b", "elt", "K", "k", "elt", "pre", "prefix", "a/b", "\xC3\xA4", "x?"};
+    static const std::string names[] = {"a",    "b",   "elt", "K",      "k",   "elt",      "ELT",
+                                        "else", "kak", "pre", "prefix", "a/b", "\xC3\xA4", "x?"};
     return tape.From(names);
 }
 

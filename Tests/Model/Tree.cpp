@@ -168,7 +168,7 @@ private:
     // Hundreds of fields or thousands of numbers, for a few choices.
     void addMany(SNode& node)
     {
-        static constexpr std::size_t counts[] = {14, 15, 16, 17, 33, 94, 95, 96, 97, 190, 191, 192, 200, 400};
+        static constexpr std::size_t counts[] = {14, 15, 16, 17, 33, 94, 95, 96, 97, 190, 191, 192, 200, 350, 383, 400};
         const std::size_t scheme = tape.Below(4), spread = tape.Below(2) * KindBlob;
         std::size_t count = tape.From(counts);
         const std::size_t kind = tape.OneIn(4) ? KindObject : tape.Below(KindText + 1), first = tape.Below(1000);
@@ -195,7 +195,7 @@ private:
     static std::string manyName(std::size_t scheme, std::size_t i)
     {
         // Of one hash in pairs, when case doesn't count.
-        static const std::string twins[] = {"costarring", "declinate", "altarage", "liquid", "macallums", "zinke"};
+        static const std::string twins[] = {"liquid", "macallums", "zinke", "costarring", "declinate", "altarage"};
         const std::string digits = std::to_string(i);
         if (scheme == 1)
             return "samefront" + std::string(4 - digits.size(), '0') + digits;
