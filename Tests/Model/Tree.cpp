@@ -171,14 +171,17 @@ private:
         static constexpr std::size_t counts[] = {14, 15, 16, 17, 33, 94, 95, 96, 97, 190, 191, 192, 200, 350, 383, 400};
         const std::size_t scheme = tape.Below(4), spread = tape.Below(2) * KindBlob;
         std::size_t count = tape.From(counts);
-        const std::size_t kind = tape.OneIn(4) ? KindObject : tape.Below(KindText + 1), first = tape.Below(1000);
-        if (node.isSequence && tape.OneIn(2) && left >= 40000)
+        const std::size_t kind = tape.OneIn(node.isSequence ? 2 : 4) ? KindObject : tape.Below(KindText + 1),
+                          first = tape.Below(1000);
+        if (node.isSequence && left >= 40000)
             (count = kind > KindText ? 1030 : 500 + tape.Below(6000), left -= 40000);
         const auto part = std::make_shared<const SNode>(SNode{first % 2 == 0, "P", {}, SNode::Never});
         for (std::size_t i = 0; i < count; ++i)
         {
             const std::size_t other = node.isSequence || spread == 0 ? kind : (kind + i * 7 / 5) % spread;
-            node.items.push_back({manyName(scheme, i), kind > KindText ? part : number(other, first + i), false});
+            node.items.push_back({manyName(scheme, i),
+                                  kind > KindText ? part : number(other, first + i, static_cast<double>(first + i)),
+                                  false});
         }
     }
 
@@ -209,17 +212,19 @@ private:
         return scheme == 3 && i < std::size(twins) ? twins[i] : "k" + digits;
     }
 
-    static Value number(std::size_t kind, std::size_t i)
+    // Of any kind of number; a text otherwise.
+    template <class Integer>
+    static Value number(std::size_t kind, Integer bits, double real)
     {
-        Value value = std::to_string(i);
-        [&]<std::size_t... Each>(std::index_sequence<Each...>)
+        const auto make = [&]<class T>() -> Value
         {
-            ((kind == Each ? void(value = static_cast<std::variant_alternative_t<Each, Value>>(i + (Each > 8 ? 40 : 0)))
-                           : void()),
-             ...);
-        }
-        (std::make_index_sequence<KindText>());
-        return value;
+            if constexpr (std::is_floating_point_v<T>)
+                return static_cast<T>(real);
+            else if constexpr (std::is_arithmetic_v<T>)
+                return static_cast<T>(bits);
+            return std::to_string(bits);
+        };
+        return WithKind(kind, make);
     }
 
     Value value(std::size_t kind, int depth)
@@ -247,36 +252,10 @@ private:
     // A number: small, or any bits.
     Value bits(std::size_t kind)
     {
-        const std::uint64_t bits = tape.OneIn(2) ? tape.Bits() : tape.Below(3) - 1;
         static constexpr double reals[] = {0,      1.5,  -0.0,     0.1,       100, 1e20,
                                            1e-320, 3e38, HUGE_VAL, -HUGE_VAL, NAN, 123456789};
-        const double real = bits <= 1 ? reals[tape.Below(std::size(reals))] : std::bit_cast<double>(bits);
-        switch (kind)
-        {
-        case 0:
-            return bits % 2 != 0;
-        case 1:
-            return static_cast<unsigned char>(bits);
-        case 2:
-            return static_cast<signed char>(bits);
-        case 3:
-            return static_cast<std::uint16_t>(bits);
-        case 4:
-            return static_cast<std::int16_t>(bits);
-        case 5:
-            return static_cast<std::uint32_t>(bits);
-        case 6:
-            return static_cast<std::int32_t>(bits);
-        case 7:
-            return bits;
-        case 8:
-            return static_cast<std::int64_t>(bits);
-        case 9:
-            return tape.OneIn(2) ? std::bit_cast<float>(static_cast<std::uint32_t>(bits))
-                                 : static_cast<float>(reals[bits % std::size(reals)]);
-        default:
-            return real;
-        }
+        const std::uint64_t bits = tape.OneIn(2) ? tape.Bits() : tape.Below(3) - 1;
+        return number(kind, bits, tape.OneIn(2) ? std::bit_cast<double>(bits) : tape.From(reals));
     }
 
     std::string text()

@@ -18,7 +18,8 @@ struct SRaised
     const char* className;
     const char* function;
 };
-inline constexpr const char *Exception = "CException", *ConversionException = "CbExceptionConversion";
+inline constexpr const char *Exception = "CException", *ConversionException = "CbExceptionConversion",
+                            *StreamException = "CbExceptionStream", *VersionException = "CbExceptionWrongFileVersion";
 
 // The order in which a hash table iterates that has taken these hashes, as places in the list.
 std::vector<std::size_t> TableOrder(const std::vector<std::uint64_t>& hashes);
