@@ -139,7 +139,7 @@ SWritten LibraryBinary(const SNode& root, bool isPlain)
 // A visitor for the document of a tree, or for what has become of it.
 CVisitor VisitorOf(const SNode& root, CTape& tape)
 {
-    std::vector<std::string> keys = {"", "absent", "ID", "kEY"};
+    std::vector<std::string> keys = {"", "absent", "ID", "kEY", "altarage"};
     for (std::size_t i = 0; i < 3 && i < root.items.size(); ++i)
     {
         keys.push_back(root.items[root.items.size() - 1 - i].key);

@@ -198,7 +198,7 @@ private:
     static std::string manyName(std::size_t scheme, std::size_t i)
     {
         // Of one hash in pairs, when case doesn't count.
-        static const std::string twins[] = {"liquid", "macallums", "zinke", "costarring", "declinate", "altarage"};
+        static const std::string twins[] = {"liquid", "macallums", "zinke", "costarring", "declinate"};
         const std::string digits = std::to_string(i);
         if (scheme == 1)
             return "samefront" + std::string(4 - digits.size(), '0') + digits;
