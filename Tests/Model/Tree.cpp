@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cmath>
+#include <sstream>
 
 namespace Model
 {
@@ -11,108 +12,21 @@ namespace
 
 using namespace std::string_literals;
 
-const std::string Pieces[] = {"",
-                              "a",
-                              "\"",
-                              "\\",
-                              "\n",
-                              "\t",
-                              "\r",
-                              "\b",
-                              "\f",
-                              "\v",
-                              "\x01",
-                              "\x1F",
-                              "\x7F",
-                              " ",
-                              "<",
-                              ">",
-                              "&",
-                              "%",
-                              "'",
-                              "/",
-                              "&amp;",
-                              "&#10;",
-                              "&#xE9;",
-                              "]]>",
-                              "/>",
-                              "</a>",
-                              "<!--",
-                              "-->",
-                              "<![CDATA[",
-                              "<PRE>",
-                              "</PRE>",
-                              "{",
-                              "}",
-                              "[",
-                              "]",
-                              ",",
-                              ":",
-                              "=",
-                              "null",
-                              "true",
-                              "false",
-                              "0",
-                              "7",
-                              "-",
-                              "+",
-                              "017",
-                              "0x1f",
-                              "0X",
-                              "1.5",
-                              "1e400",
-                              "-2.5e-3",
-                              "inf",
-                              "nan",
-                              ".",
-                              "300",
-                              "70000",
-                              "4294967297",
-                              "9223372036854775808",
-                              "18446744073709551616",
-                              "2024-03-01T10:20:30",
-                              "2024-13-45 99:99:99",
-                              "0005-01-02T03:04:05.678",
-                              "QUJD",
-                              "QQ==",
-                              "=",
-                              "Q",
-                              "\xC3\xA4",
-                              "\xE2\x82\xAC",
-                              "\xF0\x9F\x98\x80",
-                              "\xE9",
-                              "\xC2",
-                              "\xE0\x80",
-                              "\xED\xA0\xBD",
-                              "\xF4\x90\x80\x80",
-                              "\xF0\x9F",
-                              "\xFF",
-                              "\xC0\xAF",
-                              "\\n",
-                              "\\t",
-                              "\\v",
-                              "\\q",
-                              "\\x4",
-                              "\\x414",
-                              "\\u0000",
-                              "\\U0010FFFF",
-                              "-99999999999999999999",
-                              "\\xE9",
-                              "\\u41",
-                              "\\u00e4",
-                              "\\uD83D\\uDE00",
-                              "\\U0001F600",
-                              "\\U00110000",
-                              "\\u",
-                              "\\\xE9"};
+const std::vector<std::string> Pieces =
+    Words("~a~\"~\\~\n~\t~\r~\b~\f~\v~\x01~\x1F~\x7F~ ~<~>~&~%~'~/~&amp;~&#10;~&#xE9;~]]>~/>~</a>~<!--~-->~"
+          "<![CDATA[~<PRE>~</PRE>~{~}~[~]~,~:~=~null~true~false~0~7~-~+~017~0x1f~0X~1.5~1e400~-2.5e-3~inf~nan~"
+          ".~300~70000~4294967297~9223372036854775808~18446744073709551616~2024-03-01T10:20:30~"
+          "2024-13-45 99:99:99~0005-01-02T03:04:05.678~QUJD~QQ==~=~Q~\xC3\xA4~\xE2\x82\xAC~\xF0\x9F\x98\x80~"
+          "\xE9~\xC2~\xE0\x80~\xED\xA0\xBD~\xF4\x90\x80\x80~\xF0\x9F~\xFF~\xC0\xAF~\\n~\\t~\\v~\\q~\\x4~\\x414~"
+          "\\u0000~\\U0010FFFF~-99999999999999999999~\\xE9~\\u41~\\u00e4~\\uD83D\\uDE00~\\U0001F600~"
+          "\\U00110000~\\u~\\\xE9");
 
-const std::string Names[] = {"",      "k",    "id",   "Id",         "name",       "Aa",         "B@",
-                             "AaAa",  "B@B@", "AaB@", "abcdefgh12", "abcdefgh13", "abcdefgh21", "abcdefgh1",
-                             "elt",   "a::b", "a-b",  "A:::b",      "\xC3\xA4",   "Key",        "key",
-                             "count", "k0",   "k1",   "k2",         "items"};
+const std::vector<std::string> Names =
+    Words("~k~id~Id~name~Aa~B@~AaAa~B@B@~AaB@~abcdefgh12~abcdefgh13~abcdefgh21~abcdefgh1~elt~a::b~a-b~A:::b~"
+          "\xC3\xA4~Key~key~count~k0~k1~k2~items");
 constexpr std::size_t OddNames = 1; // at the front
-const std::string BadNames[] = {"a b", "<",   "a=b", "pre", "PRE",   "Script", "script", "k\"",  "k\\",
-                                "\\",  "k\n", "/>",  "k>",  "&amp;", "-",      "\xE9",   "\xFFz"};
+const std::vector<std::string> BadNames =
+    Words("a b~<~a=b~pre~PRE~Script~script~k\"~k\\~\\~k\n~/>~k>~&amp;~-~\xE9~\xFFz");
 
 class CTreeMaker
 {
@@ -229,24 +143,16 @@ private:
 
     Value value(std::size_t kind, int depth)
     {
-        switch (kind)
-        {
-        case KindChar:
-            return isTame ? static_cast<char>('A' + tape.Below(26)) : static_cast<char>(tape.Below(256));
-        case KindText:
-            return text();
-        case 13:
-            return wideText();
-        case 14:
-            return date();
-        case KindBlob:
-            return SBlob{blob()};
-        case KindObject:
-        case KindSequence:
-            return std::make_shared<const SNode>(Node(kind == KindSequence, depth + 1));
-        default:
+        if (kind == KindChar)
+            return static_cast<char>(isTame ? 'A' + tape.Below(26) : tape.Below(256));
+        if (kind < KindText)
             return bits(kind);
-        }
+        if (kind >= KindObject)
+            return std::make_shared<const SNode>(Node(kind == KindSequence, depth + 1));
+        return kind == KindText ? Value(text())
+               : kind == 13     ? Value(wideText())
+               : kind == 14     ? Value(date())
+                                : SBlob{blob()};
     }
 
     // A number: small, or any bits.
@@ -287,13 +193,11 @@ private:
     SDate date()
     {
         SDate date;
-        static constexpr unsigned short limits[] = {30000, 12, 31, 24, 60, 60, 1000};
+        static constexpr unsigned short limits[] = {30000, 12, 31, 24, 60, 60, 1000},
+                                        firsts[] = {1600, 1, 1, 0, 0, 0, 0};
         const bool isWild = !isTame && tape.OneIn(4);
         for (std::size_t i = 0; i < 7; ++i)
-            date.fields[i] = isWild ? tape.Next()
-                                    : static_cast<unsigned short>(tape.Below(limits[i]) + (i == 0  ? 1600
-                                                                                           : i < 3 ? 1
-                                                                                                   : 0));
+            date.fields[i] = static_cast<unsigned short>(isWild ? tape.Next() : tape.Below(limits[i]) + firsts[i]);
         if (isTame)
             date.fields[0] = static_cast<unsigned short>(1601 + date.fields[0] % 8000);
         return date;
@@ -321,16 +225,22 @@ private:
 
 } // namespace
 
+std::vector<std::string> Words(const std::string& text)
+{
+    std::vector<std::string> words;
+    std::istringstream stream(text);
+    for (std::string word; std::getline(stream, word, '~');)
+        words.push_back(word);
+    return words;
+}
+
 std::string AnyText(CTape& tape)
 {
     std::string text;
     for (std::size_t count = tape.Below(8); count > 0; --count)
     {
-        const std::size_t place = tape.Below(std::size(Pieces) + 16);
-        if (place < std::size(Pieces))
-            text += Pieces[place];
-        else
-            text += std::string(place - std::size(Pieces) + 1, 'x');
+        const std::size_t place = tape.Below(Pieces.size() + 16);
+        text += place < Pieces.size() ? Pieces[place] : std::string(place - Pieces.size() + 1, 'x');
     }
     return text;
 }

@@ -104,6 +104,9 @@ void RunClient(const SNode& node, const WriteItem& writeItem)
     }
 }
 
+// The words between signs of ~.
+std::vector<std::string> Words(const std::string& text);
+
 // Pieces of texts, some of which mean something to a format or to a conversion.
 std::string AnyText(CTape& tape);
 
