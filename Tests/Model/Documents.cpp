@@ -9,6 +9,13 @@ namespace Model
 
 using namespace std::string_literals;
 
+std::string Folded(std::string name)
+{
+    for (char& letter : name)
+        letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
+    return name;
+}
+
 namespace
 {
 
@@ -42,13 +49,6 @@ std::string XmlAttributes(CTape& tape)
         text += ' ' + Space(tape) + XmlName(tape) +
                 (tape.OneIn(2) ? Space(tape) + '=' + Space(tape) + tape.From(values) : "");
     return text + (tape.OneIn(4) ? Space(tape) : "");
-}
-
-std::string Folded(std::string name)
-{
-    for (char& letter : name)
-        letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
-    return name;
 }
 
 std::string XmlContent(CTape& tape, int depth)
