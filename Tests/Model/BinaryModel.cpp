@@ -401,10 +401,10 @@ private:
 
 void ReadBinary(const std::string& document, bool isSequence, CVisitor& visitor)
 {
-    const CBinaryReader document_(document);
-    if (document_.Root->isSequence != isSequence)
+    const CBinaryReader parsed(document);
+    if (parsed.Root->isSequence != isSequence)
         throw SRaised{Exception, "Vellum::CReaderBinary::Read"};
-    STreeReader reader{*document_.Root};
+    STreeReader reader{*parsed.Root};
     isSequence ? visitor.VisitSequence(reader) : visitor.VisitObject(reader);
 }
 

@@ -33,7 +33,7 @@ class CTreeMaker
 public:
     CTreeMaker(CTape& tape, bool isTame) : tape(tape), isTame(isTame) {}
 
-    SNode Node(bool isSequence, int depth)
+    SNode MakeNode(bool isSequence, int depth)
     {
         SNode node;
         node.isSequence = isSequence;
@@ -64,17 +64,17 @@ private:
     std::string name()
     {
         if (!isTame && tape.OneIn(10))
-            return tape.OneIn(2) ? AnyName() : tape.From(BadNames);
+            return tape.OneIn(2) ? anyName() : tape.From(BadNames);
         if (tape.OneIn(100)) // about as long as what a text format gathers
             return std::string(980 + tape.Below(50), 'l');
         const std::size_t odd = isTame ? OddNames : 0;
         return Names[odd + tape.Below(std::size(Names) - odd)];
     }
 
-    std::string AnyName()
+    std::string anyName()
     {
         std::string text;
-        for (std::size_t left = tape.Below(12); left > 0; --left)
+        for (std::size_t count = tape.Below(12); count > 0; --count)
             text += static_cast<char>(1 + tape.Below(255));
         return text;
     }
@@ -148,7 +148,7 @@ private:
         if (kind < KindText)
             return bits(kind);
         if (kind >= KindObject)
-            return std::make_shared<const SNode>(Node(kind == KindSequence, depth + 1));
+            return std::make_shared<const SNode>(MakeNode(kind == KindSequence, depth + 1));
         return kind == KindText ? Value(text())
                : kind == 13     ? Value(wideText())
                : kind == 14     ? Value(date())
@@ -245,6 +245,6 @@ std::string AnyText(CTape& tape)
     return text;
 }
 
-SNode AnyTree(CTape& tape, bool isTame) { return CTreeMaker(tape, isTame).Node(tape.OneIn(3), 1); }
+SNode AnyTree(CTape& tape, bool isTame) { return CTreeMaker(tape, isTame).MakeNode(tape.OneIn(3), 1); }
 
 } // namespace Model
