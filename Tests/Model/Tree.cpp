@@ -65,7 +65,7 @@ private:
     {
         if (!isTame && tape.OneIn(10))
             return tape.OneIn(2) ? anyName() : tape.From(BadNames);
-        if (tape.OneIn(100)) // about as long as what a text format gathers
+        if (tape.OneIn(50)) // about as long as what a text format gathers
             return std::string(980 + tape.Below(50), 'l');
         const std::size_t odd = isTame ? OddNames : 0;
         return Names[odd + tape.Below(std::size(Names) - odd)];
