@@ -22,14 +22,6 @@ std::string WriteJson(const Root& root, bool showPoint = true)
     return stream.str();
 }
 
-// The text of one value, as the only element of a sequence.
-template <class Value>
-std::string ValueText(const Value& value, bool showPoint = true)
-{
-    const std::string text = WriteJson(ElementsOf(value), showPoint);
-    return text.substr(2, text.size() - 5); // between "[→" and "\n]\n"
-}
-
 // Sequences of sequences, the innermost empty.
 void WriteNested(IContainerWriter& writer, int depth)
 {
