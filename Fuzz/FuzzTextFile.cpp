@@ -19,7 +19,10 @@ using namespace Vellum;
 constexpr unsigned int CodePages[] = {437,   850,   874,   932,   936,   949,   950,   1250,  1251,  1252,  1256,
                                       10007, 20127, 20866, 28591, 28596, 50220, 50225, 51932, 51950, 54936, 65000};
 
-bool IsReplaced(const std::wstring& text) { return text.find(wchar_t(ReplacementCharacter)) != std::wstring::npos; }
+bool IsReplaced(const std::wstring& text)
+{
+    return text.find(wchar_t(Vellum::Platform::ReplacementCharacter)) != std::wstring::npos;
+}
 
 void CheckGuess(const CTextFile& text)
 {

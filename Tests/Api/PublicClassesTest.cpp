@@ -10,6 +10,11 @@
 #include "Support/Clients.h"
 #include "Support/GermanLocales.h"
 
+// Names that stay the client's own.
+class CFile;
+struct SSystemTime;
+enum class ThreadLocale;
+
 namespace
 {
 

@@ -125,8 +125,8 @@ TEST(CbDateTime, EachSpecifierAppendsItsForm)
     for (const auto& [fields, format, expected] : cases)
     {
         EXPECT_EQ(Format(fields, format), expected) << format;
-        const std::wstring wide = DateOf(fields).ToString(Utf8ToUtf16(format).c_str());
-        EXPECT_EQ(Utf16ToUtf8(wide), expected) << format;
+        const std::wstring wide = DateOf(fields).ToString(Vellum::Platform::Utf8ToUtf16(format).c_str());
+        EXPECT_EQ(Vellum::Platform::Utf16ToUtf8(wide), expected) << format;
     }
     std::string days;
     for (unsigned short month = 1; month <= 12; ++month)

@@ -16,6 +16,8 @@
 #include "Support/CTempFolder.h"
 #include "Support/Testing.h"
 
+using namespace Vellum::Platform;
+
 namespace
 {
 

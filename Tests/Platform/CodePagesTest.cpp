@@ -5,6 +5,8 @@
 
 #include "Support/Testing.h"
 
+using namespace Vellum::Platform;
+
 namespace
 {
 

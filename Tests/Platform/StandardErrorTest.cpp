@@ -4,6 +4,8 @@
 
 #include "Support/Testing.h"
 
+using namespace Vellum::Platform;
+
 namespace
 {
 

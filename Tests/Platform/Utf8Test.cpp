@@ -2,6 +2,8 @@
 
 #include "Support/Testing.h"
 
+using namespace Vellum::Platform;
+
 namespace
 {
 

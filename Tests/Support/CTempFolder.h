@@ -34,7 +34,10 @@ public:
     const std::filesystem::path& GetPath() const { return path; }
 
     // Of a file in the folder, as the library takes it.
-    std::wstring GetName(const std::string& utf8) const { return Utf8ToUtf16((path / utf8).string()); }
+    std::wstring GetName(const std::string& utf8) const
+    {
+        return Vellum::Platform::Utf8ToUtf16((path / utf8).string());
+    }
 
 private:
     std::filesystem::path path;

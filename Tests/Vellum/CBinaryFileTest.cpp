@@ -127,7 +127,7 @@ TYPED_TEST(CBinaryFileOf, ReadersShareAndWritersExcludeEverybody)
 {
     using File = CBinaryFile<TypeParam>;
     WriteWhole(this->folder.GetPath() / "file", "before");
-    CFile other;
+    Vellum::Platform::CFile other;
     ASSERT_TRUE(other.OpenForReading(this->name));
     EXPECT_EQ(this->Text(File::Read(this->name)), "before");
     EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, this->Make("x")));

@@ -101,7 +101,7 @@ TEST(CTextFile, OneThatWasMovedFromCannotBeWritten)
         EXPECT_EQ(text->GetText(), L"€");
     EXPECT_RAISES(CException, "Vellum::CTextFile::Write", source.Write(folder.GetName("file")));
     EXPECT_FALSE(std::filesystem::exists(folder.GetPath() / "file"));
-    EXPECT_EQ(source.GetTextRaw() + Utf16ToUtf8(source.GetText(1252)), "");
+    EXPECT_EQ(source.GetTextRaw() + Vellum::Platform::Utf16ToUtf8(source.GetText(1252)), "");
     EXPECT_EQ(source.GetText(1200), L"");
     EXPECT_EQ(source.SetText("new").GetText(1252), L"new");
 }
@@ -181,7 +181,7 @@ TEST(CTextFile, RealTextsAreDetectedAndDecoded)
             ReadWhole(std::filesystem::path(VELLUM_TEXTS) / (language.string() + ".65001.txt"));
         const bool hasMark = codePage >= 1200 && codePage <= 12001 && codePage % 400 <= 1;
         EXPECT_EQ(text.GuessCodePage(), hasMark || VELLUM_DETECTOR ? codePage : 0);
-        EXPECT_EQ(Utf16ToUtf8(text.GetText(codePage)), (hasMark ? "\xEF\xBB\xBF" : "") + expected);
+        EXPECT_EQ(Vellum::Platform::Utf16ToUtf8(text.GetText(codePage)), (hasMark ? "\xEF\xBB\xBF" : "") + expected);
         ++count;
     }
     EXPECT_GE(count, 20);

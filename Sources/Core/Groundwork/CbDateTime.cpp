@@ -1,13 +1,17 @@
 #include "Groundwork/CbDateTime.h"
 
+#include <bit>
 #include <cstring>
 #include <limits>
 #include <string_view>
 
 #include "Platform/DateNames.h"
+#include "Platform/SystemTime.h"
 #include "Platform/Utf8.h"
 
 #include "Groundwork/CbExceptions.h"
+
+using namespace Vellum::Platform;
 
 namespace
 {
@@ -175,7 +179,8 @@ void AppendSpecifier(std::string& text, char specifier, const SSystemTime& date)
 
 } // namespace
 
-CbDateTime::CbDateTime() : fields(GetUtcTime()) {}
+// The fields of a date are those of the platform layer, which public headers don't name.
+CbDateTime::CbDateTime() : fields(std::bit_cast<SFields>(GetUtcTime())) {}
 
 CbDateTime::CbDateTime(const IDateTime& other)
     : fields{other.GetYear(),   other.GetMonth(),       0, other.GetDay(), other.GetHour(), other.GetMinute(),
@@ -202,12 +207,17 @@ CbDateTime& CbDateTime::operator=(const char* text)
     return *this;
 }
 
-CbDateTime::CbDateTime(std::uint64_t ticks) : fields(FirstDay) { TicksToFields(ticks, fields); }
+CbDateTime::CbDateTime(std::uint64_t ticks)
+{
+    SSystemTime date = FirstDay;
+    TicksToFields(ticks, date);
+    fields = std::bit_cast<SFields>(date);
+}
 
 std::uint64_t CbDateTime::ToFileTime() const
 {
     std::uint64_t ticks = 0;
-    FieldsToTicks(fields, ticks);
+    FieldsToTicks(std::bit_cast<SSystemTime>(fields), ticks);
     return ticks;
 }
 
@@ -215,9 +225,9 @@ ATL::CStringT<char> CbDateTime::ToString(const char* format, bool localTime) con
 {
     if (format == nullptr)
         throw CbExceptionConversion(__FILE__, __LINE__, "CbDateTime::ToString");
-    SSystemTime date = fields;
+    auto date = std::bit_cast<SSystemTime>(fields);
     if (localTime)
-        UtcToLocal(fields, date);
+        UtcToLocal(date, date);
 
     ATL::CStringT<char> text;
     text.reserve(2 * std::strlen(format)); // enough for numbers with signs between them

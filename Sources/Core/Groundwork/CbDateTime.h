@@ -1,11 +1,11 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <string>
 
 #include "Platform/CStringT.h"
 #include "Platform/Export.h"
-#include "Platform/SystemTime.h"
 
 #include "Groundwork/IDateTime.h"
 
@@ -46,6 +46,10 @@ public:
     // milliseconds are 0, and the fields that came before the scan stopped are set.
     explicit CbDateTime(const char* text);
     CbDateTime& operator=(const char* text);
+
+    // 0 would be taken for a text that is null.
+    template <std::integral T>
+    CbDateTime& operator=(T) = delete;
 
     // The date of a tick count; what is below a millisecond is dropped. A count with the top bit set, which no calendar
     // reaches, gives 1601-01-01 00:00:00.000.
@@ -94,5 +98,18 @@ public:
 private:
     bool parse(const char* text);
 
-    SSystemTime fields;
+    // What the system's calendar time consists of, in its order.
+    struct SFields
+    {
+        std::uint16_t year;
+        std::uint16_t month;
+        std::uint16_t dayOfWeek;
+        std::uint16_t day;
+        std::uint16_t hour;
+        std::uint16_t minute;
+        std::uint16_t second;
+        std::uint16_t milliseconds;
+    };
+
+    SFields fields;
 };

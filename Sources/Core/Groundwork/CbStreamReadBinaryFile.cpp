@@ -1,5 +1,7 @@
 #include "Groundwork/CbStreamReadBinaryFile.h"
 
+#include "Platform/CFile.h"
+
 #include "Groundwork/CbExceptions.h"
 
 namespace
@@ -9,9 +11,10 @@ constexpr std::uint32_t BufferSize = 0x10000;
 
 } // namespace
 
-CbStreamReadBinaryFile::CbStreamReadBinaryFile(const std::wstring& fileName) : buffer(BufferSize)
+CbStreamReadBinaryFile::CbStreamReadBinaryFile(const std::wstring& fileName)
+    : file(std::make_unique<Vellum::Platform::CFile>()), buffer(BufferSize)
 {
-    if (!file.OpenForReading(fileName))
+    if (!file->OpenForReading(fileName))
         throw CbExceptionStream(__FILE__, __LINE__, "CbStreamReadBinaryFile::CbStreamReadBinaryFile");
 }
 
@@ -42,7 +45,7 @@ std::size_t CbStreamReadBinaryFile::takeBuffered(unsigned char* to, std::size_t 
 
 std::size_t CbStreamReadBinaryFile::readFile(unsigned char* to, std::size_t count)
 {
-    const std::optional<std::size_t> moved = file.Read(to, count);
+    const std::optional<std::size_t> moved = file->Read(to, count);
     if (!moved)
         throw CbExceptionStream(__FILE__, __LINE__, "CbStreamReadBinaryFile::Read");
     return *moved;

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <memory>
 #include <string>
-
-#include "Platform/CFile.h"
 
 #include "Groundwork/CbArray.h"
 #include "Groundwork/CbStreamReadBinary.h"
+
+namespace Vellum::Platform
+{
+class CFile;
+}
 
 // CbStreamReadBinaryFile: a stream from a file, buffered. While it lives others may read the file too, but not write
 // it; the destructor closes it.
@@ -29,7 +33,7 @@ private:
     std::size_t takeBuffered(unsigned char* to, std::size_t count) noexcept;
     std::size_t readFile(unsigned char* to, std::size_t count);
 
-    CFile file;
+    std::unique_ptr<Vellum::Platform::CFile> file; // never null
     CbArray<unsigned char> buffer;
     std::size_t next = 0; // in the buffer: from here ...
     std::size_t last = 0; // ... to here lies what has been read from the file and not yet been taken

@@ -1,5 +1,7 @@
 #include "Groundwork/CbStreamWriteBinaryFile.h"
 
+#include "Platform/CFile.h"
+
 #include "Groundwork/CbExceptions.h"
 
 namespace
@@ -10,15 +12,16 @@ constexpr std::uint32_t BufferSize = 0x10000;
 } // namespace
 
 CbStreamWriteBinaryFile::CbStreamWriteBinaryFile(const std::wstring& fileName)
+    : file(std::make_unique<Vellum::Platform::CFile>())
 {
     buffer.Reserve(BufferSize); // before the file is touched
-    if (!file.OpenForWriting(fileName))
+    if (!file->OpenForWriting(fileName))
         throw CbExceptionStream(__FILE__, __LINE__, "CbStreamWriteBinaryFile::CbStreamWriteBinaryFile");
 }
 
 CbStreamWriteBinaryFile::~CbStreamWriteBinaryFile()
 {
-    if (file.IsOpen())
+    if (file->IsOpen())
         flush();
 }
 
@@ -37,10 +40,10 @@ void CbStreamWriteBinaryFile::Flush()
 
 void CbStreamWriteBinaryFile::Close()
 {
-    if (!file.IsOpen())
+    if (!file->IsOpen())
         return;
     const bool flushed = flush();
-    const bool closed = file.Close();
+    const bool closed = file->Close();
     failed = true; // there is nothing to write to any more
     if (!flushed || !closed)
         throw CbExceptionStream(__FILE__, __LINE__, "CbStreamWriteBinaryFile::Close");
@@ -56,7 +59,7 @@ bool CbStreamWriteBinaryFile::append(const void* data, std::size_t count) noexce
             return false;
         if (count >= BufferSize)
         {
-            failed = !file.Write(data, count);
+            failed = !file->Write(data, count);
             return !failed;
         }
     }
@@ -67,7 +70,7 @@ bool CbStreamWriteBinaryFile::append(const void* data, std::size_t count) noexce
 bool CbStreamWriteBinaryFile::flush() noexcept
 {
     if (!failed)
-        failed = !file.Write(buffer.GetData(), buffer.GetSize());
+        failed = !file->Write(buffer.GetData(), buffer.GetSize());
     buffer.SetSize(0);
     return !failed;
 }

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <memory>
 #include <string>
-
-#include "Platform/CFile.h"
 
 #include "Groundwork/CbArray.h"
 #include "Groundwork/CbStreamWriteBinary.h"
+
+namespace Vellum::Platform
+{
+class CFile;
+}
 
 // CbStreamWriteBinaryFile: a stream into a file, buffered. While it is open nobody else may read or write the file.
 //
@@ -41,7 +45,7 @@ private:
     bool append(const void* data, std::size_t count) noexcept;
     bool flush() noexcept;
 
-    CFile file;
-    CbArray<unsigned char> buffer; // never grows
+    std::unique_ptr<Vellum::Platform::CFile> file; // never null
+    CbArray<unsigned char> buffer;                 // never grows
     bool failed = false;
 };

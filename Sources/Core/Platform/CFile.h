@@ -5,6 +5,9 @@
 #include <optional>
 #include <string>
 
+namespace Vellum::Platform
+{
+
 // CFile: one of the system's files, read or written from front to back. Every operation tells by its result whether it
 // succeeded; only a failed allocation is raised. The destructor closes the file.
 //
@@ -57,3 +60,5 @@ private:
 
     std::intptr_t handle = NoHandle; // the system's
 };
+
+} // namespace Vellum::Platform

@@ -3,6 +3,9 @@
 #include <string>
 #include <string_view>
 
+namespace Vellum::Platform
+{
+
 // Narrow text of a code page to UTF-16 and back. A code page is a number of the usual numbering: 437 and 1252 for
 // instance, 932 for Shift-JIS, 28591 for ISO 8859-1, 54936 for GB 18030. Wide text holds one UTF-16 code unit in each
 // element, whatever the width of wchar_t.
@@ -22,3 +25,5 @@ bool AppendFromCodePage(std::wstring& text, std::string_view bytes, unsigned int
 // one character, a lone one too. UTF-8 lacks nothing, there a lone surrogate becomes EF BF BD. A code page with shift
 // states is back in its first state at the end.
 bool AppendToCodePage(std::string& text, std::wstring_view units, unsigned int codePage);
+
+} // namespace Vellum::Platform

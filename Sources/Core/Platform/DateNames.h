@@ -4,6 +4,9 @@
 
 #include "Platform/SystemTime.h"
 
+namespace Vellum::Platform
+{
+
 // Names of weekdays and months in the language of the user's environment, whatever locale the program has set. On
 // POSIX systems that is the first of LC_ALL, LC_TIME and LANG that is set and not empty. English, if the system doesn't
 // have that language.
@@ -30,3 +33,5 @@ enum class EDateNameResult
 // The names of a language are kept once it has been asked for. May be called from all threads at once as long as none
 // changes the environment. Raises nothing but a failed allocation.
 EDateNameResult GetDateName(const SSystemTime& date, EDateName which, std::wstring& name);
+
+} // namespace Vellum::Platform

@@ -2,6 +2,9 @@
 
 #include <cstdint>
 
+namespace Vellum::Platform
+{
+
 // The clock, and calendar time as fields and as a count of ticks. The calendar is the Gregorian one throughout, also
 // for years in which nobody used it; there are no leap seconds.
 //
@@ -37,3 +40,5 @@ bool FieldsToTicks(const SSystemTime& fields, std::uint64_t& ticks) noexcept;
 // the zone had at that time. `local` may be the same object as `utc`. False, with `local` untouched, if FieldsToTicks
 // refuses either time or the system can't convert it.
 bool UtcToLocal(const SSystemTime& utc, SSystemTime& local) noexcept;
+
+} // namespace Vellum::Platform

@@ -2,6 +2,9 @@
 
 #include <cstddef>
 
+namespace Vellum::Platform
+{
+
 // Comparison of ASCII text without regard to case. Only the letters A to Z are folded, whatever the locale; bytes from
 // 0x80 up are compared as they are.
 
@@ -17,3 +20,5 @@ int CompareWithoutCase(const char* left, const char* right) noexcept;
 
 // The same for no more than the first `count` bytes. Nothing behind a terminator is read.
 int CompareWithoutCase(const char* left, const char* right, std::size_t count) noexcept;
+
+} // namespace Vellum::Platform

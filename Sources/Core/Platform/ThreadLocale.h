@@ -1,5 +1,8 @@
 #pragma once
 
+namespace Vellum::Platform
+{
+
 // The C library's locale of the calling thread. Other threads, and the locale of the process, are never touched.
 
 // Stands for whatever locale a thread was in: one of its own, or the one of the process.
@@ -14,3 +17,5 @@ void LeaveCLocale(ThreadLocale previous) noexcept;
 
 // Whether the C library separates the decimals of a number with a point on the calling thread.
 bool UsesDecimalPoint() noexcept;
+
+} // namespace Vellum::Platform

@@ -4,6 +4,9 @@
 #include <string>
 #include <string_view>
 
+namespace Vellum::Platform
+{
+
 // Code points in wide text, which holds one UTF-16 code unit in each element, whatever the width of wchar_t.
 
 inline constexpr std::uint32_t ReplacementCharacter = 0xFFFD;
@@ -44,3 +47,5 @@ inline void AppendUnits(std::wstring& text, std::uint32_t codePoint)
     else
         text += static_cast<wchar_t>(codePoint);
 }
+
+} // namespace Vellum::Platform

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
+
+namespace Vellum::Platform
+{
 
 // UTF-8 (RFC 3629) to UTF-16 and back. Wide text holds one UTF-16 code unit in each element, whatever the width of
 // wchar_t. Nothing is refused: what is ill-formed is replaced by U+FFFD. Only a failed allocation is raised.
@@ -17,6 +21,9 @@ void AppendUtf8(std::string& text, std::wstring_view units);
 // Appends the UTF-8 bytes of one code point up to U+10FFFF. A surrogate is encoded like any other: three bytes.
 void AppendUtf8(std::string& text, char32_t codePoint);
 
+// The same into memory of fixed size: as many whole characters as there is room for. Returns the number of bytes.
+std::size_t CopyUtf8(std::span<char> to, std::wstring_view units) noexcept;
+
 inline std::wstring Utf8ToUtf16(std::string_view utf8)
 {
     std::wstring text;
@@ -30,3 +37,5 @@ inline std::string Utf16ToUtf8(std::wstring_view units)
     AppendUtf8(text, units);
     return text;
 }
+
+} // namespace Vellum::Platform

@@ -6,6 +6,9 @@
 #include <link.h>
 #include <string>
 
+namespace Vellum::Platform
+{
+
 namespace
 {
 
@@ -67,3 +70,5 @@ std::optional<std::span<const unsigned char>> FindModuleResource(HINSTANCE modul
     std::memcpy(&size, resource, sizeof size);
     return std::span(resource + sizeof size, static_cast<std::size_t>(size));
 }
+
+} // namespace Vellum::Platform

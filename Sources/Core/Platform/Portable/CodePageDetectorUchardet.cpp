@@ -7,6 +7,9 @@
 
 #include "Platform/CodePageDetector.h"
 
+namespace Vellum::Platform
+{
+
 namespace
 {
 
@@ -72,3 +75,5 @@ unsigned int DetectCodePage(std::span<const unsigned char> text)
     ::uchardet_data_end(detector.get());
     return FindCodePage(::uchardet_get_charset(detector.get()));
 }
+
+} // namespace Vellum::Platform

@@ -3,6 +3,9 @@
 #include <chrono>
 #include <limits>
 
+namespace Vellum::Platform
+{
+
 namespace
 {
 
@@ -72,3 +75,5 @@ bool FieldsToTicks(const SSystemTime& fields, std::uint64_t& ticks) noexcept
     ticks = static_cast<std::uint64_t>(sinceEpoch.count());
     return true;
 }
+
+} // namespace Vellum::Platform

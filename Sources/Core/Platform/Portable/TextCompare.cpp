@@ -2,6 +2,9 @@
 
 #include <limits>
 
+namespace Vellum::Platform
+{
+
 int CompareWithoutCase(const char* left, const char* right) noexcept
 {
     return CompareWithoutCase(left, right, std::numeric_limits<std::size_t>::max());
@@ -22,3 +25,5 @@ int CompareWithoutCase(const char* left, const char* right, std::size_t count) n
     }
     return 0;
 }
+
+} // namespace Vellum::Platform

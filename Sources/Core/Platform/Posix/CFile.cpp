@@ -13,6 +13,9 @@
 #include "Platform/FilePath.h"
 #include "Platform/Posix/Descriptor.h"
 
+namespace Vellum::Platform
+{
+
 namespace
 {
 
@@ -121,3 +124,5 @@ bool CFile::take(std::intptr_t opened) noexcept
     handle = opened;
     return IsOpen();
 }
+
+} // namespace Vellum::Platform

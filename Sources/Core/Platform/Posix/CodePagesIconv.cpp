@@ -14,6 +14,9 @@
 #include "Platform/Utf16.h"
 #include "Platform/Utf8.h"
 
+namespace Vellum::Platform
+{
+
 namespace
 {
 
@@ -279,3 +282,5 @@ bool AppendToCodePage(std::string& text, std::wstring_view units, unsigned int c
     encoder.Finish();
     return true;
 }
+
+} // namespace Vellum::Platform

@@ -11,6 +11,9 @@
 
 #include "Platform/Utf8.h"
 
+namespace Vellum::Platform
+{
+
 namespace
 {
 
@@ -163,3 +166,5 @@ EDateNameResult GetDateName(const SSystemTime& date, EDateName which, std::wstri
     }
     return EDateNameResult::InvalidFlags;
 }
+
+} // namespace Vellum::Platform

@@ -5,6 +5,9 @@
 #include <ctime>
 #include <unistd.h>
 
+namespace Vellum::Platform
+{
+
 namespace
 {
 
@@ -64,3 +67,5 @@ bool WriteToDescriptor(int descriptor, const void* data, std::size_t count) noex
     signals.TakeAway(errno);
     return false;
 }
+
+} // namespace Vellum::Platform

@@ -3,6 +3,9 @@
 #include <cerrno>
 #include <cstddef>
 
+namespace Vellum::Platform
+{
+
 // What all that works with the system's file descriptors has in common.
 
 // More than systems move in one call is never asked for at once.
@@ -21,3 +24,5 @@ auto Resume(const Call& call) noexcept
 // Writes all of the `count` bytes. False if that fails; any part of them may then have been written. The signals by
 // which a failed write would end the process are held back.
 bool WriteToDescriptor(int descriptor, const void* data, std::size_t count) noexcept;
+
+} // namespace Vellum::Platform

@@ -4,6 +4,9 @@
 
 #include "Platform/SystemTime.h"
 
+namespace Vellum::Platform
+{
+
 namespace
 {
 
@@ -36,3 +39,5 @@ bool UtcToLocal(const SSystemTime& utc, SSystemTime& local) noexcept
     local = result;
     return true;
 }
+
+} // namespace Vellum::Platform

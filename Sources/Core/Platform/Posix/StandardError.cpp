@@ -4,7 +4,12 @@
 
 #include "Platform/Posix/Descriptor.h"
 
+namespace Vellum::Platform
+{
+
 void WriteToStandardError(std::string_view text) noexcept
 {
     WriteToDescriptor(STDERR_FILENO, text.data(), text.size());
 }
+
+} // namespace Vellum::Platform

@@ -5,6 +5,9 @@
 #include <langinfo.h>
 #include <locale.h>
 
+namespace Vellum::Platform
+{
+
 ThreadLocale EnterCLocale() noexcept
 {
     // Made once and kept for the life of the process, like the C library's own C locale.
@@ -23,3 +26,5 @@ bool UsesDecimalPoint() noexcept
     // Unlike localeconv, this gives the thread its own answer, and without filling a structure first.
     return std::strcmp(::nl_langinfo(RADIXCHAR), ".") == 0;
 }
+
+} // namespace Vellum::Platform

@@ -52,13 +52,13 @@ std::wstring ToName(const wchar_t* fileName) { return fileName == nullptr ? std:
 // Nothing if the file can't be opened or tells no size.
 std::optional<std::uint64_t> FindSize(const std::wstring& name)
 {
-    CFile file;
+    Platform::CFile file;
     return file.OpenForReading(name) ? file.GetSize() : std::nullopt;
 }
 
 void CreateFolderOf(const std::wstring& name)
 {
-    const std::filesystem::path folder = ToFilePath(name).remove_filename();
+    const std::filesystem::path folder = Platform::ToFilePath(name).remove_filename();
     if (!folder.empty())
         std::filesystem::create_directories(folder);
 }
@@ -83,7 +83,7 @@ T CBinaryFile<T>::Read(const std::wstring& fileName)
 template <BinaryFileData T>
 T CBinaryFile<T>::Read(const wchar_t* fileName, unsigned int count)
 {
-    CFile file;
+    Platform::CFile file;
     if (!file.OpenForReading(ToName(fileName)))
         throw CException(__FILE__, __LINE__, SContainer<T>::Read);
     T data = SContainer<T>::Make(count);
@@ -117,7 +117,7 @@ void CBinaryFile<T>::Write(const wchar_t* fileName, const T& data, std::size_t s
         throw CException(__FILE__, __LINE__, SContainer<T>::Write);
     const std::wstring name = ToName(fileName);
     CreateFolderOf(name);
-    CFile file;
+    Platform::CFile file;
     const bool written = file.OpenForWriting(name) && file.Write(std::ranges::data(data), size);
     if (!written || !file.Close()) // some file systems tell only then that they had no room
         throw CException(__FILE__, __LINE__, SContainer<T>::Write);

@@ -12,14 +12,14 @@ namespace Vellum
 class CLocaleScope
 {
 public:
-    CLocaleScope() noexcept : previous(EnterCLocale()) {}
-    ~CLocaleScope() { LeaveCLocale(previous); }
+    CLocaleScope() noexcept : previous(Platform::EnterCLocale()) {}
+    ~CLocaleScope() { Platform::LeaveCLocale(previous); }
 
     CLocaleScope(const CLocaleScope&) = delete;
     CLocaleScope& operator=(const CLocaleScope&) = delete;
 
 private:
-    ThreadLocale previous;
+    Platform::ThreadLocale previous;
 };
 
 } // namespace Vellum

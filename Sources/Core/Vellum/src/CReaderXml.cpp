@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <concepts>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -87,7 +88,7 @@ bool ConvertText(std::string_view text, std::string& value)
 
 bool ConvertText(std::string_view text, std::wstring& value)
 {
-    value = Utf8ToUtf16(text);
+    value = Platform::Utf8ToUtf16(text);
     return true;
 }
 
@@ -239,6 +240,10 @@ void ReadDocument(const char* text, Client& root)
 
 CReaderXml::CReaderXml(const char* text) : text(text) {}
 CReaderXml::CReaderXml(const std::string& text) : text(text.c_str()) {}
+CReaderXml::CReaderXml(std::string&& text)
+    : kept(std::make_shared<const std::string>(std::move(text))), text(kept->c_str())
+{
+}
 CReaderXml::CReaderXml(const CReaderXml& other) = default;
 CReaderXml& CReaderXml::operator=(const CReaderXml& other) = default;
 CReaderXml::~CReaderXml() = default;

@@ -36,7 +36,7 @@ enum ECodePage : unsigned int
     PageUtf32BigEndian = 12001,
     PageGb18030 = 54936,
     PageUtf7 = 65000,
-    PageUtf8 = CodePageUtf8
+    PageUtf8 = Platform::CodePageUtf8
 };
 
 struct SMark
@@ -104,7 +104,8 @@ std::wstring DecodeUtf16(const std::vector<unsigned char>& buffer, std::endian o
 std::wstring DecodeUtf32(const std::vector<unsigned char>& buffer, std::endian order)
 {
     return DecodeUnits<4>(buffer, order,
-                          [](std::wstring& text, std::uint32_t unit) { AppendUnits(text, ToCodePoint(unit)); });
+                          [](std::wstring& text, std::uint32_t unit)
+                          { Platform::AppendUnits(text, Platform::ToCodePoint(unit)); });
 }
 
 } // namespace
@@ -139,7 +140,7 @@ CTextFile& CTextFile::Read(HINSTANCE module, int resourceId, const wchar_t* reso
 {
     initBuffer();
     const std::optional<std::span<const unsigned char>> resource =
-        resourceType == nullptr ? std::nullopt : FindModuleResource(module, resourceId, resourceType);
+        resourceType == nullptr ? std::nullopt : Platform::FindModuleResource(module, resourceId, resourceType);
     if (!resource)
         throw CException(__FILE__, __LINE__, "Vellum::CTextFile::Read");
     buffer.reserve(resource->size() + 1);
@@ -209,7 +210,7 @@ unsigned int CTextFile::GuessCodePage() const
             return guessed;
     if (const unsigned int marked = FindMark(buffer); marked != 0)
         return marked;
-    return DetectCodePage(std::span(buffer).first(buffer.empty() ? 0 : buffer.size() - 1));
+    return Platform::DetectCodePage(std::span(buffer).first(buffer.empty() ? 0 : buffer.size() - 1));
 }
 
 void CTextFile::initBuffer()

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Platform/ForcedUnwind.h"
 #include "Platform/Utf8.h"
 
 #include "Groundwork/CbDateTime.h"
@@ -128,7 +129,7 @@ const T& Convert(const T& value)
     return value;
 }
 
-std::string Convert(const std::wstring& value) { return Utf16ToUtf8(std::wstring_view(value.c_str())); }
+std::string Convert(const std::wstring& value) { return Platform::Utf16ToUtf8(std::wstring_view(value.c_str())); }
 
 std::string Convert(const SBlob& value) { return Base64::Encode(value.data, value.size, false); }
 std::string Convert(const IDateTime& value) { return CbDateTime(value).ToString("Y-m-dTH:i:s", false); }
@@ -312,6 +313,7 @@ void WriteDocument(const Root& root, std::ostringstream& stream, bool showPoint)
     }
     catch (...)
     {
+        Platform::PassForcedUnwind();
         throw CException(__FILE__, __LINE__, "Vellum::CWriterJson::Write");
     }
 }

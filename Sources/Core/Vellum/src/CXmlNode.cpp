@@ -117,7 +117,7 @@ std::uint32_t HashName(const char* name) noexcept
 {
     std::uint32_t hash = 2166136261u;
     for (; *name != 0; ++name)
-        hash = (hash ^ static_cast<unsigned char>(FoldCase(*name))) * 16777619u;
+        hash = (hash ^ static_cast<unsigned char>(Platform::FoldCase(*name))) * 16777619u;
     return hash;
 }
 
@@ -132,7 +132,7 @@ SXmlIndexEntry* MakeIndex(const SXmlNodeData& data)
                   if (left.hash != right.hash)
                       return left.hash < right.hash;
                   const int order =
-                      CompareWithoutCase(data.children[left.child]->name, data.children[right.child]->name);
+                      Platform::CompareWithoutCase(data.children[left.child]->name, data.children[right.child]->name);
                   return order != 0 ? order < 0 : left.child < right.child;
               });
     return index;
@@ -144,9 +144,13 @@ SXmlNodeData* FindIndexed(const SXmlNodeData& data, const char* name)
     const SXmlIndexEntry* const begin = data.extras->index;
     const SXmlIndexEntry* const end = begin + data.childCount;
     const auto isBefore = [&](const SXmlIndexEntry& entry)
-    { return entry.hash != hash ? entry.hash < hash : CompareWithoutCase(data.children[entry.child]->name, name) < 0; };
+    {
+        return entry.hash != hash ? entry.hash < hash
+                                  : Platform::CompareWithoutCase(data.children[entry.child]->name, name) < 0;
+    };
     const SXmlIndexEntry* const found = std::partition_point(begin, end, isBefore);
-    if (found == end || found->hash != hash || CompareWithoutCase(data.children[found->child]->name, name) != 0)
+    if (found == end || found->hash != hash ||
+        Platform::CompareWithoutCase(data.children[found->child]->name, name) != 0)
         return nullptr;
     return data.children[found->child];
 }
@@ -154,7 +158,7 @@ SXmlNodeData* FindIndexed(const SXmlNodeData& data, const char* name)
 SXmlNodeData* FindOneByOne(const SXmlNodeData& data, const char* name)
 {
     for (std::uint32_t i = 0; i < data.childCount; ++i)
-        if (CompareWithoutCase(data.children[i]->name, name) == 0)
+        if (Platform::CompareWithoutCase(data.children[i]->name, name) == 0)
             return data.children[i];
     return nullptr;
 }

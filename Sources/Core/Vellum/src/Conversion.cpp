@@ -74,7 +74,7 @@ std::int64_t ViewToInt(std::string_view text)
 double ViewToDouble(std::string_view text)
 {
     double value = 0;
-    if (UsesDecimalPoint() && TryPlainDecimal(text, value))
+    if (Platform::UsesDecimalPoint() && TryPlainDecimal(text, value))
         return value;
     const std::string terminated(text);
     char* stop = nullptr;

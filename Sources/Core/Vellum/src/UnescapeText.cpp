@@ -94,7 +94,7 @@ std::string UnescapeText(std::string_view raw)
             return text += '\\';
         const char32_t codePoint = TakeEscape(raw);
         if (codePoint <= MaxCodePoint)
-            AppendUtf8(text, codePoint);
+            Platform::AppendUtf8(text, codePoint);
     }
 }
 

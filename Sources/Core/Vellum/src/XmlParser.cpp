@@ -107,8 +107,8 @@ const char* GetPlace(const SXmlParseContext& context) { return context.text + co
 const SXmlClearKind* FindClearKind(const char* start)
 {
     for (const SXmlClearKind& kind : ClearKinds)
-        if (FoldCase(start[1]) == FoldCase(kind.openTag[1]) &&
-            CompareWithoutCase(start, kind.openTag, static_cast<std::size_t>(kind.openLength)) == 0)
+        if (Platform::FoldCase(start[1]) == Platform::FoldCase(kind.openTag[1]) &&
+            Platform::CompareWithoutCase(start, kind.openTag, static_cast<std::size_t>(kind.openLength)) == 0)
             return &kind;
     return nullptr;
 }
@@ -155,7 +155,7 @@ const char* DecodeNumber(const char* at, const char* end, unsigned base, char& c
     unsigned value = 0;
     for (; at != end && *at != ';'; ++at)
     {
-        const char folded = FoldCase(*at);
+        const char folded = Platform::FoldCase(*at);
         unsigned digit = base;
         if (folded >= '0' && folded <= '9')
             digit = static_cast<unsigned>(folded - '0');
@@ -174,12 +174,12 @@ const char* DecodeReference(const char* at, const char* end, char& character)
 {
     if (end - at > 2 && at[1] == '#')
     {
-        const bool isHexadecimal = FoldCase(at[2]) == 'x';
+        const bool isHexadecimal = Platform::FoldCase(at[2]) == 'x';
         return DecodeNumber(at + (isHexadecimal ? 3 : 2), end, isHexadecimal ? 16 : 10, character);
     }
     for (const SXmlEntity& entity : Entities)
         if (entity.length <= end - at &&
-            CompareWithoutCase(at, entity.text, static_cast<std::size_t>(entity.length)) == 0)
+            Platform::CompareWithoutCase(at, entity.text, static_cast<std::size_t>(entity.length)) == 0)
         {
             character = entity.character;
             return at + entity.length;
@@ -499,7 +499,7 @@ bool XmlTagNamesDiffer(const char* name, const char* endTag)
     if (name == nullptr)
         return true;
     const std::size_t length = std::strlen(name);
-    if (CompareWithoutCase(name, endTag, length) != 0)
+    if (Platform::CompareWithoutCase(name, endTag, length) != 0)
         return true;
     const char behind = endTag[length];
     return !(IsSpace(behind) || behind == '/' || behind == '<' || behind == '=' || behind == '>');
