@@ -68,6 +68,8 @@ std::string Encoded(const std::shared_ptr<const SNode>&)
 class CBinaryWriter
 {
 public:
+    explicit CBinaryWriter(bool isOdd) : isOdd(isOdd) {}
+
     std::string Record(const SNode& node);
     std::string Sequence(const SNode& node);
 
@@ -76,7 +78,9 @@ public:
         std::vector<std::uint64_t> hashes;
         for (const std::string& text : texts)
             hashes.push_back(HashOfName(text));
-        std::string bytes = Size(texts.size());
+        std::string bytes = Size(texts.size() + (isOdd ? 2 : 0));
+        if (isOdd)
+            bytes += Counted("replaced") + Size(0) + Counted("unused") + Size(1u << 31);
         for (const std::size_t index : TableOrder(hashes))
             bytes += Counted(texts[index]) + Size(index);
         return bytes;
@@ -96,6 +100,7 @@ private:
     void writeRecord(const SNode& node, std::string& out);
     void writeSequence(const SNode& node, std::string& out);
 
+    bool isOdd;
     std::map<std::string, std::size_t> indices;
     std::vector<std::string> texts;
 };
@@ -132,7 +137,7 @@ void CBinaryWriter::writeRecord(const SNode& node, std::string& out)
         const std::string key = index(item.key);
         std::vector<SEntry>& section = sections[KindOf(item.value)];
         auto entry = std::find_if(section.begin(), section.end(), [&](const SEntry& each) { return each.key == key; });
-        if (entry == section.end())
+        if (entry == section.end() || isOdd)
             entry = section.insert(section.end(), {key, {}});
         entry->value = std::visit([](const auto& value) { return Encoded(value); }, item.value);
         if (const auto* part = std::get_if<std::shared_ptr<const SNode>>(&item.value))
@@ -217,9 +222,9 @@ std::string CBinaryWriter::Sequence(const SNode& node)
 
 } // namespace
 
-SWritten WriteBinary(const SNode& root)
+SWritten WriteBinary(const SNode& root, bool isOdd)
 {
-    CBinaryWriter writer;
+    CBinaryWriter writer(isOdd);
     SWritten written;
     try
     {

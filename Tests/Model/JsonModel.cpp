@@ -28,18 +28,15 @@ struct SJsonWriter
     std::string Text(const std::wstring& value) const { return Quoted(ToUtf8(value)); }
     std::string Text(const SDate& value) const { return Quoted(ToText(value)); }
     std::string Text(const SBlob& value) const { return Quoted(ToBase64(value.bytes, false)); }
-    std::string Text(bool value) const { return value ? "true" : "false"; }
-    std::string Text(float value) const { return ToText(value, showPoint); }
-    std::string Text(double value) const { return ToText(value, showPoint); }
     std::string Text(char value) const
     {
         const std::string escape = value == '"' || value == '\\' ? "\\" : "";
         return '"' + escape + UpToNul(std::string(1, value)) + '"';
     }
-    template <class Integer>
-    std::string Text(Integer value) const
+    template <class Number>
+    std::string Text(Number value) const
     {
-        return std::to_string(value);
+        return ToText(value, showPoint);
     }
 
     void Write(const SNode& node, const std::string& outer) const

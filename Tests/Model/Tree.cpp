@@ -122,28 +122,33 @@ public:
         node.typeName = tape.OneIn(3) ? name() : std::string(1, static_cast<char>('A' + tape.Below(2)));
         const std::size_t size = tape.Below(16);
         const std::size_t count = size < 11 ? (depth == 1 ? size : size / 2) : size < 14 ? tape.Below(24) : 0;
+        // Many sequences, and some objects, have items of one kind, those with few keys, and an intruder now and then.
         const std::size_t kind = anyKind(depth);
+        const bool isOneKind = isSequence || tape.OneIn(4);
         for (std::size_t i = 0; i < count; ++i)
         {
-            // A sequence of one kind, with an intruder now and then.
-            const bool isOther = !isSequence || (!isTame && tape.OneIn(24));
-            node.items.push_back(
-                {isSequence ? "" : name(), value(isOther ? anyKind(depth) : kind, depth), !isTame && tape.OneIn(2)});
+            const bool isOther = !isOneKind || (!isTame && tape.OneIn(24));
+            const std::string key = isSequence ? "" : isOneKind ? Names[1 + tape.Below(3)] : name();
+            node.items.push_back({key, value(isOther ? anyKind(depth) : kind, depth), !isTame && tape.OneIn(2)});
         }
         if (size >= 14)
             addMany(node);
+        if (depth == 1 && tape.OneIn(100))
+            addDeep(node);
         if (!isTame && tape.OneIn(12))
             node.raisesBefore = tape.Below(node.items.size() + 1);
         return node;
     }
 
 private:
-    std::size_t anyKind(int depth) { return tape.Below(depth < 6 ? Kinds : KindObject); }
+    std::size_t anyKind(int depth) { return tape.OneIn(4) ? KindText : tape.Below(depth < 6 ? Kinds : KindObject); }
 
     std::string name()
     {
         if (!isTame && tape.OneIn(10))
             return tape.OneIn(2) ? AnyName() : tape.From(BadNames);
+        if (tape.OneIn(100)) // about as long as what a text format gathers
+            return std::string(980 + tape.Below(50), 'l');
         const std::size_t odd = isTame ? OddNames : 0;
         return Names[odd + tape.Below(std::size(Names) - odd)];
     }
@@ -162,25 +167,38 @@ private:
         static constexpr std::size_t counts[] = {14, 15, 16, 17, 33, 94, 95, 96, 97, 190, 191, 192, 200, 400};
         const std::size_t scheme = tape.Below(4), spread = tape.Below(2) * KindBlob;
         std::size_t count = tape.From(counts);
-        const std::size_t kind = tape.Below(KindText), first = tape.Below(1000);
+        const std::size_t kind = tape.OneIn(4) ? KindObject : tape.Below(KindText + 1), first = tape.Below(1000);
         if (node.isSequence && tape.OneIn(2) && left >= 40000)
-            (count = 500 + tape.Below(6000), left -= 40000);
+            (count = kind > KindText ? 1030 : 500 + tape.Below(6000), left -= 40000);
+        const auto part = std::make_shared<const SNode>(SNode{first % 2 == 0, "P", {}, SNode::Never});
         for (std::size_t i = 0; i < count; ++i)
         {
             const std::size_t other = node.isSequence || spread == 0 ? kind : (kind + i * 7 / 5) % spread;
-            node.items.push_back({manyName(scheme, i), number(other, first + i), false});
+            node.items.push_back({manyName(scheme, i), kind > KindText ? part : number(other, first + i), false});
         }
+    }
+
+    // As many levels as a reader follows, or a few more or less.
+    void addDeep(SNode& node)
+    {
+        SNode part;
+        for (std::size_t levels = 1020 + tape.Below(6); levels > 0; --levels)
+            part = SNode{tape.OneIn(2), "D", {{"d", std::make_shared<const SNode>(part)}}, SNode::Never};
+        node.isSequence ? node.items.clear() : void();
+        node.items.push_back({"deep", std::make_shared<const SNode>(part)});
     }
 
     static std::string manyName(std::size_t scheme, std::size_t i)
     {
+        // Of one hash in pairs, when case doesn't count.
+        static const std::string twins[] = {"costarring", "declinate", "altarage", "liquid", "macallums", "zinke"};
         std::string text = std::to_string(i);
         if (scheme == 1)
             return "samefront" + std::string(4 - text.size(), '0') + text;
-        if (scheme == 2) // all of one hash
+        if (scheme == 2) // all of one hash, where names are interned
             for (text.clear(); text.size() < 18; i /= 2)
                 text += i % 2 == 0 ? "Aa" : "B@";
-        return scheme == 3 ? "n" + text : "k" + text;
+        return scheme == 2 ? text : scheme == 3 && i < 6 ? twins[i] : "k" + text;
     }
 
     static Value number(std::size_t kind, std::size_t i)
@@ -319,7 +337,7 @@ private:
 std::string AnyText(CTape& tape)
 {
     std::string text;
-    for (std::size_t count = tape.Below(5); count > 0; --count)
+    for (std::size_t count = tape.Below(8); count > 0; --count)
     {
         const std::size_t place = tape.Below(std::size(Pieces) + 16);
         if (place < std::size(Pieces))

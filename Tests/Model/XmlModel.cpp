@@ -36,13 +36,10 @@ struct SXmlWriter
     static std::string Text(const std::wstring& value) { return Escaped(ToUtf8(value)); }
     static std::string Text(const SDate& value) { return ToText(value); }
     static std::string Text(char value) { return std::string(1, value); }
-    static std::string Text(bool value) { return value ? "true" : "false"; }
-    static std::string Text(float value) { return ToText(value, false); }
-    static std::string Text(double value) { return ToText(value, false); }
-    template <class Integer>
-    static std::string Text(Integer value)
+    template <class Number>
+    static std::string Text(Number value)
     {
-        return std::to_string(value);
+        return ToText(value, false);
     }
 
     void Write(const SNode& node, const std::string& indent) const
@@ -162,7 +159,7 @@ private:
     {
         const auto byte = static_cast<unsigned char>(byteAt(place));
         const std::size_t size = byte == 0 ? 0 : byte < 0xC2 || byte > 0xF4 ? 1 : byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
-        return std::min(place + size, text.size());
+        return place + size <= text.size() ? place + size : place + 1;
     }
 
     SToken token()
