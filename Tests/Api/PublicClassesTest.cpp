@@ -127,7 +127,7 @@ TEST(Module, ExportsItsUtilities)
     Vellum::Base64::Decode("VmVsbHVt", bytes, 6);
     EXPECT_STREQ(bytes, "Vellum");
     EXPECT_EQ(Vellum::Conversion::StringToInt("0x10"), 16);
-    EXPECT_EQ(Vellum::Conversion::StringToDouble("1.5"), 1.5);
+    EXPECT_EQ(Vellum::Conversion::StringToDouble("15e-1"), 1.5);
     std::uint16_t number = 0;
     Vellum::Conversion::FromString("12abc", number);
     EXPECT_EQ(number, 12);

@@ -7,6 +7,8 @@
 #include <list>
 #include <map>
 
+#include "Support/GermanLocales.h"
+
 namespace Model
 {
 
@@ -245,6 +247,7 @@ std::string FromBase64(const std::string& text)
 
 std::string ToText(double value, int digits, bool showPoint)
 {
+    const Support::CCThread point;
     char text[64];
     std::snprintf(text, sizeof text, showPoint ? "%#.*g" : "%.*g", digits, value);
     return text;
@@ -265,6 +268,7 @@ std::int64_t ToInteger(const std::string& text)
 
 double ToDouble(const std::string& text)
 {
+    const Support::CCThread point;
     char* end = nullptr;
     const double value = std::strtod(text.c_str(), &end);
     if (end != text.c_str() + text.size())
