@@ -12,6 +12,8 @@ headers=$2
 marked=$(find "$headers" -name '*.h' -not -path '*/src/*' -not -name Export.h -exec cat {} + | awk '
     /^namespace /       { scope = $2 "::" }
     /^} \/\/ namespace / { scope = "" }
+    /^}$/ && before ~ /^(class|struct) [^{]*;$/ { scope = "" } # one that only declares has no such end
+    { before = $0 }
     /^ *(\[\[noreturn\]\] )?VELLUM_API / { sub(/\(.*/, "("); sub(/.*[ &*]/, ""); print scope $0 }
     /^(extern template )?(class|struct) VELLUM_API / { sub(/.*VELLUM_API /, ""); sub(/[ <;].*/, ""); print scope $0 }
 ' | sort -u)
