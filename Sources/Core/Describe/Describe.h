@@ -15,12 +15,17 @@
 //
 // Vellum/Vellum.h doesn't include this header, and this one includes of it what it needs.
 
+#include "Describe/Bytes.h"
 #include "Describe/CDocumentException.h"
 #include "Describe/Documents.h"
+#include "Describe/Enumerations.h"
 #include "Describe/Fields.h"
 #include "Describe/Files.h"
 #include "Describe/Maps.h"
 #include "Describe/Objects.h"
 #include "Describe/Pointers.h"
 #include "Describe/Sequences.h"
+#include "Describe/Texts.h"
+#include "Describe/Times.h"
 #include "Describe/Values.h"
+#include "Describe/Variants.h"

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "Describe/Adapters.h"
+#include "Describe/Bytes.h"
 
 namespace Vellum
 {
@@ -125,26 +125,6 @@ struct SText
 
 template <class... Options>
 inline constexpr bool AreOptions = sizeof...(Options) <= 1 && (std::same_as<Options, SStrict> && ...);
-
-// Bytes in one piece, of any type of one byte.
-template <class T>
-concept StandardDocument = requires(const T& bytes)
-{
-    requires sizeof(*std::data(bytes)) == 1;
-    std::size(bytes);
-};
-
-template <class T>
-concept DocumentBytes = StandardDocument<T> || FoundationBytes<T>;
-
-template <DocumentBytes T>
-std::pair<const void*, std::size_t> GetBytes(const T& bytes)
-{
-    if constexpr (StandardDocument<T>)
-        return {std::data(bytes), std::size(bytes)};
-    else
-        return {bytes.GetData(), bytes.GetSize()};
-}
 
 // A new object, filled.
 template <class T, class Function>

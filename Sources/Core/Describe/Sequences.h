@@ -107,17 +107,19 @@ struct SFixedShape
     template <bool IsStrict>
     static void ReadInside(T& value, IContainerReader& reader, const SPlace& place)
     {
-        static_assert(!std::is_const_v<std::remove_reference_t<decltype(*std::begin(value))>> && !SpanLike<T>,
-                      "Vellum can write this type, but not read it: it doesn't own its elements");
-        std::uint32_t index = 0;
-        for (auto& element : value)
+        CheckOwner<T>();
+        if constexpr (IsOwner<T>)
         {
-            if (!ReadValue(element, SElementIn<IsStrict>{reader, index, place}))
-                break;
-            ++index;
+            std::uint32_t index = 0;
+            for (auto& element : value)
+            {
+                if (!ReadValue(element, SElementIn<IsStrict>{reader, index, place}))
+                    break;
+                ++index;
+            }
+            if constexpr (IsStrict)
+                CheckCount(reader, index, static_cast<std::uint32_t>(std::size(value)), place);
         }
-        if constexpr (IsStrict)
-            CheckCount(reader, index, static_cast<std::uint32_t>(std::size(value)), place);
     }
 };
 
@@ -177,7 +179,8 @@ struct STupleShape<T, std::index_sequence<Indices...>>
     static void ReadInside(T& value, IContainerReader& reader, const SPlace& place)
     {
         [[maybe_unused]] std::uint32_t count = 0;
-        (readElement(get<Indices>(value), SElementIn<IsStrict>{reader, Indices, place}, count) && ...);
+        [[maybe_unused]] const bool isComplete =
+            (readElement(get<Indices>(value), SElementIn<IsStrict>{reader, Indices, place}, count) && ...);
         if constexpr (IsStrict)
             CheckCount(reader, count, sizeof...(Indices), place);
     }
@@ -202,6 +205,32 @@ private:
 
 template <class T>
 struct SStored<T, EStorage::Tuple> : SStoredSequence<STupleShape<T>, T>
+{
+};
+
+// Complex numbers: the real part, then the imaginary one.
+template <class T>
+struct SComplexShape
+{
+    using Part = typename T::value_type;
+
+    static const char* GetTypeName() { return SequenceName; }
+    static void WriteInside(const T& value, IContainerWriter& writer, const SPlace& place)
+    {
+        WriteValue(value.real(), SElementOut{writer, 0, place});
+        WriteValue(value.imag(), SElementOut{writer, 1, place});
+    }
+    template <bool IsStrict>
+    static void ReadInside(T& value, IContainerReader& reader, const SPlace& place)
+    {
+        Part parts[] = {value.real(), value.imag()};
+        SFixedShape<Part[2]>::template ReadInside<IsStrict>(parts, reader, place);
+        value = T(parts[0], parts[1]);
+    }
+};
+
+template <class T>
+struct SStored<T, EStorage::Complex> : SStoredSequence<SComplexShape<T>, T>
 {
 };
 

@@ -35,12 +35,6 @@ VELLUM_API void CheckDate(const IDateTime& date, const SPlace& place);
 // Raises for what is no Base64 all through.
 VELLUM_API void CheckBase64(const std::string& text, const SPlace& place);
 
-template <class T, class In>
-void CheckDate(const T& date, const In& in)
-{
-    CheckDate(static_cast<const IDateTime&>(date), in.GetPlace());
-}
-
 template <class T>
 T ConvertExactly(const std::string& text, const SPlace& place)
 {

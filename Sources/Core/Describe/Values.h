@@ -7,6 +7,7 @@
 
 #include "Vellum/Encodings.h"
 
+#include "Describe/Storage.h"
 #include "Describe/StrictValues.h"
 
 // The kinds of the contract, and the integers that are none of them.
@@ -213,7 +214,7 @@ struct SStored<T, EStorage::Date> : SStoredClient<T, IDateTime, EElement::Date>
             CbDateTime date(std::uint64_t{0});
             if (!in.Get(static_cast<IDateTime&>(date)))
                 return false;
-            CheckDate(date, in);
+            CheckDate(date, in.GetPlace());
             static_cast<IDateTime&>(value) = date;
             return true;
         }

@@ -2,8 +2,8 @@
 #include <utility>
 
 #include "Describe/CDocumentException.h"
-#include "Describe/Places.h"
 #include "Describe/src/DocumentText.h"
+#include "Describe/Variants.h"
 
 namespace Vellum
 {
@@ -70,6 +70,15 @@ void RaiseAgainAt(const SPlace& place)
         RaiseAt(place, DescribeRefusal(exception));
     }
 }
+
+void RaiseNoAlternative(const char* key, const SPlace& place)
+{
+    if (*key == '\0')
+        RaiseAt(place, "No alternative is named here.");
+    RaiseAt(SPlace{place.document, &place, key}, std::string("There is no alternative \"") + key + "\".");
+}
+
+void RaiseUnlisted(const SPlace& place) { RaiseAt(place, "The object's class isn't among the alternatives."); }
 
 } // namespace Describing
 } // namespace Vellum

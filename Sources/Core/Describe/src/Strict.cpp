@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -10,6 +11,7 @@
 
 #include "Vellum/Conversion.h"
 
+#include "Describe/Bytes.h"
 #include "Describe/StrictElements.h"
 #include "Describe/StrictKeys.h"
 #include "Describe/StrictValues.h"
@@ -185,26 +187,33 @@ public:
     void Read(IContainerReader&) override {}
 };
 
-template <class... T>
-bool HasElementOf(const IContainerReader& reader, std::uint32_t index)
+template <class... T, class Reader, class Key>
+bool HasOneOf(const Reader& reader, Key key)
 {
-    return [&](auto... values) { return (reader.Read(index, values) || ...); }(T()...);
+    return [&](auto... values) { return (reader.Read(key, values) || ...); }(T()...);
 }
 
-// Whether there is an element of any kind. What refuses to be read is there.
+// Whether there is something of any kind but blob.
+template <class Reader, class Key>
+bool HasValue(const Reader& reader, Key key)
+{
+    CPassedObject object;
+    CPassedSequence sequence;
+    CbDateTime date(std::uint64_t{0});
+    return reader.Read(key, object) || reader.Read(key, sequence) || reader.Read(key, date) ||
+           HasOneOf<std::string, std::wstring, bool, char, double, float, std::int64_t, std::uint64_t, std::int32_t,
+                    std::uint32_t, std::int16_t, std::uint16_t, signed char, unsigned char>(reader, key);
+}
+
+// Whether there is an element. What refuses to be read is there.
 bool HasElement(IContainerReader& reader, std::uint32_t index, EFormat format)
 try
 {
     CPassedObject object;
     CPassedSequence sequence;
-    if (reader.Read(index, object) || reader.Read(index, sequence) || HasElementOf<std::string>(reader, index))
-        return true;
     if (IsText(format))
-        return false;
-    CbDateTime date(std::uint64_t{0});
-    return reader.Read(index, date) || reader.GetBlob(index).first != nullptr ||
-           HasElementOf<std::wstring, bool, char, double, float, std::int64_t, std::uint64_t, std::int32_t,
-                        std::uint32_t, std::int16_t, std::uint16_t, signed char, unsigned char>(reader, index);
+        return reader.Read(index, object) || reader.Read(index, sequence) || HasOneOf<std::string>(reader, index);
+    return HasValue(reader, index) || reader.GetBlob(index).first != nullptr;
 }
 catch (const IException&)
 {
@@ -212,6 +221,14 @@ catch (const IException&)
 }
 
 } // namespace
+
+bool IsBlobAlone(const IDataReader& reader, const char* key)
+{
+    for (std::uint32_t index = 0; index < reader.GetKeyCount(); ++index)
+        if (std::strcmp(reader.GetKey(index), key) == 0)
+            return !HasValue(reader, key);
+    return false;
+}
 
 void CheckEnd(IContainerReader& reader, std::uint32_t index, const SPlace& place)
 {
