@@ -54,4 +54,5 @@ Build/release/Benchmarks/DescriptionBenchmarks --benchmark_format=csv --benchmar
                 d = least[lanes[i], "Described"]; h = least[lanes[i], "Handwritten"]
                 printf "%-22s %12.1f %12.1f %18.2f\n", lanes[i], d / 1000, h / 1000, d / h
             }
-        }'
+        }' |
+    sort

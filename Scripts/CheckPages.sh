@@ -5,7 +5,9 @@
 #   ```cpp            continues YourProgram.cpp, or begins the file that its first line names: // Order.h
 #   ```, ```json ...  behind a program: what it prints
 #   ```cmake          a CMakeLists.txt without its first two lines
-#   ```sh             run in the root folder, or beside the program if it names YourProgram
+#   ```sh             run in the root folder, or beside the page's sources if it names one
+#
+# A page's programs run in their order, in one folder.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -49,7 +51,11 @@ takeApart() # page folder
             if (file == "") next
             hasBegun[file] = 1
             print > (folder file)
-            if (language == "cpp" && /^int main\(/) { program = file; isComplete[file] = 1 }
+            if (language == "cpp" && /^int main\(/) {
+                program = file
+                isComplete[file] = 1
+                print file > (folder "Programs")
+            }
         }
     ' "$1"
 }
@@ -58,7 +64,7 @@ takeApart() # page folder
 runRecipe() # file
 {
     local folder=$root
-    ! grep -q YourProgram "$1" || folder=$(dirname "$1")
+    ! grep -q '\.cpp' "$1" || folder=$(dirname "$1")
     grep -vxFf <(sed 's/^ *//' .ci/run) <(sed 's/ *#.*//' "$1") >"$1.sh" || true
     (cd "$folder" && bash -euo pipefail "$1.sh" >"$1.log" 2>&1) || { cat "$1.log" >&2; fail "$1 failed"; }
 }
@@ -73,7 +79,7 @@ buildPrograms() # folder
         (cd "$1" && "./${source%.cpp}") >"$1/$source.printed" || fail "$source of $1 fails"
         [[ ! -f $1/$source.output ]] || diff "$1/$source.output" "$1/$source.printed" ||
             fail "$source prints something else"
-    done < <(cd "$1" && grep -lE '^int main\(' -- *.cpp 2>/dev/null)
+    done < <(cat "$1/Programs" 2>/dev/null)
 }
 
 buildProject() # file
