@@ -22,6 +22,12 @@ std::string WriteJson(const Root& root, bool showPoint = true)
     return stream.str();
 }
 
+std::string ValueText(const std::string& value)
+{
+    const std::string text = WriteJson(ElementsOf(value));
+    return text.substr(2, text.size() - 5); // between "[→" and "\n]\n"
+}
+
 // Sequences of sequences, the innermost empty.
 void WriteNested(IContainerWriter& writer, int depth)
 {
