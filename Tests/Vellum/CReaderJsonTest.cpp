@@ -436,11 +436,10 @@ TEST(CReaderJson, AnyAllocationMayFail)
 
 TEST(SJsonElement, HasThreeKindsAndNoFourth)
 {
-    Vellum::SJsonDocument document;
     for (const std::uint32_t kind : {0u, 2u, 3u})
-        EXPECT_EQ(Vellum::SJsonElement(kind, document).kind, kind);
+        EXPECT_EQ(Vellum::SJsonElement(kind).kind, kind);
     for (const std::uint32_t kind : {1u, 4u})
-        EXPECT_RAISES(CException, "Vellum::SJsonElement::SJsonElement", Vellum::SJsonElement(kind, document));
+        EXPECT_RAISES(CException, "Vellum::SJsonElement::SJsonElement", Vellum::SJsonElement{kind});
 }
 
 TEST(SJsonElement, TablesNameTheirFullTypeWhenTheyFail)

@@ -28,7 +28,7 @@ class CbPlexManager
 {
 public:
     // The number of elements in the first block.
-    explicit CbPlexManager(Size firstBlockSize = 128) noexcept : firstBlockSize(firstBlockSize) {}
+    explicit CbPlexManager(Size firstSize = 128) noexcept : firstBlockSize(firstSize) {}
 
     // Frees all blocks. Elements that live in them are not destroyed.
     ~CbPlexManager() { freeBlocks(nullptr); }

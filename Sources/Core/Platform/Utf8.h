@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,9 @@ void AppendUtf8(std::string& text, std::wstring_view units);
 
 // Appends the UTF-8 bytes of one code point up to U+10FFFF. A surrogate is encoded like any other: three bytes.
 void AppendUtf8(std::string& text, char32_t codePoint);
+
+// The same into memory of fixed size: as many whole characters as there is room for. Returns the number of bytes.
+std::size_t CopyUtf8(std::span<char> to, std::wstring_view units) noexcept;
 
 inline std::wstring Utf8ToUtf16(std::string_view utf8)
 {
