@@ -13,7 +13,7 @@
 #include "Groundwork/CbArray.h"
 #include "Groundwork/CbDateTime.h"
 #include "Groundwork/CbMapEx.h"
-#include "Groundwork/CbStreamWriteBinary.h"
+#include "Groundwork/CbStreamWriteBinaryBuffer.h"
 
 #include "Vellum/CException.h"
 #include "Vellum/IContainerWriter.h"
@@ -141,6 +141,8 @@ public:
         if (stream != nullptr && finished.GetSize() >= WellFilled)
         {
             Flush();
+            if (auto* const memory = dynamic_cast<CbStreamWriteBinaryBuffer*>(stream))
+                memory->MakeRoom(finished.GetSize()); // once, instead of doubling time and again
             finished.PassOn(*stream);
         }
         else
