@@ -11,7 +11,7 @@ fail()
     exit 1
 }
 
-# The output of Examples/Readme.cpp is the text of the README's last block.
+# The output of Examples/Readme.cpp is the text that README.md shows below it.
 readmeOutput=$(sed -n '/^{\t"title"/,/^}/p' README.md)
 run()
 {

@@ -25,6 +25,13 @@ struct SClientFailure
 {
 };
 
+// A class of the client's own: what it derives from comes from the module.
+class CShopException : public CbExceptionBase<CShopException>
+{
+public:
+    CShopException() : CbExceptionBase("Shop.cpp", 7, "Shop::Open", L"The shop is closed") {}
+};
+
 void Read(const char* hex) { Support::ReadBinary(Support::Bytes(hex), CEverything()); }
 
 } // namespace
@@ -45,6 +52,25 @@ TEST_F(Exceptions, AreCaughtByTheirClassAndClonedThroughTheirInterface)
         EXPECT_NE(dynamic_cast<CbExceptionStream*>(clone.get()), nullptr);
         EXPECT_STREQ(clone->GetFunctionName(), "CbStreamReadBinary::Read");
     }
+}
+
+TEST_F(Exceptions, AreStandardOnesAsWellThoseOfClientsToo)
+{
+    const auto tell = [](const auto& raise) -> std::string
+    {
+        try
+        {
+            raise();
+        }
+        catch (const std::exception& exception)
+        {
+            EXPECT_NE(dynamic_cast<const IException&>(exception).Clone(), nullptr);
+            return exception.what();
+        }
+        return "nothing";
+    };
+    EXPECT_EQ(tell([] { Read("00 00 00 00 0F 00 00 00 00"); }), "Vellum::CReaderBinary::CReaderBinary: Exception");
+    EXPECT_EQ(tell([] { throw CShopException(); }), "Shop::Open: The shop is closed");
 }
 
 TEST_F(Exceptions, OfClientsPassThroughWritersAndReaders)

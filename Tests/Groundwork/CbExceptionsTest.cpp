@@ -1,5 +1,9 @@
 #include "Groundwork/CbExceptions.h"
 
+#include <type_traits>
+
+#include "Groundwork/CbDateTime.h"
+
 #include "Vellum/CException.h"
 
 #include "Support/Testing.h"
@@ -7,60 +11,105 @@
 namespace
 {
 
+// Texts that lie in the exception itself, and such as have no room there.
+const std::array<std::string, 2> Files = {"Sources/Core/X.cpp", "/" + std::string(500, 'f') + ".cpp"};
+const std::array<std::string, 2> Functions = {"X::Y", "X<" + std::string(500, 'x') + ">::Y"};
+
 template <class Exception>
-class CbExceptions : public testing::Test
+void ExpectTells(const Exception& exception, const std::string& file, const std::string& function,
+                 const std::string& what, std::uint32_t thread)
 {
-};
-
-using Classes = testing::Types<Vellum::CException, CbExceptionConversion, CbExceptionContainer,
-                               CbExceptionWrongFileVersion, CbExceptionStream>;
-TYPED_TEST_SUITE(CbExceptions, Classes);
-
-TYPED_TEST(CbExceptions, IsLoggedOnceWhereItIsRaisedAndItsCopiesKeepWhereAndOnWhichThreadThatWas)
-{
-    const CLogObserver observer;
-    TypeParam original("Sources/Core/X.cpp", 7, "X::Y");
-    const TypeParam& same = original;
-    original = same;
-    std::unique_ptr<IException> clone;
-    std::thread(
-        [&]
-        {
-            const TypeParam copy(original);
-            clone = copy.Clone();
-        })
-        .join();
-
-    ASSERT_EQ(observer.GetEntries().size(), 1u);
-    EXPECT_EQ(observer.GetEntries()[0].source, L"Exception");
-    EXPECT_EQ(observer.GetEntries()[0].file, "Sources/Core/X.cpp");
-    EXPECT_EQ(observer.GetEntries()[0].line, 7);
-    EXPECT_EQ(observer.GetEntries()[0].function, "X::Y");
-    EXPECT_NE(dynamic_cast<const TypeParam*>(clone.get()), nullptr);
-    EXPECT_STREQ(clone->GetFilename(), "Sources/Core/X.cpp");
-    EXPECT_EQ(clone->GetCodeLine(), 7u);
-    EXPECT_STREQ(clone->GetFunctionName(), "X::Y");
-    EXPECT_EQ(clone->GetThreadID(), original.GetThreadID());
-    EXPECT_EQ(clone->GetThreadID(), TypeParam("file", 1, "function").GetThreadID());
-    std::thread([&] { EXPECT_NE(TypeParam("file", 1, "function").GetThreadID(), clone->GetThreadID()); }).join();
+    EXPECT_EQ(exception.GetFilename(), file);
+    EXPECT_EQ(exception.GetCodeLine(), 7u);
+    EXPECT_EQ(exception.GetFunctionName(), function);
+    EXPECT_EQ(dynamic_cast<const std::exception&>(exception).what(), what);
+    EXPECT_EQ(exception.GetThreadID(), thread);
 }
 
-TEST(CbExceptionsLog, HasTheSentenceOfEachClass)
+// All that a class has in common with the others, on the thread that calls and on another one.
+template <class Exception>
+void ExpectIsLoggedOnceAndCopied(const std::string& sentence)
+{
+    static_assert(std::is_nothrow_copy_constructible_v<Exception> && std::is_nothrow_copy_assignable_v<Exception>);
+    for (const std::string& file : Files)
+        for (const std::string& function : Functions)
+        {
+            const CLogObserver observer;
+            auto original = std::make_unique<Exception>(file.c_str(), 7, function.c_str());
+            const std::uint32_t thread = original->GetThreadID();
+            const Exception& same = *original;
+            *original = same;
+            Exception assigned("", 1, "");
+            std::unique_ptr<IException> clone;
+            std::thread(
+                [&]
+                {
+                    assigned = Exception(*original);
+                    EXPECT_EQ(Exception("", 1, "").GetThreadID() == thread, false);
+                    clone = assigned.Clone();
+                })
+                .join();
+            original.reset(); // copies stand alone
+            const std::string what = function + ": " + sentence;
+            ExpectTells(assigned, file, function, what, thread);
+            ExpectTells(*clone, file, function, what, thread);
+            EXPECT_NE(dynamic_cast<const Exception*>(clone.get()), nullptr);
+
+            const CLogObserver::SEntry entry = observer.GetEntries().front();
+            EXPECT_EQ(observer.GetFunctions(), (std::vector<std::string>{function, "", ""}));
+            EXPECT_EQ(entry.source, L"Exception");
+            EXPECT_EQ(entry.file, file);
+            EXPECT_EQ(entry.line, 7);
+            EXPECT_EQ(entry.text, std::wstring(sentence.begin(), sentence.end()));
+        }
+}
+
+TEST(CbExceptions, AreLoggedOnceWhereTheyAreRaisedAndTellItInOneLine)
+{
+    ExpectIsLoggedOnceAndCopied<Vellum::CException>("Exception");
+    ExpectIsLoggedOnceAndCopied<CbExceptionConversion>("Exception on data conversion");
+    ExpectIsLoggedOnceAndCopied<CbExceptionContainer>("Out of memory");
+    ExpectIsLoggedOnceAndCopied<CbExceptionWrongFileVersion>("Wrong file version on stream");
+    ExpectIsLoggedOnceAndCopied<CbExceptionStream>("Exception on stream access");
+}
+
+TEST(CbExceptions, AreLoggedAgainOnDemandAndTakeNullForTheEmptyText)
 {
     const CLogObserver observer;
     Vellum::CException("f", 1, "x").LogException();
-    (void)CbExceptionConversion(nullptr, 1, nullptr);
-    (void)CbExceptionContainer("f", 1, "x");
-    (void)CbExceptionWrongFileVersion("f", 1, "x");
-    (void)CbExceptionStream("f", 1, "x");
+    const CbExceptionStream nameless(nullptr, 1, nullptr);
+    EXPECT_EQ(observer.GetFunctions(), (std::vector<std::string>{"x", "x", ""}));
+    EXPECT_STREQ(nameless.GetFilename(), "");
+    EXPECT_STREQ(nameless.what(), "Exception on stream access");
+}
 
-    std::vector<std::wstring> sentences;
-    for (const auto& entry : observer.GetEntries())
-        sentences.push_back(entry.text);
-    EXPECT_EQ(sentences,
-              (std::vector<std::wstring>{L"Exception", L"Exception", L"Exception on data conversion", L"Out of memory",
-                                         L"Wrong file version on stream", L"Exception on stream access"}));
-    EXPECT_EQ(observer.GetEntries()[2].function, "");
+TEST(CbExceptions, AreMadeWithoutMemory)
+{
+    const CLogObserver observer;
+    const CAllocationCounter counter;
+    const CbExceptionOrigin origin("Sources/Core/X.cpp", 7, "X::Y", L"Sentence");
+    EXPECT_EQ(counter.GetCount(), 0u);
+
+    FailEachAllocation(
+        []
+        {
+            const CbExceptionOrigin cut(Files[1].c_str(), 7, Functions[1].c_str(), L"Sentence");
+            EXPECT_TRUE(Files[1].starts_with(cut.GetFilename()) && Functions[1].starts_with(cut.GetFunctionName()));
+            EXPECT_TRUE(std::string_view(cut.GetMessage()).starts_with(cut.GetFunctionName()));
+            EXPECT_GE(std::string_view(cut.GetFunctionName()).size(), 200u);
+        });
+}
+
+TEST(CbExceptions, ThatNobodyCatchesTellWhatWentWrong)
+{
+    const auto raise = []() noexcept { (void)CbDateTime("never"); };
+    EXPECT_DEATH(raise(), "CbExceptionConversion.*\n.*CbDateTime::CbDateTime: Exception on data conversion");
+}
+
+TEST(CbExceptions, TellAFunctionOrASentenceAlone)
+{
+    EXPECT_STREQ(CbExceptionOrigin("f", 1, "X::Y", nullptr).GetMessage(), "X::Y");
+    EXPECT_STREQ(CbExceptionOrigin("f", 1, "X", L"Gr\u00FC\u00DFe").GetMessage(), "X: Gr\u00FC\u00DFe");
 }
 
 } // namespace

@@ -86,6 +86,7 @@ TEST(Conversion, CharIsTheFirstByteTextIsCopiedAndADateIsAssigned)
 
 TEST(Conversion, FloatingNumbersAreTheWholeText)
 {
+    const CCThread point;
     constexpr double Infinity = std::numeric_limits<double>::infinity();
     const std::pair<double, std::vector<const char*>> cases[] = {
         // a number, and the texts that give it
@@ -116,6 +117,7 @@ TEST(Conversion, FloatingNumbersAreTheWholeText)
 
 TEST(Conversion, FloatIsTheDoubleNarrowed)
 {
+    const CCThread point;
     EXPECT_EQ(From<float>("1.50000000"), 1.5f);
     EXPECT_EQ(From<float>("0.100000001"), 0.1f);
     EXPECT_EQ(From<float>("1e39"), std::numeric_limits<float>::infinity());

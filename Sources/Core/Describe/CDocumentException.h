@@ -30,11 +30,15 @@ class VELLUM_API CDocumentException : public CException
 public:
     // Source file, line and fully qualified name of the raising function, as for any CException.
     CDocumentException(const char* file, unsigned int line, const char* function, SDocumentFailure failure);
-    CDocumentException(const CDocumentException& other);
-    CDocumentException& operator=(const CDocumentException& other);
+    CDocumentException(const CDocumentException& other) noexcept;
+    CDocumentException& operator=(const CDocumentException& other) noexcept;
     ~CDocumentException() override;
 
     std::unique_ptr<IException> Clone() const override;
+
+    // All that it tells in one line, as far as it is known:
+    // "Vellum::FromJson: order.json, lines[3].price, line 7, column 12: The number 300 isn't between -128 and 127."
+    const char* what() const noexcept override;
 
     // The fields of SDocumentFailure. The texts live as long as this exception or a copy of it.
     const char* GetReason() const;
@@ -47,7 +51,9 @@ public:
     const SDocumentFailure& GetFailure() const;
 
 private:
-    std::shared_ptr<const SDocumentFailure> failure;
+    struct STold;
+
+    std::shared_ptr<const STold> told;
 };
 
 } // namespace Vellum

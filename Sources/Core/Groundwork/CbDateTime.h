@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <string>
 
@@ -45,6 +46,10 @@ public:
     // milliseconds are 0, and the fields that came before the scan stopped are set.
     explicit CbDateTime(const char* text);
     CbDateTime& operator=(const char* text);
+
+    // 0 would be taken for a text that is null.
+    template <std::integral T>
+    CbDateTime& operator=(T) = delete;
 
     // The date of a tick count; what is below a millisecond is dropped. A count with the top bit set, which no calendar
     // reaches, gives 1601-01-01 00:00:00.000.

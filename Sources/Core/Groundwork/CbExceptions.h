@@ -3,7 +3,7 @@
 #include "Groundwork/CbExceptionBase.h"
 
 // The exceptions of the foundation classes. Each is logged where it is raised, once, by its constructor. Copies are not
-// logged.
+// logged. The sentence of the log is that of what() too.
 
 // A value that can't be converted: CbDateTime. Logged as "Exception on data conversion".
 class VELLUM_API CbExceptionConversion : public CbExceptionBase<CbExceptionConversion>
@@ -12,8 +12,8 @@ public:
     // Source file, line and fully qualified name of the raising function. The texts are copied.
     CbExceptionConversion(const char* file, unsigned int line, const char* function);
 
-    CbExceptionConversion(const CbExceptionConversion& other);
-    CbExceptionConversion& operator=(const CbExceptionConversion& other);
+    CbExceptionConversion(const CbExceptionConversion& other) noexcept;
+    CbExceptionConversion& operator=(const CbExceptionConversion& other) noexcept;
     ~CbExceptionConversion() override;
 };
 
@@ -24,8 +24,8 @@ public:
     // Source file, line and fully qualified name of the raising function. The texts are copied.
     CbExceptionContainer(const char* file, unsigned int line, const char* function);
 
-    CbExceptionContainer(const CbExceptionContainer& other);
-    CbExceptionContainer& operator=(const CbExceptionContainer& other);
+    CbExceptionContainer(const CbExceptionContainer& other) noexcept;
+    CbExceptionContainer& operator=(const CbExceptionContainer& other) noexcept;
     ~CbExceptionContainer() override;
 };
 
@@ -36,8 +36,8 @@ public:
     // Source file, line and fully qualified name of the raising function. The texts are copied.
     CbExceptionWrongFileVersion(const char* file, unsigned int line, const char* function);
 
-    CbExceptionWrongFileVersion(const CbExceptionWrongFileVersion& other);
-    CbExceptionWrongFileVersion& operator=(const CbExceptionWrongFileVersion& other);
+    CbExceptionWrongFileVersion(const CbExceptionWrongFileVersion& other) noexcept;
+    CbExceptionWrongFileVersion& operator=(const CbExceptionWrongFileVersion& other) noexcept;
     ~CbExceptionWrongFileVersion() override;
 };
 
@@ -49,7 +49,7 @@ public:
     // Source file, line and fully qualified name of the raising function. The texts are copied.
     CbExceptionStream(const char* file, unsigned int line, const char* function);
 
-    CbExceptionStream(const CbExceptionStream& other);
-    CbExceptionStream& operator=(const CbExceptionStream& other);
+    CbExceptionStream(const CbExceptionStream& other) noexcept;
+    CbExceptionStream& operator=(const CbExceptionStream& other) noexcept;
     ~CbExceptionStream() override;
 };

@@ -98,7 +98,7 @@ protected:
     static constexpr bool RecyclesNodes = true;
 
     // The pool must outlive the table.
-    explicit CbMapPolicyBorrowed(Pool& pool) : pool(&pool) {}
+    explicit CbMapPolicyBorrowed(Pool& borrowed) : pool(&borrowed) {}
 
     // The pool that was given.
     Pool& getPool() { return *pool; }

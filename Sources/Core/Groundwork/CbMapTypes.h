@@ -21,8 +21,8 @@ struct SAssociation
 {
     // The key is copied, the value constructed from the arguments.
     template <class KeyView, class... Arguments>
-    explicit SAssociation(const KeyView& key, Arguments&&... arguments)
-        : key(key), value(std::forward<Arguments>(arguments)...)
+    explicit SAssociation(const KeyView& keyView, Arguments&&... arguments)
+        : key(keyView), value(std::forward<Arguments>(arguments)...)
     {
     }
 

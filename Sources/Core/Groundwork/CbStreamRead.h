@@ -6,6 +6,8 @@
 #include "Platform/CStringT.h"
 #include "Platform/Export.h"
 
+#include "Groundwork/NaturalArguments.h"
+
 // CbStreamRead: where stored values come in, the counterpart of IStreamWrite. Each operation takes the bytes that the
 // Write of the same type has made, replaces its argument by the value and returns the stream.
 //
@@ -34,6 +36,16 @@ public:
     virtual CbStreamRead& Read(signed char& value) = 0;
     virtual CbStreamRead& Read(unsigned char& value) = 0;
     virtual CbStreamRead& Read(bool& value) = 0;
+
+    // An integer type that isn't among these is read as the one of its width and sign.
+    template <Vellum::OtherInteger Integer>
+    CbStreamRead& Read(Integer& value)
+    {
+        Vellum::ExactInteger<Integer> exact{};
+        Read(exact);
+        value = static_cast<Integer>(exact);
+        return *this;
+    }
 
     // Takes a version from the stream. One above `version` is of a later make than the caller knows: raises
     // CbExceptionWrongFileVersion, "CbStreamRead::ReadAndCompareVersion".

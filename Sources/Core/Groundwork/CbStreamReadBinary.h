@@ -17,6 +17,8 @@ class VELLUM_API CbStreamReadBinary : public CbStreamRead
 public:
     ~CbStreamReadBinary() override;
 
+    using CbStreamRead::Read;
+
     // Take one value from the stream, of the type of the argument. A bool is one byte, and any byte but 0 is true.
     CbStreamReadBinary& Read(ATL::CStringT<wchar_t>& text) override;
     CbStreamReadBinary& Read(ATL::CStringT<char>& text) override;

@@ -23,6 +23,7 @@ public:
     // How many bytes have not been read yet.
     std::size_t GetLeft() const noexcept { return left; }
 
+    using CbStreamReadBinary::Read;
     CbStreamReadBinaryBuffer& Read(ATL::CStringT<wchar_t>& text) override { return readText(text); }
     CbStreamReadBinaryBuffer& Read(ATL::CStringT<char>& text) override { return readText(text); }
     CbStreamReadBinaryBuffer& Read(std::wstring& text) override { return readText(text); }

@@ -6,7 +6,8 @@
 #include "Platform/Export.h"
 
 // IException: base of every failure that the library detects. It is thrown by value, so a handler for IException&
-// catches all of them. It has no other base; in particular it is no std::exception.
+// catches all of them. It has no other base; the library's own classes are std::exceptions beside it
+// (CbExceptionBase.h).
 //
 // What failed is told by the class and the function name; an exception has no text and no code of its own. What the
 // standard library raises by itself, a failed allocation for instance, is not turned into an IException.
@@ -34,9 +35,6 @@ public:
     virtual std::uint32_t GetThreadID() const = 0;
 
 protected:
-    // For the constructors of exceptions: what GetThreadID tells.
-    static std::uint32_t GetCallingThread() noexcept;
-
     IException() = default;
     IException(const IException&) = default;
     IException& operator=(const IException&) = default;

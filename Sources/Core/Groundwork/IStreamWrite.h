@@ -1,11 +1,14 @@
 #pragma once
 
 #include <climits>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
 #include "Platform/CStringT.h"
 #include "Platform/Export.h"
+
+#include "Groundwork/NaturalArguments.h"
 
 // IStreamWrite: where stored values go out, one operation for each type. Every operation returns the stream, so that
 // calls can be chained. The encoding is that of the derived class; CbStreamWriteBinary has the library's.
@@ -47,8 +50,17 @@ public:
     // Writes the version at the head of a document, for ReadAndCompareVersion of the reading stream.
     virtual IStreamWrite& WriteVersion(unsigned int version) = 0;
 
-    // Any other pointer would silently become a bool.
-    IStreamWrite& Write(const void* pointer) = delete;
+    // An integer type that isn't among these is written as the one of its width and sign.
+    template <Vellum::OtherInteger Integer>
+    IStreamWrite& Write(Integer value)
+    {
+        return Write(static_cast<Vellum::ExactInteger<Integer>>(value));
+    }
+
+    // What would silently become a bool or a number: other pointers, lambdas, characters other than char, enumerations.
+    template <Vellum::Misfit T>
+    IStreamWrite& Write(T value) = delete;
+    IStreamWrite& Write(std::nullptr_t) = delete;
 
 protected:
     IStreamWrite() = default;

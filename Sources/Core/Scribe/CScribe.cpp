@@ -1,52 +1,87 @@
 #include "Scribe/CScribe.h"
 
-#include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdarg>
-#include <cstdio>
 #include <cwchar>
 #include <memory>
 #include <mutex>
+#include <span>
+#include <string_view>
 #include <utility>
 
+#include "Platform/ForcedUnwind.h"
 #include "Platform/StandardError.h"
+#include "Platform/Utf8.h"
 
 namespace Scribing
 {
 namespace
 {
 
-// Never destroyed: exceptions may be raised, and so logged, while the process is coming to its end.
-struct SSinkHolder
+// Neither made nor destroyed by code: exceptions may be raised, and so logged, while statics come and go, and when
+// there is no memory.
+union USinkHolder
 {
-    std::mutex mutex;
-    std::shared_ptr<const Sink> sink;
+    struct
+    {
+        std::mutex mutex;
+        std::shared_ptr<const Sink> sink;
+    } value = {};
+
+    constexpr USinkHolder() {}
+    ~USinkHolder() {}
 };
 
-SSinkHolder& GetHolder()
-{
-    static SSinkHolder& holder = *new SSinkHolder;
-    return holder;
-}
+constinit USinkHolder Holder;
 
 std::shared_ptr<const Sink> GetSink()
 {
-    SSinkHolder& holder = GetHolder();
-    const std::lock_guard lock(holder.mutex);
-    return holder.sink;
+    const std::lock_guard lock(Holder.value.mutex);
+    return Holder.value.sink;
 }
 
-// Without a buffer of the heap's: the entry may be about memory that can't be had.
+// One line, in memory of its own: the entry may be about memory that can't be had. What is too long is cut.
+class CLine
+{
+public:
+    CLine& operator<<(std::string_view text)
+    {
+        size += text.copy(free().data(), free().size());
+        return *this;
+    }
+    CLine& operator<<(const char* text) { return *this << (text == nullptr ? std::string_view() : text); }
+    CLine& operator<<(const wchar_t* text)
+    {
+        size += Vellum::Platform::CopyUtf8(free(), text);
+        return *this;
+    }
+    CLine& operator<<(int number)
+    {
+        std::array<char, 16> digits{}; // with NULs behind them
+        std::to_chars(digits.begin(), digits.end(), number);
+        return *this << digits.data();
+    }
+
+    // The line with its end, which always has room.
+    std::string_view End()
+    {
+        bytes[size] = '\n';
+        return {bytes.data(), size + 1};
+    }
+
+private:
+    std::span<char> free() { return std::span(bytes).first(bytes.size() - 1).subspan(size); }
+
+    std::array<char, 8192> bytes;
+    std::size_t size = 0;
+};
+
 void WriteLine(const SEntry& entry)
 {
-    std::array<char, 8192> line;
-    const int length = std::snprintf(line.data(), line.size(), "%ls: %s(%d): %s: %ls\n", entry.source, entry.file,
-                                     entry.line, entry.function, entry.text);
-    if (length <= 0)
-        return;
-    const std::size_t size = std::min(static_cast<std::size_t>(length), line.size() - 1);
-    line[size - 1] = '\n'; // also where the line was cut
-    Vellum::Platform::WriteToStandardError({line.data(), size});
+    CLine line;
+    line << entry.source << ": " << entry.file << "(" << entry.line << "): " << entry.function << ": " << entry.text;
+    Vellum::Platform::WriteToStandardError(line.End());
 }
 
 void Deliver(const SEntry& entry)
@@ -63,17 +98,13 @@ void Deliver(const SEntry& entry)
 void SetSink(Sink sink)
 {
     std::shared_ptr<const Sink> next = sink ? std::make_shared<const Sink>(std::move(sink)) : nullptr;
-    SSinkHolder& holder = GetHolder();
-    const std::lock_guard lock(holder.mutex);
-    holder.sink.swap(next);
+    const std::lock_guard lock(Holder.value.mutex);
+    Holder.value.sink.swap(next);
 }
-
-CScribe::CScribe(const wchar_t* name) : name(name) {}
-
-CScribe::~CScribe() = default;
 
 void CScribe::Error(const char* file, int line, const char* function, const wchar_t* text, ...) const noexcept
 {
+    const Vellum::Platform::CNoCancellation scope; // sinks write
     try
     {
         std::array<wchar_t, 1024> message{};
@@ -82,7 +113,7 @@ void CScribe::Error(const char* file, int line, const char* function, const wcha
         std::vswprintf(message.data(), message.size(), text, arguments);
         va_end(arguments);
         message.back() = L'\0';
-        Deliver({name.c_str(), file, line, function, message.data()});
+        Deliver({source, file, line, function, message.data()});
     }
     catch (...)
     {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <string>
 
 #include "Platform/Export.h"
 
@@ -22,8 +21,8 @@ struct SEntry
 // What takes entries.
 using Sink = std::function<void(const SEntry&)>;
 
-// Hands all later entries to the sink, in place of the one line per entry on standard error. A sink that does nothing
-// silences the log, an empty one brings standard error back.
+// Hands all later entries to the sink, in place of the one line of UTF-8 per entry on standard error. A sink that does
+// nothing silences the log, an empty one brings standard error back.
 //
 // Threads  May be called at any time from any thread. The sink is called on the thread that made the entry, by several
 //          threads at once if they make entries at once; an entry that is under way during the call may still reach
@@ -38,21 +37,20 @@ VELLUM_API void SetSink(Sink sink);
 class VELLUM_API CScribe
 {
 public:
-    // The name is copied. May run while the module is being loaded.
-    explicit CScribe(const wchar_t* name);
-
-    // May run while the module is being unloaded.
-    ~CScribe();
+    // The name isn't copied: a literal, or a text that lives as long as the source. A static source needs no code that
+    // makes or destroys it, so it is there for all other statics.
+    constexpr explicit CScribe(const wchar_t* name) noexcept : source(name) {}
 
     CScribe(const CScribe&) = delete;
     CScribe& operator=(const CScribe&) = delete;
 
     // Records one error with its origin. The text is a format as for vswprintf, the arguments behind it are its own;
-    // an entry's text ends after 1023 characters.
+    // an entry's text ends after 1023 characters. Narrow
+    // arguments (%s) are decoded in the locale of the thread, wide ones (%ls) need none.
     void Error(const char* file, int line, const char* function, const wchar_t* text, ...) const noexcept;
 
 private:
-    std::wstring name;
+    const wchar_t* source;
 };
 
 } // namespace Scribing

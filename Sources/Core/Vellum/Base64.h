@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <string>
 
@@ -22,6 +23,14 @@ VELLUM_API std::string Encode(const void* data, std::size_t size, bool lineBreak
 
 // The same for the bytes of `data`, NUL bytes included.
 VELLUM_API std::string Encode(const std::string& data, bool lineBreaks);
+
+// A size without lineBreaks would be taken for them, and the bytes for a zero-terminated text.
+template <std::integral Size>
+requires(!std::same_as<Size, bool>) std::string Encode(const void* data, Size size)
+= delete;
+template <std::integral Size>
+requires(!std::same_as<Size, bool>) std::string Encode(const std::string& data, Size size)
+= delete;
 
 // How many bytes Decode stores for a zero-terminated text: three quarters of its characters up to the first byte that
 // is outside the alphabet, fills directly before that byte not counted. 0 for a text without data. The result keeps 32

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "Platform/Export.h"
 
 #include "Vellum/IReader.h"
+#include "Vellum/LifetimeBound.h"
 
 namespace Vellum
 {
@@ -20,8 +22,10 @@ namespace Vellum
 // Absence  A member that is null isn't there. A null element counts as an index at which nothing is found.
 // Order    GetKey gives the keys in an order that their hashes decide, each once. Of a key written twice the last value
 //          that isn't null is kept.
-// Memory   The text isn't copied: it must stay valid and unchanged until Read has returned. Nothing is kept between
+// Memory   The text isn't copied: it must stay valid and unchanged until Read has returned, unless it is a temporary
+//          std::string, which the reader keeps. clang++ warns of texts that don't live. Nothing else is kept between
 //          two calls of Read.
+// Locale   The client's Read is called in the C locale; the thread has its own again when Read has returned or raised.
 // Errors   CException from "SkipEmptyChars", "ParseValue", "Vellum::ParseString", "Vellum::ParseObject" or
 //          "Vellum::ParseArray" for a document that can't be parsed, brackets nested deeper than 1024 levels and a root
 //          of the other kind among them; from "Vellum::CReaderJson::Read" for a null text. CException from
@@ -32,12 +36,16 @@ class VELLUM_API CReaderJson : public IReader
 {
 public:
     // Reads a zero-terminated text, which stays the client's.
-    explicit CReaderJson(const char* text);
+    explicit CReaderJson(const char* text VELLUM_LIFETIMEBOUND);
 
     // Reads up to the string's first NUL. The string must neither change nor die before Read has returned.
-    explicit CReaderJson(const std::string& text);
+    explicit CReaderJson(const std::string& text VELLUM_LIFETIMEBOUND);
 
-    // Both read the same text.
+    // Keeps a text that nobody else does, as in CReaderJson(stream.str()), and reads it up to its first NUL. Raises
+    // std::bad_alloc.
+    explicit CReaderJson(std::string&& text);
+
+    // Both read the same text, and keep it if one of them does.
     CReaderJson(const CReaderJson& other);
     CReaderJson& operator=(const CReaderJson& other);
     ~CReaderJson() override;
@@ -48,7 +56,8 @@ public:
     void Read(ISerializable& root) const override;
 
 private:
-    const char* text; // the client's
+    std::shared_ptr<const std::string> kept; // null for a text that is the client's
+    const char* text;
 };
 
 } // namespace Vellum

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "Platform/Export.h"
 
 #include "Vellum/IReader.h"
+#include "Vellum/LifetimeBound.h"
 #include "Vellum/SXmlOutcome.h"
 
 namespace Vellum
@@ -24,8 +26,10 @@ namespace Vellum
 //          is the first text alone, as it stands. What is neither "true" nor "false" leaves a bool as it was and gives
 //          false.
 // Elements of a sequence that are asked for as a value must be named "elt"; objects and sequences have any name.
-// Memory   The text isn't copied: it must stay valid and unchanged until Read has returned. Nothing is kept between
+// Memory   The text isn't copied: it must stay valid and unchanged until Read has returned, unless it is a temporary
+//          std::string, which the reader keeps. clang++ warns of texts that don't live. Nothing else is kept between
 //          two calls.
+// Locale   The client's Read is called in the C locale; the thread has its own again when Read has returned or raised.
 // Errors   CException from "Vellum::CContainerReaderXml::readValue" for a value in a sequence that isn't named "elt",
 //          and from "Vellum::Conversion::StringToInt", "Vellum::Conversion::StringToDouble" or "Vellum::Base64::Decode"
 //          for one that doesn't convert; CbExceptionConversion from "CbDateTime::CbDateTime" for a date that doesn't.
@@ -35,12 +39,16 @@ class VELLUM_API CReaderXml : public IReader
 {
 public:
     // Reads a zero-terminated text, which stays the client's; null reads like the empty one.
-    explicit CReaderXml(const char* text);
+    explicit CReaderXml(const char* text VELLUM_LIFETIMEBOUND);
 
     // Reads up to the string's first NUL. The string must neither change nor die before Read has returned.
-    explicit CReaderXml(const std::string& text);
+    explicit CReaderXml(const std::string& text VELLUM_LIFETIMEBOUND);
 
-    // Both read the same text.
+    // Keeps a text that nobody else does, as in CReaderXml(stream.str()), and reads it up to its first NUL. Raises
+    // std::bad_alloc.
+    explicit CReaderXml(std::string&& text);
+
+    // Both read the same text, and keep it if one of them does.
     CReaderXml(const CReaderXml& other);
     CReaderXml& operator=(const CReaderXml& other);
     ~CReaderXml() override;
@@ -54,7 +62,8 @@ public:
     SXmlOutcome Check() const;
 
 private:
-    const char* text; // the client's
+    std::shared_ptr<const std::string> kept; // null for a text that is the client's
+    const char* text;
 };
 
 } // namespace Vellum

@@ -21,7 +21,10 @@ namespace Vellum
 //          field width applies to the next number. Neither the locale of the stream nor any other does. A double is
 //          written with 17 digits and a float with 9, which sets the stream's precision and showpoint, as a bool sets
 //          boolalpha; they stay as they were set last.
+// Back     CReaderJson gives everything back but empty blobs, NaN payloads, milliseconds, lone surrogates, keys with a
+//          quote, and numbers written with hex, oct, fixed or a fill. Docs/JsonFormat.md has the whole table.
 // Repeats  Each Write appends one complete document. A key written twice stands twice in it.
+// Locale   The client's Write is called in the C locale; the thread has its own again behind this one.
 // Errors   Whatever goes wrong, an exception of the client's own included, leaves Write as a CException from
 //          "Vellum::CWriterJson::Write". What was written until then stays on the stream. A stream that can't take the
 //          output is not looked at; it tells by its own state.

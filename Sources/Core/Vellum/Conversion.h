@@ -5,7 +5,7 @@
 
 #include "Platform/Export.h"
 
-#include "Vellum/NaturalArguments.h"
+#include "Groundwork/NaturalArguments.h"
 
 class CbDateTime;
 

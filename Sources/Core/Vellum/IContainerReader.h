@@ -5,8 +5,9 @@
 
 #include "Platform/Export.h"
 
+#include "Groundwork/NaturalArguments.h"
+
 #include "Vellum/BlobRange.h"
-#include "Vellum/NaturalArguments.h"
 
 class IDateTime;
 
@@ -19,13 +20,17 @@ class ISerializableContainer;
 // IContainerReader: hands out the elements of one sequence by index. There is no count: a client reads index 0, 1, 2
 // and so on until Read returns false. Absence, kinds and texts are those of IDataReader, with an index past the end in
 // place of an absent key.
+//
+// Gaps     In a document that the library wrote, the first false is the end. In JSON of others a null has an index of
+//          its own and gives false too, as does an element of another kind in any text: [1,null,2,3] ends such a loop
+//          behind the 1. Whoever has to read on asks for later indices as well.
 class VELLUM_API IContainerReader
 {
 public:
     virtual ~IContainerReader();
 
-    // The blob at an index, or two null pointers if there is none or an empty one. The bytes live as long as the
-    // reader.
+    // The blob at an index, or two null pointers if there is none or an empty one. Of an empty one, CReaderJson raises
+    // CException, "Vellum::Base64::Decode", instead. The bytes live as long as the reader.
     virtual BlobRange GetBlob(std::uint32_t index) = 0;
 
     // Read the element at an index into the argument and return true. A nested object's or sequence's own Read is

@@ -6,7 +6,7 @@
 
 #include "Platform/Export.h"
 
-#include "Vellum/NaturalArguments.h"
+#include "Groundwork/NaturalArguments.h"
 
 class IDateTime;
 
@@ -59,9 +59,9 @@ public:
         Write(static_cast<ExactInteger<Integer>>(value));
     }
 
-    // Any other pointer would silently become a bool.
-    template <OtherPointer T>
-    void Write(T pointer) = delete;
+    // What would silently become a bool or a number: other pointers, lambdas, characters other than char, enumerations.
+    template <Misfit T>
+    void Write(T value) = delete;
     void Write(std::nullptr_t) = delete;
 
 protected:

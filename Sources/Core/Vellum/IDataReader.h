@@ -5,8 +5,9 @@
 
 #include "Platform/Export.h"
 
+#include "Groundwork/NaturalArguments.h"
+
 #include "Vellum/BlobRange.h"
-#include "Vellum/NaturalArguments.h"
 
 class IDateTime;
 
@@ -39,8 +40,9 @@ public:
     // in which the fields were written.
     virtual const char* GetKey(std::uint32_t index) const = 0;
 
-    // The blob of a key, or two null pointers if there is none or an empty one. The bytes live as long as the reader;
-    // the text formats decode them on the first request.
+    // The blob of a key, or two null pointers if there is none or an empty one. Of an empty one, CReaderJson raises
+    // CException, "Vellum::Base64::Decode", instead. The bytes live as long as the reader; the text formats decode them
+    // on the first request.
     virtual BlobRange GetBlob(const char* key) = 0;
 
     // Read the field of a key into the argument and return true. A nested object's or sequence's own Read is called

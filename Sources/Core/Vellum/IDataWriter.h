@@ -6,7 +6,7 @@
 
 #include "Platform/Export.h"
 
-#include "Vellum/NaturalArguments.h"
+#include "Groundwork/NaturalArguments.h"
 
 class IDateTime;
 
@@ -62,9 +62,9 @@ public:
         Write(key, static_cast<ExactInteger<Integer>>(value));
     }
 
-    // Any other pointer would silently become a bool.
-    template <OtherPointer T>
-    void Write(const char* key, T pointer) = delete;
+    // What would silently become a bool or a number: other pointers, lambdas, characters other than char, enumerations.
+    template <Misfit T>
+    void Write(const char* key, T value) = delete;
     void Write(const char* key, std::nullptr_t) = delete;
 
 protected:

@@ -12,7 +12,9 @@ class IDataWriter;
 // ISerializable: a client object with named fields. A class that implements it can be stored in, and filled from,
 // every document format; it never learns which one it is talking to.
 //
-// Threads  The three operations are called on the thread that called the document class.
+// Threads  The three operations are called on the thread that called the document class. Of the text formats that
+//          thread is in the C locale meanwhile: what the client prints, scans or compares by the C library, it does
+//          without a locale of its own.
 // Errors   What they raise passes through a binary writer and all readers unchanged. The JSON and XML writers raise
 //          their own CException in its place.
 class VELLUM_API ISerializable

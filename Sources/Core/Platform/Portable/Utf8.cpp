@@ -1,5 +1,7 @@
 #include "Platform/Utf8.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -55,28 +57,95 @@ SLead ClassifyLead(unsigned char lead)
     return {0, 0};
 }
 
-// Takes one character that isn't ASCII, or one maximal ill-formed subsequence, from the front.
-std::uint32_t TakeCodePoint(std::string_view& bytes)
+enum class EForm
+{
+    Whole,
+    CutOff, // by the end of the bytes
+    IllFormed
+};
+
+// One character that isn't ASCII, or one maximal ill-formed subsequence.
+struct SSequence
+{
+    EForm form;
+    std::size_t size;        // in bytes
+    std::uint32_t codePoint; // of a whole one
+};
+
+// The sequence in front.
+SSequence FindSequence(std::string_view bytes)
 {
     const SLead lead = ClassifyLead(static_cast<unsigned char>(bytes.front()));
     std::uint32_t codePoint = lead.bits;
-    std::size_t taken = 1;
+    std::size_t size = 1;
     unsigned char lowest = lead.lowest;
     unsigned char highest = lead.highest;
-    for (; taken <= lead.following && taken < bytes.size(); ++taken)
+    for (; size <= lead.following && size < bytes.size(); ++size)
     {
-        const auto byte = static_cast<unsigned char>(bytes[taken]);
+        const auto byte = static_cast<unsigned char>(bytes[size]);
         if (byte < lowest || byte > highest)
-            break;
+            return {EForm::IllFormed, size, 0};
         codePoint = (codePoint << 6) | (byte & 0x3Fu);
         lowest = 0x80;
         highest = 0xBF;
     }
-    bytes.remove_prefix(taken);
-    return lead.following != 0 && taken == lead.following + 1 ? codePoint : ReplacementCharacter;
+    const bool isWhole = size == lead.following + 1;
+    return {lead.following == 0 ? EForm::IllFormed : isWhole ? EForm::Whole : EForm::CutOff, size, codePoint};
+}
+
+std::uint32_t TakeCodePoint(std::string_view& bytes)
+{
+    const SSequence sequence = FindSequence(bytes);
+    bytes.remove_prefix(sequence.size);
+    return sequence.form == EForm::Whole ? sequence.codePoint : ReplacementCharacter;
+}
+
+constexpr std::size_t LongestCharacter = 4;
+
+// Returns the number of bytes.
+std::size_t Encode(char* to, char32_t codePoint)
+{
+    const auto continuation = [&](int shift) { return static_cast<char>(0x80 | ((codePoint >> shift) & 0x3F)); };
+    if (codePoint < 0x80)
+    {
+        to[0] = static_cast<char>(codePoint);
+        return 1;
+    }
+    if (codePoint < 0x800)
+    {
+        to[0] = static_cast<char>(0xC0 | (codePoint >> 6));
+        to[1] = continuation(0);
+        return 2;
+    }
+    if (codePoint < 0x10000)
+    {
+        to[0] = static_cast<char>(0xE0 | (codePoint >> 12));
+        to[1] = continuation(6);
+        to[2] = continuation(0);
+        return 3;
+    }
+    to[0] = static_cast<char>(0xF0 | (codePoint >> 18));
+    to[1] = continuation(12);
+    to[2] = continuation(6);
+    to[3] = continuation(0);
+    return 4;
 }
 
 } // namespace
+
+bool IsUtf8(std::string_view bytes)
+{
+    bool isBeyondAscii = false;
+    for (bytes.remove_prefix(CountAscii(bytes)); !bytes.empty(); bytes.remove_prefix(CountAscii(bytes)))
+    {
+        const SSequence sequence = FindSequence(bytes);
+        if (sequence.form != EForm::Whole)
+            return isBeyondAscii && sequence.form == EForm::CutOff;
+        isBeyondAscii = true;
+        bytes.remove_prefix(sequence.size);
+    }
+    return isBeyondAscii;
+}
 
 void AppendUtf16(std::wstring& text, std::string_view utf8)
 {
@@ -93,18 +162,8 @@ void AppendUtf16(std::wstring& text, std::string_view utf8)
 
 void AppendUtf8(std::string& text, char32_t codePoint)
 {
-    const auto continuation = [&](int shift) { return static_cast<char>(0x80 | ((codePoint >> shift) & 0x3F)); };
-    if (codePoint < 0x80)
-        text += static_cast<char>(codePoint);
-    else if (codePoint < 0x800)
-        (text += static_cast<char>(0xC0 | (codePoint >> 6))) += continuation(0);
-    else if (codePoint < 0x10000)
-        ((text += static_cast<char>(0xE0 | (codePoint >> 12))) += continuation(6)) += continuation(0);
-    else
-    {
-        (text += static_cast<char>(0xF0 | (codePoint >> 18))) += continuation(12);
-        (text += continuation(6)) += continuation(0);
-    }
+    std::array<char, LongestCharacter> bytes;
+    text.append(bytes.data(), Encode(bytes.data(), codePoint));
 }
 
 void AppendUtf8(std::string& text, std::wstring_view units)
@@ -123,6 +182,21 @@ void AppendUtf8(std::string& text, std::wstring_view units)
         while (!units.empty() && static_cast<std::uint32_t>(units.front()) >= 0x80)
             AppendUtf8(text, static_cast<char32_t>(TakeCodePoint(units)));
     }
+}
+
+std::size_t CopyUtf8(std::span<char> to, std::wstring_view units) noexcept
+{
+    std::size_t size = 0;
+    while (!units.empty())
+    {
+        std::array<char, LongestCharacter> bytes;
+        const std::size_t count = Encode(bytes.data(), static_cast<char32_t>(TakeCodePoint(units)));
+        if (count > to.size() - size)
+            break;
+        std::copy_n(bytes.begin(), count, to.data() + size);
+        size += count;
+    }
+    return size;
 }
 
 } // namespace Vellum::Platform

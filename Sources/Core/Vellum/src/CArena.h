@@ -23,6 +23,10 @@ class CArena
 {
 public:
     CArena() = default;
+
+    // The first pieces come from a block that stays the caller's, aligned as pieces are.
+    CArena(unsigned char* firstBlock, std::size_t size) : free(firstBlock), left(size / 8 * 8) {}
+
     CArena(const CArena&) = delete;
     CArena& operator=(const CArena&) = delete;
 

@@ -7,23 +7,24 @@ namespace Vellum
 namespace
 {
 
-const Scribing::CScribe Log(L"Exception");
+constinit const Scribing::CScribe Log(L"Exception");
+constexpr const wchar_t* Sentence = L"Exception";
 
 } // namespace
 
 CException::CException(const char* file, unsigned int line, const char* function)
-    : CbExceptionBase(file, line, function)
+    : CbExceptionBase(file, line, function, Sentence)
 {
     LogException();
 }
 
-CException::CException(const CException& other) = default;
-CException& CException::operator=(const CException& other) = default;
+CException::CException(const CException& other) noexcept = default;
+CException& CException::operator=(const CException& other) noexcept = default;
 CException::~CException() = default;
 
 void CException::LogException() const
 {
-    Log.Error(GetFilename(), static_cast<int>(GetCodeLine()), GetFunctionName(), L"Exception");
+    Log.Error(GetFilename(), static_cast<int>(GetCodeLine()), GetFunctionName(), Sentence);
 }
 
 } // namespace Vellum

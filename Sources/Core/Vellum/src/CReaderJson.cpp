@@ -5,6 +5,7 @@
 #include <concepts>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -39,20 +40,18 @@ namespace Vellum
 {
 
 // The operations of SJsonElement stand here, since what they raise comes from this file.
-SJsonElement::SJsonElement(std::uint32_t kind, SJsonDocument& document) : kind(kind)
+SJsonElement::SJsonElement(std::uint32_t kind) : kind(kind)
 {
-    std::pmr::polymorphic_allocator<> allocator(&document.memory);
     switch (kind)
     {
     case KindText:
         text = "";
         break;
     case KindObject:
-        members = allocator.new_object<JsonMembers>();
-        members->SetPlexManager(document.plexManager);
+        members = nullptr;
         break;
     case KindArray:
-        elements = allocator.new_object<JsonElements>();
+        elements = nullptr;
         break;
     default:
         throw CException(__FILE__, __LINE__, "Vellum::SJsonElement::SJsonElement");
@@ -61,16 +60,13 @@ SJsonElement::SJsonElement(std::uint32_t kind, SJsonDocument& document) : kind(k
 
 SJsonElement::~SJsonElement()
 {
-    if (kind == KindObject)
+    if (kind == KindObject && members != nullptr)
         std::destroy_at(members);
-    else if (kind == KindArray)
+    else if (kind == KindArray && elements != nullptr)
         std::destroy_at(elements);
 }
 
-void* SJsonElement::operator new(std::size_t size, SJsonDocument& document)
-{
-    return document.memory.allocate(size, alignof(SJsonElement));
-}
+void* SJsonElement::operator new(std::size_t size, SJsonDocument& document) { return document.memory.Allocate(size); }
 
 namespace
 {
@@ -102,8 +98,8 @@ const char* ParseString(const char* text, std::string_view& raw)
     return at + 1;
 }
 
-const char* ParseObject(const char* text, JsonMembers& members, SJsonDocument& document);
-const char* ParseArray(const char* text, JsonElements& elements, SJsonDocument& document);
+const char* ParseObject(const char* text, JsonMembers*& members, SJsonDocument& document);
+const char* ParseArray(const char* text, JsonElements*& elements, SJsonDocument& document);
 
 const char* ParseWord(const char* text, char terminator, std::string_view& word)
 {
@@ -125,12 +121,12 @@ std::pair<const char*, std::unique_ptr<SJsonElement>> ParseValue(const char* tex
     switch (*text)
     {
     case '{':
-        element.reset(new (document) SJsonElement(SJsonElement::KindObject, document));
-        text = ParseObject(text, *element->members, document);
+        element.reset(new (document) SJsonElement(SJsonElement::KindObject));
+        text = ParseObject(text, element->members, document);
         break;
     case '[':
-        element.reset(new (document) SJsonElement(SJsonElement::KindArray, document));
-        text = ParseArray(text, *element->elements, document);
+        element.reset(new (document) SJsonElement(SJsonElement::KindArray));
+        text = ParseArray(text, element->elements, document);
         break;
     case '"':
         text = ParseString(text + 1, raw);
@@ -144,8 +140,20 @@ std::pair<const char*, std::unique_ptr<SJsonElement>> ParseValue(const char* tex
     return {SkipEmptyChars(text), std::move(element)};
 }
 
-// Fills the table and returns the place behind the closing bracket; null for the whole text `null`.
-const char* ParseObject(const char* text, JsonMembers& members, SJsonDocument& document)
+// The table of an object, made for its first member.
+JsonMembers& GetMembers(JsonMembers*& members, SJsonDocument& document)
+{
+    if (members == nullptr)
+    {
+        members = new (document.memory.Allocate(sizeof(JsonMembers))) JsonMembers;
+        members->SetPlexManager(document.plexManager);
+    }
+    return *members;
+}
+
+// Fills the table, which may be null until there is a member, and returns the place behind the closing bracket; null
+// for the whole text `null`.
+const char* ParseObject(const char* text, JsonMembers*& members, SJsonDocument& document)
 {
     if (std::strcmp(text, "null") == 0)
         return nullptr;
@@ -163,7 +171,7 @@ const char* ParseObject(const char* text, JsonMembers& members, SJsonDocument& d
             throw CException(__FILE__, __LINE__, "Vellum::ParseObject");
         auto [behind, element] = ParseValue(SkipEmptyChars(text + 1), '}', document);
         if (element != nullptr)
-            members.FindOrInsert(key)->value = std::move(element);
+            GetMembers(members, document).FindOrInsert(key)->value = std::move(element);
         text = *behind == ',' ? SkipEmptyChars(behind + 1) : behind;
     }
     --document.depth;
@@ -171,16 +179,22 @@ const char* ParseObject(const char* text, JsonMembers& members, SJsonDocument& d
 }
 
 // Moves the elements of the innermost array, those from `first` on, to where they belong: in memory of just the size.
-void CloseArray(JsonElements& elements, JsonElements& openElements, std::uint32_t first)
+void CloseArray(JsonElements*& elements, std::uint32_t first, SJsonDocument& document)
 {
-    elements.Reserve(openElements.GetSize() - first);
+    JsonElements& openElements = document.openElements;
+    if (openElements.GetSize() == first)
+        return;
+    if (elements == nullptr)
+        elements = new (document.memory.Allocate(sizeof(JsonElements))) JsonElements;
+    elements->Reserve(openElements.GetSize() - first);
     for (std::uint32_t index = first; index < openElements.GetSize(); ++index)
-        elements.Add(std::move(openElements[index]));
+        elements->Add(std::move(openElements[index]));
     openElements.SetSize(first);
 }
 
-// Fills the array and returns the place behind the closing bracket. The empty text is an empty array.
-const char* ParseArray(const char* text, JsonElements& elements, SJsonDocument& document)
+// Fills the array, which may be null until there is an element, and returns the place behind the closing bracket. The
+// empty text is an empty array.
+const char* ParseArray(const char* text, JsonElements*& elements, SJsonDocument& document)
 {
     if (*text == '\0')
         return text;
@@ -199,7 +213,7 @@ const char* ParseArray(const char* text, JsonElements& elements, SJsonDocument& 
         if (*behind == ',' && *text == ']')
             throw CException(__FILE__, __LINE__, "Vellum::ParseArray");
     }
-    CloseArray(elements, document.openElements, first);
+    CloseArray(elements, first, document);
     --document.depth;
     return text + 1;
 }
@@ -301,9 +315,9 @@ BlobRange DecodeBlob(CbMapEx<Key, CbArray<unsigned char>>& blobs, const KeyView&
 class CDataReaderJson final : public CReadOperations<CDataReaderJson, IDataReader, const char*>
 {
 public:
-    explicit CDataReaderJson(const JsonMembers& members) : members(members) {}
+    explicit CDataReaderJson(const JsonMembers* members) : members(members) {}
 
-    std::uint32_t GetKeyCount() const override { return members.GetCount(); }
+    std::uint32_t GetKeyCount() const override { return members == nullptr ? 0 : members->GetCount(); }
     const char* GetKey(std::uint32_t index) const override
     {
         if (keys.GetSize() == 0)
@@ -321,19 +335,19 @@ public:
 private:
     const SJsonElement* find(const char* key) const
     {
-        const auto* const member = members.Find(key);
+        const auto* const member = members == nullptr ? nullptr : members->Find(key);
         return member == nullptr ? nullptr : member->value.get();
     }
     void gatherKeys() const
     {
         CbArray<const char*> gathered;
-        gathered.Reserve(members.GetCount());
-        for (const auto* member = members.GetFirst(); member != nullptr; member = member->next)
+        gathered.Reserve(members->GetCount());
+        for (const auto* member = members->GetFirst(); member != nullptr; member = member->next)
             gathered.Add(member->key.c_str());
         keys = std::move(gathered);
     }
 
-    const JsonMembers& members;
+    const JsonMembers* members;        // null without any
     mutable CbArray<const char*> keys; // in the table's order; gathered when the first one is asked for
     CbMapEx<std::string, CbArray<unsigned char>> blobs{128u, 4u}; // most objects have few, if any
 };
@@ -341,7 +355,7 @@ private:
 class CContainerReaderJson final : public CReadOperations<CContainerReaderJson, IContainerReader, std::uint32_t>
 {
 public:
-    explicit CContainerReaderJson(const JsonElements& elements) : elements(elements) {}
+    explicit CContainerReaderJson(const JsonElements* elements) : elements(elements) {}
 
     BlobRange GetBlob(std::uint32_t index) override { return DecodeBlob(blobs, index, find(index)); }
 
@@ -354,10 +368,10 @@ public:
 private:
     const SJsonElement* find(std::uint32_t index) const
     {
-        return index < elements.GetSize() ? elements[index].get() : nullptr;
+        return elements != nullptr && index < elements->GetSize() ? (*elements)[index].get() : nullptr;
     }
 
-    const JsonElements& elements;
+    const JsonElements* elements; // null without any
     CbMapEx<unsigned int, CbArray<unsigned char>> blobs{128u, 4u};
 };
 
@@ -365,7 +379,7 @@ bool ReadElement(const SJsonElement* element, ISerializable& value)
 {
     if (element == nullptr || element->kind != SJsonElement::KindObject)
         return false;
-    CDataReaderJson reader(*element->members);
+    CDataReaderJson reader(element->members);
     value.Read(reader);
     return true;
 }
@@ -374,7 +388,7 @@ bool ReadElement(const SJsonElement* element, ISerializableContainer& value)
 {
     if (element == nullptr || element->kind != SJsonElement::KindArray)
         return false;
-    CContainerReaderJson reader(*element->elements);
+    CContainerReaderJson reader(element->elements);
     value.Read(reader);
     return true;
 }
@@ -383,6 +397,10 @@ bool ReadElement(const SJsonElement* element, ISerializableContainer& value)
 
 CReaderJson::CReaderJson(const char* text) : text(text) {}
 CReaderJson::CReaderJson(const std::string& text) : text(text.c_str()) {}
+CReaderJson::CReaderJson(std::string&& text)
+    : kept(std::make_shared<const std::string>(std::move(text))), text(kept->c_str())
+{
+}
 CReaderJson::CReaderJson(const CReaderJson& other) = default;
 CReaderJson& CReaderJson::operator=(const CReaderJson& other) = default;
 CReaderJson::~CReaderJson() = default;
@@ -393,8 +411,10 @@ void CReaderJson::Read(ISerializableContainer& root) const
         throw CException(__FILE__, __LINE__, "Vellum::CReaderJson::Read");
     const CLocaleScope scope;
     SJsonDocument document;
-    JsonElements elements;
+    JsonElements table;
+    JsonElements* elements = &table;
     ParseArray(text, elements, document);
+    document.openElements = JsonElements(); // gives its memory back before the client goes on
     CContainerReaderJson reader(elements);
     root.Read(reader);
 }
@@ -405,8 +425,10 @@ void CReaderJson::Read(ISerializable& root) const
         throw CException(__FILE__, __LINE__, "Vellum::CReaderJson::Read");
     const CLocaleScope scope;
     SJsonDocument document;
-    JsonMembers members; // with a pool of its own
+    JsonMembers table; // with a pool of its own
+    JsonMembers* members = &table;
     ParseObject(text, members, document);
+    document.openElements = JsonElements(); // gives its memory back before the client goes on
     CDataReaderJson reader(members);
     root.Read(reader);
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <concepts>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -239,6 +240,10 @@ void ReadDocument(const char* text, Client& root)
 
 CReaderXml::CReaderXml(const char* text) : text(text) {}
 CReaderXml::CReaderXml(const std::string& text) : text(text.c_str()) {}
+CReaderXml::CReaderXml(std::string&& text)
+    : kept(std::make_shared<const std::string>(std::move(text))), text(kept->c_str())
+{
+}
 CReaderXml::CReaderXml(const CReaderXml& other) = default;
 CReaderXml& CReaderXml::operator=(const CReaderXml& other) = default;
 CReaderXml::~CReaderXml() = default;

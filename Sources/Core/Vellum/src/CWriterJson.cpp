@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Platform/ForcedUnwind.h"
 #include "Platform/Utf8.h"
 
 #include "Groundwork/CbDateTime.h"
@@ -312,6 +313,7 @@ void WriteDocument(const Root& root, std::ostringstream& stream, bool showPoint)
     }
     catch (...)
     {
+        Platform::PassForcedUnwind();
         throw CException(__FILE__, __LINE__, "Vellum::CWriterJson::Write");
     }
 }

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "Platform/ForcedUnwind.h"
+
 #include "Groundwork/CbDateTime.h"
 
 #include "Vellum/Base64.h"
@@ -222,12 +224,18 @@ void CWriterXmlBase<Interface>::putValue(const SBase64& value)
 
 template <class LevelWriter, class Client>
 void WriteDocument(std::string_view header, const Client& root, std::ostringstream& stream)
+try
 {
     const CLocaleScope scope;
     const std::string name = ToElementName(root.GetTypeName());
     CTextOutput output(stream);
     output.Put(header);
     WriteLevel<LevelWriter>(name, RootNamespaces, root, output, 0);
+}
+catch (...)
+{
+    Platform::PassForcedUnwind();
+    throw CException(__FILE__, __LINE__, "Vellum::CWriterXml::Write");
 }
 
 } // namespace
@@ -243,26 +251,9 @@ CWriterXml::~CWriterXml() = default;
 
 void CWriterXml::Write(const ISerializableContainer& root)
 {
-    try
-    {
-        WriteDocument<CContainerWriterXml>(SequenceHeader, root, *stream);
-    }
-    catch (...)
-    {
-        throw CException(__FILE__, __LINE__, "Vellum::CWriterXml::Write");
-    }
+    WriteDocument<CContainerWriterXml>(SequenceHeader, root, *stream);
 }
 
-void CWriterXml::Write(const ISerializable& root)
-{
-    try
-    {
-        WriteDocument<CDataWriterXml>(ObjectHeader, root, *stream);
-    }
-    catch (...)
-    {
-        throw CException(__FILE__, __LINE__, "Vellum::CWriterXml::Write");
-    }
-}
+void CWriterXml::Write(const ISerializable& root) { WriteDocument<CDataWriterXml>(ObjectHeader, root, *stream); }
 
 } // namespace Vellum

@@ -5,13 +5,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <memory_resource>
 #include <string>
 #include <string_view>
 
 #include "Groundwork/CbArray.h"
 #include "Groundwork/CbMapEx.h"
 
+#include "Vellum/src/CArena.h"
 #include "Vellum/src/TypeNames.h"
 
 namespace Vellum
@@ -30,7 +30,8 @@ using JsonPool = CbPlexManager<JsonMembers::SAssociation>;
 // Texts    A quoted text with its escapes as they stand, or a word such as 12 or true: what it means is decided when
 //          the client asks for it. The bytes are those of the client's document.
 // Memory   Elements, tables and arrays lie in the document's memory and are handled by std::unique_ptr nonetheless:
-//          deleting one ends its life, and the memory is given back with the document's.
+//          deleting one ends its life, and the memory is given back with the document's. An object has no table, and an
+//          array none of its own, before there is something to put into it.
 struct SJsonElement
 {
     // 1 is no kind.
@@ -39,7 +40,7 @@ struct SJsonElement
     static constexpr std::uint32_t KindArray = 3;
 
     // An empty text, object or array. CException ("Vellum::SJsonElement::SJsonElement") for any other kind.
-    SJsonElement(std::uint32_t kind, SJsonDocument& document);
+    explicit SJsonElement(std::uint32_t kind);
     explicit SJsonElement(std::string_view rawText) : kind(KindText), textSize(rawText.size()), text(rawText.data()) {}
     ~SJsonElement();
 
@@ -57,8 +58,8 @@ struct SJsonElement
     union
     {
         const char* text;       // not owned and not terminated
-        JsonMembers* members;   // owned
-        JsonElements* elements; // owned
+        JsonMembers* members;   // owned; null in an empty object
+        JsonElements* elements; // owned; null in an empty array
     };
 };
 
@@ -68,8 +69,8 @@ struct SJsonDocument
     static constexpr unsigned int FirstBlockSize = 1024; // nodes
 
     // Small documents fit in here.
-    std::array<std::byte, 2048> firstMemory;
-    std::pmr::monotonic_buffer_resource memory{firstMemory.data(), firstMemory.size()};
+    alignas(8) std::array<unsigned char, 2048> firstMemory;
+    CArena memory{firstMemory.data(), firstMemory.size()};
 
     // Of the tables of all objects but the root.
     std::shared_ptr<JsonPool> plexManager = std::make_shared<JsonPool>(FirstBlockSize);

@@ -25,4 +25,21 @@ concept OtherPointer = (std::is_pointer_v<T> || std::is_member_pointer_v<T>)&&!s
                        !std::same_as<T, const char*> && //
                        !std::same_as<T, wchar_t*> && !std::same_as<T, const wchar_t*>;
 
+// An object that turns into such a pointer by itself, as a lambda without captures does.
+template <class T>
+concept PointerInDisguise = std::is_class_v<T> && requires(const T& object)
+{
+    requires OtherPointer<decltype(+object)>;
+};
+
+// A character of another type than char, which would silently become a number.
+template <class T>
+concept OtherCharacter =
+    std::same_as<T, wchar_t> || std::same_as<T, char8_t> || std::same_as<T, char16_t> || std::same_as<T, char32_t>;
+
+// What an overload would take though it isn't meant. Of an enumeration, the compiler would choose the kind by its
+// largest enumerator, and nothing reads it back: whoever stores one says as which integer.
+template <class T>
+concept Misfit = OtherPointer<T> || PointerInDisguise<T> || OtherCharacter<T> || std::is_enum_v<T>;
+
 } // namespace Vellum

@@ -1,0 +1,215 @@
+#include <cstdlib>
+#include <ctime>
+#include <rapidcheck.h>
+
+#include <gtest/gtest.h>
+
+#include "Scribe/CScribe.h"
+
+#include "Groundwork/CbStreamReadBinaryBuffer.h"
+#include "Groundwork/CbStreamWriteBinaryBuffer.h"
+
+#include "Model/Documents.h"
+#include "Model/Formats.h"
+#include "Model/Library.h"
+#include "Model/Values.h"
+#include "Support/CEnvironment.h"
+#include "Support/Clients.h"
+#include "Support/GermanLocales.h"
+#include "Support/Texts.h"
+
+// The library and a second, plain telling of its formats are given the same trees and documents, and must agree: in
+// each byte that is written, each value that is read, and each exception's class and function name.
+//
+// RC_PARAMS="seed=N" repeats a run, and what is printed with a failure repeats that alone. VELLUM_MODEL_SECONDS=N goes
+// on for that long, in time of the processor, with each property.
+namespace
+{
+
+using namespace Model;
+
+// Runs a property over tapes, with the exceptions kept out of the log.
+void Check(void (*property)(CTape))
+{
+    Scribing::SetSink([](const Scribing::SEntry&) {});
+    const Support::CEnvironment zone("TZ", "Europe/Berlin");
+    const char* const seconds = std::getenv("VELLUM_MODEL_SECONDS");
+    const double most = seconds == nullptr ? 0.7 : std::atof(seconds);
+    const std::clock_t end = std::clock() + static_cast<std::clock_t>(most * CLOCKS_PER_SEC);
+    const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+    rc::detail::TestParams params = rc::detail::configuration().testParams;
+    do
+    {
+        const auto result = rc::detail::checkTestable([&] { property(CTape(*AnyTape())); },
+                                                      rc::detail::TestMetadata{test.name(), test.name()}, params);
+        if (!result.template is<rc::detail::SuccessResult>())
+        {
+            std::ostringstream message;
+            rc::detail::printResultMessage(result, message);
+            ADD_FAILURE() << message.str();
+            break;
+        }
+        ++params.seed;
+    } while (std::clock() < end);
+    Scribing::SetSink({});
+}
+
+// Runs a part of the library, which raises nothing, on a thread whose numbers have a decimal comma.
+template <class Body>
+void Abroad(const Body& body)
+{
+    const Support::CGermanThread german;
+    body();
+    RC_ASSERT(german.IsInForce());
+}
+
+// What differs first, with what stands around it.
+std::string Difference(const std::string& library, const std::string& model)
+{
+    const auto at = static_cast<std::size_t>(std::ranges::mismatch(library, model).in1 - library.begin());
+    const std::size_t from = at < 150 ? 0 : at - 150;
+    const auto part = [&](const std::string& text)
+    { return rc::toString(text.substr(std::min(from, text.size()), 300)); };
+    return "differ at " + std::to_string(at) + "\nlibrary " + part(library) + "\nmodel   " + part(model);
+}
+
+void ExpectSame(const std::string& library, const std::string& model)
+{
+    if (library != model)
+        RC_FAIL(Difference(library, model));
+}
+
+void ExpectSame(const SWritten& library, const SWritten& model)
+{
+    ExpectSame(library.raised, model.raised);
+    ExpectSame(library.document, model.document);
+}
+
+template <class Body>
+std::string Raised(const Body& body)
+{
+    try
+    {
+        body();
+    }
+    catch (...)
+    {
+        return ShowRaised();
+    }
+    return {};
+}
+
+SWritten LibraryBinary(const SNode& root, bool isPlain)
+{
+    SWritten written;
+    CbStreamWriteBinaryBuffer buffer;
+    Support::CClientWriter plain;
+    CbStreamWriteBinary& stream = isPlain ? static_cast<CbStreamWriteBinary&>(plain) : buffer;
+    const auto write = [&](const auto& client) { Vellum::CWriterBinary(stream).Write(client); };
+    written.raised = Raised([&] { WithRoot(root, write); });
+    written.document =
+        isPlain ? plain.bytes : std::string(reinterpret_cast<const char*>(buffer.GetData()), buffer.GetSize());
+    return written;
+}
+
+// A visitor for the document of a tree, or for what has become of it.
+CVisitor VisitorOf(const SNode& root, CTape& tape)
+{
+    std::vector<std::string> keys = {"", "absent", "ID", "kEY", "altarage"};
+    for (std::size_t i = 0; i < 3 && i < root.items.size(); ++i)
+    {
+        const std::string& key = root.items[root.items.size() - 1 - i].key;
+        keys.insert(keys.end(), {key, Folded(key)});
+    }
+    return CVisitor(keys, root.typeName, tape.OneIn(2));
+}
+
+void BinaryWrites(CTape tape)
+{
+    const bool isPlain = tape.OneIn(2);
+    const SNode root = AnyTree(tape, tape.OneIn(2));
+    ExpectSame(LibraryBinary(root, isPlain), WriteBinary(root, false));
+}
+
+void BinaryReads(CTape tape)
+{
+    const SNode root = AnyTree(tape, true);
+    const std::string document = Mutated(WriteBinary(root, tape.OneIn(3)).document, tape, true);
+    CVisitor library = VisitorOf(root, tape), model = library;
+    const bool isSequence = root.isSequence != tape.OneIn(16);
+    model.Run([&] { ReadBinary(document, isSequence, model); });
+    library.Run(
+        [&, isPlain = tape.OneIn(2)]
+        {
+            const std::vector<char> exact(document.begin(), document.end());
+            CbStreamReadBinaryBuffer buffer(exact.data(), exact.size());
+            Support::CClientReader plain(document);
+            const Vellum::CReaderBinary reader(isPlain ? static_cast<CbStreamReadBinary&>(plain) : buffer);
+            ReadRoot(reader, isSequence, library);
+        });
+    ExpectSame(library.GetNotes(), model.GetNotes());
+}
+
+template <class Writer>
+SWritten LibraryText(const SNode& root, const std::function<void(Writer&)>& setUp)
+{
+    std::ostringstream stream;
+    SWritten written;
+    Writer writer(stream);
+    setUp(writer);
+    const auto write = [&] { WithRoot(root, [&](const auto& client) { writer.Write(client); }); };
+    Abroad([&] { written.raised = Raised(write); });
+    written.document = stream.str();
+    return written;
+}
+
+void JsonWrites(CTape tape)
+{
+    const bool showPoint = tape.OneIn(2);
+    const SNode root = AnyTree(tape, tape.OneIn(2));
+    ExpectSame(LibraryText<Vellum::CWriterJson>(root, [&](auto& writer) { writer.SetShowPoint(showPoint); }),
+               WriteJson(root, showPoint));
+}
+
+void JsonReads(CTape tape)
+{
+    const SNode root = AnyTree(tape, tape.OneIn(2));
+    const std::string whole = tape.OneIn(2) ? AnyJson(tape) : WriteJson(root, tape.OneIn(2)).document;
+    const std::string document = Mutated(whole, tape, false);
+    CVisitor library = VisitorOf(root, tape), model = library;
+    const bool isSequence = document.starts_with('[') != tape.OneIn(16);
+    model.Run([&] { ReadJson(document, isSequence, model); });
+    const std::unique_ptr<char[]> text = Support::ExactText(document);
+    Abroad([&] { library.Run([&] { ReadRoot(Vellum::CReaderJson(text.get()), isSequence, library); }); });
+    ExpectSame(library.GetNotes(), model.GetNotes());
+}
+
+void XmlWrites(CTape tape)
+{
+    const SNode root = AnyTree(tape, tape.OneIn(2));
+    ExpectSame(LibraryText<Vellum::CWriterXml>(root, [](auto&) {}), WriteXml(root));
+}
+
+void XmlReads(CTape tape)
+{
+    const SNode root = AnyTree(tape, !tape.OneIn(4));
+    const std::string whole = tape.OneIn(2) ? AnyXml(tape, root.typeName) : WriteXml(root).document;
+    const std::string document = Mutated(whole, tape, false);
+    CVisitor library = VisitorOf(root, tape), model = library;
+    const bool isSequence = root.isSequence != tape.OneIn(16);
+    const int error = ReadXml(document, isSequence, model);
+    const std::unique_ptr<char[]> text = Support::ExactText(document);
+    const Vellum::CReaderXml reader(text.get());
+    Abroad([&] { library.Run([&] { ReadRoot(reader, isSequence, library); }); });
+    ExpectSame("error " + std::to_string(reader.Check().error), "error " + std::to_string(error));
+    ExpectSame(library.GetNotes(), model.GetNotes());
+}
+
+TEST(Model, BinaryWritesTheSame) { Check(BinaryWrites); }
+TEST(Model, BinaryReadsTheSame) { Check(BinaryReads); }
+TEST(Model, JsonWritesTheSame) { Check(JsonWrites); }
+TEST(Model, JsonReadsTheSame) { Check(JsonReads); }
+TEST(Model, XmlWritesTheSame) { Check(XmlWrites); }
+TEST(Model, XmlReadsTheSame) { Check(XmlReads); }
+
+} // namespace

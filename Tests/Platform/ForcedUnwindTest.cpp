@@ -1,0 +1,81 @@
+#include "Platform/ForcedUnwind.h"
+
+#include <pthread.h>
+
+#include "Support/Testing.h"
+
+namespace
+{
+
+using namespace Vellum;
+
+void Cancel()
+{
+    ::pthread_cancel(::pthread_self());
+    ::pthread_testcancel();
+}
+
+// Ends by itself, is cancelled, throws, and is cancelled where that is held back.
+enum class EEnd
+{
+    Exit,
+    Cancelled,
+    Exception,
+    CancelledLater
+};
+
+void End(EEnd end, std::string& told)
+{
+    if (end == EEnd::Exit)
+        ::pthread_exit(nullptr);
+    if (end == EEnd::Cancelled)
+        Cancel();
+    if (end == EEnd::Exception)
+        throw 42;
+    {
+        const Platform::CNoCancellation outer;
+        const Platform::CNoCancellation inner;
+        Cancel();
+    }
+    told += "held back, ";
+    ::pthread_testcancel();
+}
+
+// What a thread tells of itself.
+std::string RunThread(EEnd end)
+{
+    std::pair<EEnd, std::string> thread(end, "");
+    const auto body = [](void* argument) -> void*
+    {
+        auto& [how, told] = *static_cast<decltype(thread)*>(argument);
+        const struct SUnwound
+        {
+            std::string& told;
+            ~SUnwound() { told += "unwound"; }
+        } unwound{told};
+        try
+        {
+            End(how, told);
+        }
+        catch (...)
+        {
+            Platform::PassForcedUnwind();
+            told += "caught, ";
+        }
+        return nullptr;
+    };
+    ::pthread_t id;
+    EXPECT_EQ(::pthread_create(&id, nullptr, body, &thread), 0);
+    ::pthread_join(id, nullptr);
+    return thread.second;
+}
+
+TEST(ForcedUnwind, PassesWhatCatchesEverythingAndCanBeHeldBack)
+{
+    EXPECT_EQ(RunThread(EEnd::Exit), "unwound");
+    EXPECT_EQ(RunThread(EEnd::Cancelled), "unwound");
+    EXPECT_EQ(RunThread(EEnd::Exception), "caught, unwound");
+    EXPECT_EQ(RunThread(EEnd::CancelledLater), "held back, unwound");
+}
+
+} // namespace
