@@ -130,10 +130,17 @@ inline constexpr bool AreOptions = sizeof...(Options) <= 1 && (std::same_as<Opti
 template <class T, class Function>
 T MakeFilled(const Function& fill)
 {
-    CheckDefault<T>();
-    T value{};
-    fill(value);
-    return value;
+    if constexpr (std::default_initializable<T>)
+    {
+        T value{};
+        fill(value);
+        return value;
+    }
+    else
+    {
+        CheckDefault<T>();
+        throw; // doesn't get that far
+    }
 }
 
 } // namespace Describing
