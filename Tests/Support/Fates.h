@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cerrno>
+#include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 #include <string>
 #include <vector>
