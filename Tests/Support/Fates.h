@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cerrno>
-#include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "Support/CSystemCalls.h"
 
