@@ -7,12 +7,21 @@
 namespace Model
 {
 
+using namespace std::string_literals;
+
+std::string Folded(std::string name)
+{
+    for (char& letter : name)
+        letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
+    return name;
+}
+
 namespace
 {
 
 std::string Space(CTape& tape)
 {
-    static const std::string spaces[] = {"", "", "", "", " ", "\n", "\t\r\n ", "\v\f"};
+    static const auto spaces = Words("~~~~ ~\n~\t\r\n ~\v\f");
     return tape.From(spaces);
 }
 
@@ -28,14 +37,13 @@ std::string JsonText(CTape& tape)
 
 std::string XmlName(CTape& tape)
 {
-    static const std::string names[] = {"a", "b", "elt", "K", "k", "elt", "pre", "prefix", "a/b", "\xC3\xA4", "x?"};
+    static const auto names = Words("a~b~elt~K~k~elt~ELT~else~kak~pre~prefix~a/b~\xC3\xA4~x?");
     return tape.From(names);
 }
 
 std::string XmlAttributes(CTape& tape)
 {
-    static const std::string values[] = {"1",     "'1'",   "\"1\"", "'a\"&lt;'", "\"&#65;\"", "1?",
-                                         "\"?\"", "&amp;", "\"1",   "<",         ""};
+    static const auto values = Words("1~'>'~\">\"~'a\"&lt;'~\"&#65;\"~1?~\"?\"~&amp;~\"1~<~");
     std::string text;
     for (std::size_t count = tape.OneIn(3) ? tape.Below(4) : 0; count > 0; --count)
         text += ' ' + Space(tape) + XmlName(tape) +
@@ -45,39 +53,30 @@ std::string XmlAttributes(CTape& tape)
 
 std::string XmlContent(CTape& tape, int depth)
 {
-    static const std::string sections[] = {"<!-- c -->",   "<![CDATA[ QUJD\n\t]]>", "<![cdata[]]>",
-                                           "<PRE>x</PRE>", "<Script>\n</Script>",   "<!DOCTYPE a>",
-                                           "<?pi a?>"};
-    static const std::string texts[] = {"12",       " 1.5\n",    "true",
-                                        " QUJD ",   "&amp;&LT;", "&#xE9;&#X6a;&#233;",
-                                        "&#300;",   "a&#0;b",    "&#32;&quot;'\"&apos;",
-                                        "a=b/>c>d", "\xC3\xA4",  "2024-03-01 10:20:30"};
-    static const std::string faults[] = {"</b>", "<script><a>", "<", "</a ", "&#xG;", "&#;", "&", "\xE9", "<!--"};
+    static const auto sections =
+        Words("<!-- c -->~<![CDATA[ QUJD\n\t]]>~<![cdata[]]>~<PRE>x</PRE>~<Script>\n</Script>~<!DOCTYPE a>~"
+              "<?pi a?>");
+    static const auto texts =
+        Words("12~ 1.5\n~true~ QUJD ~&amp;&LT;~&#xE9;&#X6a;&#233;~&#300;~a&#0;b~&#32;&quot;'\"&apos;~a=b/>c>d~"
+              "\xC3\xA4~2024-03-01 10:20:30~\xF5\xC1");
+    static const auto faults = Words("</b>~<script><a>~<~</a ~&#xG;~&#;~&~\xE9~<!--");
     std::string text;
     for (std::size_t count = tape.Below(depth == 0 ? 8 : 4); count > 0; --count)
-        switch (tape.Below(depth < 5 ? 6 : 3))
+    {
+        const std::size_t kind = tape.Below(depth < 5 ? 6 : 3);
+        text += kind == 0 ? "" : Space(tape);
+        if (kind < 2)
+            text += kind == 0 ? tape.OneIn(24) ? AnyText(tape) : tape.From(texts)
+                              : tape.From(tape.OneIn(12) ? faults : sections);
+        else
         {
-        case 0:
-            text += tape.OneIn(24) ? AnyText(tape) : tape.From(texts);
-            break;
-        case 1:
-            text += Space(tape) + (tape.OneIn(12) ? tape.From(faults) : tape.From(sections));
-            break;
-        case 2:
-            text += Space(tape) + '<' + XmlName(tape) + XmlAttributes(tape) + "/>";
-            break;
-        default:
-            const std::string name = XmlName(tape);
-            text += Space(tape) + '<' + name + XmlAttributes(tape) + '>' + XmlContent(tape, depth + 1);
-            const std::size_t end = tape.Below(16);
-            if (end == 0)
-                text +=
-                    "</" + Space(tape) + static_cast<char>(std::toupper(name[0])) + name.substr(1) + Space(tape) + '>';
-            else if (end == 1)
-                text += "</" + XmlName(tape) + '>';
-            else if (end != 2)
-                text += "</" + name + '>';
+            const std::string name = XmlName(tape),
+                              ends[] = {"", XmlName(tape), name + "/b", Folded(name), ' ' + name + '\n'};
+            text += '<' + name + XmlAttributes(tape) + (kind == 2 ? "/>" : '>' + XmlContent(tape, depth + 1));
+            const std::string& end = tape.OneIn(4) ? tape.From(ends) : name;
+            text += kind == 2 || end.empty() ? "" : "</" + end + '>';
         }
+    }
     return text;
 }
 
@@ -85,8 +84,8 @@ std::string XmlContent(CTape& tape, int depth)
 
 std::string AnyJson(CTape& tape, int depth)
 {
-    static const std::string words[] = {"1", "null", "true", "-1.5e3", "x", "12abc", "", "1}", "1]", "nul", "0x1F"};
-    static const std::string separators[] = {",", ",", ",", ", ", " ", ",\n", "", ",,"};
+    static const auto words = Words("1~null~true~-1.5e3~x~12abc~~1}~1]~nul~0x1F");
+    static const auto separators = Words(",~,~,~, ~ ~,\n~~,,");
     const std::size_t kind = depth == 0 ? tape.Below(2) + 3 : tape.Below(depth < 6 ? 5 : 3);
     if (kind < 3)
         return kind == 0 ? JsonText(tape) : tape.From(words);
@@ -106,8 +105,7 @@ std::string AnyJson(CTape& tape, int depth)
 
 std::string AnyXml(CTape& tape, const std::string& root)
 {
-    static const std::string heads[] = {
-        "<?xml version='1.0'?>", "<?xml?>", "<?xml a b=1?>\n<!-- c -->", "", "<!-- c -->", "<x/>"};
+    static const auto heads = Words("<?xml version='1.0'?>~<?xml?>~<?xml a b=1?>\n<!-- c -->~~<!-- c -->~<x/>");
     std::string text = tape.From(heads) + Space(tape);
     if (tape.OneIn(8))
         text += XmlContent(tape, 1);
@@ -121,35 +119,25 @@ std::string Mutated(std::string document, CTape& tape, bool isBinary)
                                          "\xFF\xFE\xFF\xFF\xFF\xFF"};
     for (std::size_t changes = tape.OneIn(2) ? 0 : 1 + tape.Below(3); changes > 0 && !document.empty(); --changes)
     {
-        const std::size_t at = tape.Below(document.size()), size = 1 + tape.Below(tape.OneIn(4) ? 64 : 6);
+        std::size_t at = tape.Below(document.size());
+        if (isBinary && tape.OneIn(2)) // a small number of 32 bits
+            at = std::min(document.find("\0\0\0"s, at), document.size()) - 1;
+        at = std::min(at, document.size() - 1);
+        const std::size_t size = 1 + tape.Below(tape.OneIn(4) ? 64 : 6);
         const std::string piece = document.substr(at, size), other = isBinary ? tape.From(counts) : AnyText(tape);
-        switch (tape.Below(8))
-        {
-        case 0:
+        const std::size_t change = tape.Below(7);
+        if (change == 0)
             document[at] = static_cast<char>(tape.Next());
-            break;
-        case 1:
+        else if (change == 1)
             document[at] = static_cast<char>(document[at] + (tape.OneIn(2) ? 1 : -1));
-            break;
-        case 2:
+        else if (change == 2)
             document.resize(at);
-            break;
-        case 3:
-            document.erase(at, size);
-            break;
-        case 4:
+        else if (change == 3)
             document.insert(tape.Below(document.size()), piece);
-            break;
-        case 5:
-            document.erase(at, size);
-            document.insert(tape.Below(document.size() + 1), piece);
-            break;
-        case 6:
-            document.replace(at, std::min<std::size_t>(piece.size(), 4), other);
-            break;
-        default:
-            document.insert(at, other);
-        }
+        else if (change == 4)
+            document.insert(tape.Below(document.erase(at, size).size() + 1), tape.OneIn(2) ? piece : "");
+        else
+            document.replace(at, change == 5 ? 0 : std::min<std::size_t>(piece.size(), 4), other);
     }
     return document;
 }

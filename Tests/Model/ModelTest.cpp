@@ -14,6 +14,7 @@
 #include "Model/Library.h"
 #include "Model/Values.h"
 #include "Support/CEnvironment.h"
+#include "Support/Clients.h"
 #include "Support/GermanLocales.h"
 #include "Support/Texts.h"
 
@@ -84,31 +85,6 @@ void ExpectSame(const SWritten& library, const SWritten& model)
     ExpectSame(library.document, model.document);
 }
 
-// Streams that have only what a client must write himself.
-struct CPlainWriter final : CbStreamWriteBinary
-{
-    using CbStreamWriteBinary::Write;
-    CbStreamWriteBinary& Write(const void* data, std::size_t count) override
-    {
-        bytes.append(static_cast<const char*>(data), count);
-        return *this;
-    }
-    std::string bytes;
-};
-
-struct CPlainReader final : CbStreamReadBinary
-{
-    explicit CPlainReader(std::string_view bytes) : left(bytes) {}
-    using CbStreamReadBinary::Read;
-    std::uint64_t Read(void* data, std::size_t count) override
-    {
-        const std::size_t delivered = left.copy(static_cast<char*>(data), count);
-        left.remove_prefix(delivered);
-        return delivered;
-    }
-    std::string_view left;
-};
-
 template <class Body>
 std::string Raised(const Body& body)
 {
@@ -127,7 +103,7 @@ SWritten LibraryBinary(const SNode& root, bool isPlain)
 {
     SWritten written;
     CbStreamWriteBinaryBuffer buffer;
-    CPlainWriter plain;
+    Support::CClientWriter plain;
     CbStreamWriteBinary& stream = isPlain ? static_cast<CbStreamWriteBinary&>(plain) : buffer;
     const auto write = [&](const auto& client) { Vellum::CWriterBinary(stream).Write(client); };
     written.raised = Raised([&] { WithRoot(root, write); });
@@ -139,11 +115,11 @@ SWritten LibraryBinary(const SNode& root, bool isPlain)
 // A visitor for the document of a tree, or for what has become of it.
 CVisitor VisitorOf(const SNode& root, CTape& tape)
 {
-    std::vector<std::string> keys = {"", "absent", "ID", "kEY"};
+    std::vector<std::string> keys = {"", "absent", "ID", "kEY", "altarage"};
     for (std::size_t i = 0; i < 3 && i < root.items.size(); ++i)
     {
-        keys.push_back(root.items[root.items.size() - 1 - i].key);
-        std::ranges::transform(keys.emplace_back(keys.back()), keys.back().begin(), ::toupper);
+        const std::string& key = root.items[root.items.size() - 1 - i].key;
+        keys.insert(keys.end(), {key, Folded(key)});
     }
     return CVisitor(keys, root.typeName, tape.OneIn(2));
 }
@@ -167,7 +143,7 @@ void BinaryReads(CTape tape)
         {
             const std::vector<char> exact(document.begin(), document.end());
             CbStreamReadBinaryBuffer buffer(exact.data(), exact.size());
-            CPlainReader plain(document);
+            Support::CClientReader plain(document);
             const Vellum::CReaderBinary reader(isPlain ? static_cast<CbStreamReadBinary&>(plain) : buffer);
             ReadRoot(reader, isSequence, library);
         });

@@ -58,14 +58,14 @@ inline rc::Gen<std::vector<std::uint16_t>> AnyTape()
             choice = static_cast<std::uint16_t>(random.next());
         return rc::shrinkable::shrinkRecur(
             std::move(choices),
-            [](const Choices& long_)
+            [](const Choices& all)
             {
                 const auto smaller = [](std::uint16_t choice)
                 {
                     const std::uint16_t half = choice / 2;
                     return choice == 0 ? rc::Seq<std::uint16_t>() : rc::seq::just(std::uint16_t{0}, half);
                 };
-                return rc::seq::concat(rc::shrink::removeChunks(long_), rc::shrink::eachElement(long_, smaller));
+                return rc::seq::concat(rc::shrink::removeChunks(all), rc::shrink::eachElement(all, smaller));
             });
     };
 }

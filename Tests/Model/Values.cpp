@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <list>
+#include <map>
 
 #include "Support/GermanLocales.h"
 
@@ -13,25 +14,27 @@ namespace Model
 
 std::vector<std::size_t> TableOrder(const std::vector<std::uint64_t>& hashes)
 {
-    std::vector<std::list<std::size_t>> buckets(128);
-    const auto list = [&]
+    std::uint64_t size = 128;
+    std::map<std::uint64_t, std::list<std::size_t>> buckets;
+    const auto inOrder = [&]
     {
         std::vector<std::size_t> order;
-        for (const std::list<std::size_t>& bucket : buckets)
+        for (const auto& [number, bucket] : buckets)
             order.insert(order.end(), bucket.begin(), bucket.end());
         return order;
     };
     for (std::size_t count = 0; count < hashes.size();)
     {
-        buckets[hashes[count] % buckets.size()].push_front(count);
-        if (++count * 4 < buckets.size() * 3)
+        buckets[hashes[count] % size].push_front(count);
+        if (++count * 4 < size * 3)
             continue;
-        const std::vector<std::size_t> order = list();
-        buckets.assign(buckets.size() * 2, {});
+        const std::vector<std::size_t> order = inOrder();
+        buckets.clear();
+        size *= 2;
         for (const std::size_t place : order)
-            buckets[hashes[place] % buckets.size()].push_front(place);
+            buckets[hashes[place] % size].push_front(place);
     }
-    return list();
+    return inOrder();
 }
 
 std::uint64_t HashOfBytes(std::string_view bytes)

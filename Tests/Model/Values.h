@@ -18,7 +18,8 @@ struct SRaised
     const char* className;
     const char* function;
 };
-inline constexpr const char *Exception = "CException", *ConversionException = "CbExceptionConversion";
+inline constexpr const char *Exception = "CException", *ConversionException = "CbExceptionConversion",
+                            *StreamException = "CbExceptionStream", *VersionException = "CbExceptionWrongFileVersion";
 
 // The order in which a hash table iterates that has taken these hashes, as places in the list.
 std::vector<std::size_t> TableOrder(const std::vector<std::uint64_t>& hashes);
@@ -55,12 +56,16 @@ std::string ToText(Number value, bool showPoint)
         return std::to_string(value);
 }
 
-// ... a number or a char that is read ...
+// ... and a value that is read, bools and dates apart.
 template <class T>
 void Convert(const std::string& text, T& value)
 {
     if constexpr (std::is_same_v<T, char>)
         value = text.empty() ? '\0' : text.front();
+    else if constexpr (std::is_same_v<T, std::string>)
+        value = text;
+    else if constexpr (std::is_same_v<T, std::wstring>)
+        value = FromUtf8(text);
     else if constexpr (std::is_floating_point_v<T>)
         value = static_cast<T>(ToDouble(text));
     else

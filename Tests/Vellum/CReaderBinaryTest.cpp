@@ -25,11 +25,6 @@ std::string Keys(const IDataReader& reader)
     return keys;
 }
 
-std::string ToText(Vellum::BlobRange blob)
-{
-    return blob.first == nullptr && blob.second == nullptr ? "null" : std::string(blob.first, blob.second);
-}
-
 const std::string OneKey = "00 00 00 00 10 01 00 00 00 01 00 00 00 6B 00 00 00 00"; // up to the root's sections
 const std::string Sequence = "00 00 00 00 11 00 00 00 00";                          // up to the root's kind
 
@@ -76,16 +71,6 @@ TEST(CReaderBinary, ReadsTheExampleAndLeavesTheStreamBehindIt)
     EXPECT_RAISES(Vellum::CException, "Vellum::CReaderBinary::Read", document.Read(tags));
 }
 
-// Every prefix of a document ends in an exception of the stream or of the reader, and in nothing else.
-TEST(CReaderBinary, RefusesEveryTruncatedDocument)
-{
-    const CLogObserver quiet;
-    const std::string document = Bytes(ExampleDocument);
-    for (std::size_t size = 0; size < document.size(); ++size)
-        EXPECT_THROW(ReadBinary(std::string_view(document).substr(0, size), CFields()), CbExceptionStream) << size;
-    EXPECT_NO_THROW(ReadBinary(document, CFields()));
-}
-
 TEST(CReaderBinary, RefusesWhatNoWriterMakes)
 {
     for (const std::string& later : {"01 00 00 00"s, OneKey + "01 0E 01 00 00 00 00 00 00 00 01 00 00 00"})
@@ -111,87 +96,14 @@ TEST(CReaderBinary, RefusesWhatNoWriterMakes)
             EXPECT_RAISES(Vellum::CException, function, ReadBinary(Bytes(document), CFields()));
 }
 
-TEST(CReaderBinary, AcceptsWhatIsOddButReadable)
+TEST(CReaderBinary, DatesAreHandedOverBySetters)
 {
-    // Sections in any order, empty, and twice; an unused string; indices in any order, one of them twice.
-    const std::string odd = "00 00 00 00 10 04 00 00 00 01 00 00 00 61 09 00 00 00 01 00 00 00 62 05 00 00 00"
-                            "01 00 00 00 63 05 00 00 00 01 00 00 00 75 FF FF FF FF"
-                            "05 0C 00 00 00 00"
-                            "07 01 00 00 00 09 00 00 00 01 00 00 00"
-                            "00 01 00 00 00 05 00 00 00 FF"
-                            "07 01 00 00 00 09 00 00 00 02 00 00 00"
-                            "0F 02 00 00 00 09 00 00 00 00 00 00 00 05 00 00 00 02 00 00 00 68 69";
-    CFields root = ReadFields(
-        [](IDataReader& r)
-        {
-            EXPECT_EQ(Keys(r), "a c a a c ");
-            EXPECT_EQ(Get<std::int32_t>(r, "a"), 2); // the later one
-            EXPECT_EQ(Get<bool>(r, "c"), true);
-            EXPECT_EQ(Get<bool>(r, "b"), std::nullopt);
-            EXPECT_EQ(ToText(r.GetBlob("a")), "null"); // empty
-            EXPECT_EQ(ToText(r.GetBlob("c")), "hi");
-            EXPECT_EQ(ToText(r.GetBlob("u")), "null");
-        });
-    ReadBinary(Bytes(odd), root);
-
-    // The tag of an empty sequence isn't looked at, nor is the index in front of an object.
-    ReadBinary(Bytes(Sequence + "77 00 00 00 00"),
-               ReadElements([](IContainerReader& r) { EXPECT_EQ(Get<bool>(r, 0), std::nullopt); }));
-    CFields empty = ReadFields([](IDataReader& r) { EXPECT_EQ(r.GetKeyCount(), 0u); });
-    ReadBinary(
-        Bytes("00 00 00 00 11 01 00 00 00 01 00 00 00 41 00 00 00 00 10 01 00 00 00 01 00 00 00 00 63 00 00 00 00"),
-        ReadElements([&](IContainerReader& r) { EXPECT_TRUE(r.Read(0, empty) && !r.Read(1, empty)); }));
-}
-
-TEST(CReaderBinary, BlobsOfASequenceAreHandedOutAndDatesBySetters)
-{
-    const std::string large(100000, 'L');
-    const CElements blobs([&](IContainerWriter& w)
-                          { (w.Write(2, "ab"), w.Write(0, nullptr), w.Write(large.size(), large.data())); });
-    CElements root = ReadElements(
-        [&](IContainerReader& r)
-        {
-            for (const auto& [index, expected] : {std::pair(0u, "ab"s), {1u, "null"}, {2u, large}, {3u, "null"}})
-                EXPECT_EQ(ToText(r.GetBlob(index)), expected);
-            EXPECT_EQ(r.GetBlob(2), r.GetBlob(2));
-        });
-    ReadBinary(WriteBinary(blobs), root);
-
     CNotedDate date;
     ReadBinary(WriteBinary(ElementsOf(CbDateTime("1999-12-31T23:59:58"))),
                ReadElements([&](IContainerReader& r) { EXPECT_TRUE(r.Read(0, date)); }));
     ReadBinary(WriteBinary(FieldsOf("d", CbDateTime("2024-03-07T09:05:01"))),
                ReadFields([&](IDataReader& r) { EXPECT_TRUE(r.Read("d", date)); }));
     EXPECT_EQ(date.noted, "Y1999 m12 d31 H23 i59 s58 v0 Y2024 m3 d7 H9 i5 s1 v0 ");
-}
-
-// A record of many entries is searched in another way.
-TEST(CReaderBinary, FindsEachOfManyFieldsInItsOwnKind)
-{
-    for (const int count : {15, 16, 17, 400})
-    {
-        std::vector<std::string> keys;
-        for (int i = 0; i < count; ++i)
-            keys.push_back(std::to_string(i));
-        const CFields written(
-            [&](IDataWriter& w)
-            {
-                for (const std::string& key : keys)
-                    WriteFields(w, key.c_str(), std::stoi(key), key.c_str(), -std::stod(key));
-            });
-        CFields read = ReadFields(
-            [&](IDataReader& r)
-            {
-                EXPECT_EQ(r.GetKeyCount(), 2u * static_cast<unsigned>(count));
-                for (const std::string& key : keys)
-                {
-                    EXPECT_EQ(Get<int>(r, key.c_str()), std::stoi(key));
-                    EXPECT_EQ(Get<double>(r, key.c_str()), -std::stod(key));
-                    EXPECT_EQ(Get<float>(r, key.c_str()), std::nullopt);
-                }
-            });
-        ReadBinary(WriteBinary(written), read);
-    }
 }
 
 TEST(CReaderBinary, FollowsAThousandAndTwentyFourLevelsAndNoMore)

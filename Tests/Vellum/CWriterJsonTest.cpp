@@ -25,14 +25,6 @@ std::string WriteJson(const Root& root, bool showPoint = true)
     return stream.str();
 }
 
-// The text of one value, as the only element of a sequence.
-template <class Value>
-std::string ValueText(const Value& value, bool showPoint = true)
-{
-    const std::string text = WriteJson(ElementsOf(value), showPoint);
-    return text.substr(2, text.size() - 5); // between "[→" and "\n]\n"
-}
-
 // Sequences of sequences, the innermost empty.
 void WriteNested(IContainerWriter& writer, int depth)
 {
@@ -60,41 +52,6 @@ TEST(CWriterJson, EmptyRootsAndDeepOnes)
     EXPECT_NE(deep.find('\n' + std::string(3000, '\t') + "]\n"), std::string::npos);
 }
 
-TEST(CWriterJson, KeysStandAsTheyAreAndAsOftenAsTheyAreWritten)
-{
-    EXPECT_EQ(WriteJson(FieldsOf("a b", 1, "a b", 2, "", 3, "\\n\xC3\xA9", 4)),
-              Lines("{→\"a b\":1,", "→\"a b\":2,", "→\"\":3,", "→\"\\n\xC3\xA9\":4", "}"));
-}
-
-TEST(CWriterJson, TextsAreEscapedByteByByteUpToTheirFirstNul)
-{
-    EXPECT_EQ(ValueText(std::string("\b\t\n\f\r\"\\")), R"("\b\t\n\f\r\"\\")");
-    EXPECT_EQ(ValueText(std::string("\x01\x1F\x7F/\xC3\xA9\xFF\v")), "\"\x01\x1F\x7F/\xC3\xA9\xFF\v\"");
-    EXPECT_EQ(ValueText(std::string("cut\0off", 7)), "\"cut\"");
-    EXPECT_EQ(ValueText(std::string()), "\"\"");
-    for (std::size_t at = 0; at < 20; ++at) // in every place of a block of eight
-    {
-        std::string text(20, 'x');
-        text[at] = '\n';
-        EXPECT_EQ(ValueText(text), '"' + std::string(at, 'x') + "\\n" + std::string(19 - at, 'x') + '"');
-    }
-    const std::string large(100000, 'y');
-    EXPECT_EQ(ValueText(large + '"' + large), '"' + large + "\\\"" + large + '"');
-
-    EXPECT_EQ(ValueText(std::wstring(L"\u00E9\t\"")), "\"\xC3\xA9\\t\\\"\""); // wide text as UTF-8
-    EXPECT_EQ(ValueText(std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}), "\"\xF0\x9F\x98\x80\"");
-    EXPECT_EQ(ValueText(std::wstring(L"cut\0off", 7)), "\"cut\"");
-    EXPECT_EQ(ValueText(std::wstring()), "\"\"");
-}
-
-TEST(CWriterJson, BlobsAreBase64OnOneLine)
-{
-    EXPECT_EQ(WriteJson(CElements([](IContainerWriter& w) { w.Write(0, nullptr); })), Lines("[→\"\"", "]"));
-    const std::string zeros(100, '\0');
-    EXPECT_EQ(WriteJson(CFields([&](IDataWriter& w) { w.Write("b", zeros.size(), zeros.data()); })),
-              Lines("{→\"b\":\"" + std::string(134, 'A') + "==\"", "}"));
-}
-
 TEST(CWriterJson, ABlobThatIsTooLargeLeavesNothingOfItsItem)
 {
     std::ostringstream stream;
@@ -103,58 +60,6 @@ TEST(CWriterJson, ABlobThatIsTooLargeLeavesNothingOfItsItem)
     EXPECT_THROW(CWriterJson(stream).Write(root), CException);
     EXPECT_EQ(log.GetFunctions(), (std::vector<std::string>{"Vellum::Base64::Encode", "Vellum::CWriterJson::Write"}));
     EXPECT_EQ(stream.str(), "[\t1");
-}
-
-TEST(CWriterJson, DatesHaveNineteenCharacters)
-{
-    CbDateTime date("2024-03-07T09:05:01");
-    date.SetMilliseconds(250);
-    EXPECT_EQ(ValueText(date), "\"2024-03-07T09:05:01\"");
-    EXPECT_EQ(ValueText(CbDateTime("0987-01-02 03:04:05")), "\"0987-01-02T03:04:05\"");
-    date.SetMonth(13); // nothing is validated
-    EXPECT_EQ(WriteJson(FieldsOf("d", date)), Lines("{→\"d\":\"2024-13-07T09:05:01\"", "}"));
-}
-
-TEST(CWriterJson, CharIsOneRawByteUnlessThatWouldBreakTheQuotes)
-{
-    const std::pair<char, const char*> table[] = {{'a', "\"a\""},   {'\n', "\"\n\""},  {'\xE9', "\"\xE9\""},
-                                                  {'"', R"("\"")"}, {'\\', R"("\\")"}, {'\0', R"("")"}};
-    for (const auto& [character, text] : table)
-        EXPECT_EQ(ValueText(character), text);
-}
-
-TEST(CWriterJson, IntegersOfEveryWidthAreNumbers)
-{
-    EXPECT_EQ(WriteJson(ElementsOf(static_cast<signed char>(-128), static_cast<unsigned char>(255),
-                                   std::int16_t{-32768}, std::uint16_t{65535}, std::int32_t{-2147483647 - 1},
-                                   std::uint32_t{4294967295}, std::numeric_limits<std::int64_t>::min(),
-                                   std::numeric_limits<std::uint64_t>::max(), false)),
-              Lines("[→-128,", "→255,", "→-32768,", "→65535,", "→-2147483648,", "→4294967295,",
-                    "→-9223372036854775808,", "→18446744073709551615,", "→false", "]"));
-}
-
-TEST(CWriterJson, RealsHaveNineOrSeventeenDigits)
-{
-    const struct
-    {
-        double value;
-        const char* texts[4]; // float and double with the point shown, float and double without
-    } table[] = {
-        {1.5, {"1.50000000", "1.5000000000000000", "1.5", "1.5"}},
-        {0.1, {"0.100000001", "0.10000000000000001", "0.100000001", "0.10000000000000001"}},
-        {100, {"100.000000", "100.00000000000000", "100", "100"}},
-        {0, {"0.00000000", "0.0000000000000000", "0", "0"}},
-        {1e20, {"1.00000002e+20", "1.0000000000000000e+20", "1.00000002e+20", "1e+20"}},
-        {std::nan(""), {"nan", "nan", "nan", "nan"}},
-        {-HUGE_VAL, {"-inf", "-inf", "-inf", "-inf"}},
-    };
-    for (const auto& row : table)
-    {
-        EXPECT_EQ(ValueText(static_cast<float>(row.value)), row.texts[0]);
-        EXPECT_EQ(ValueText(row.value), row.texts[1]);
-        EXPECT_EQ(ValueText(static_cast<float>(row.value), false), row.texts[2]);
-        EXPECT_EQ(ValueText(row.value, false), row.texts[3]);
-    }
 }
 
 TEST(CWriterJson, ShowPointReachesNestedLevelsAndTakesEffectAtTheNextWrite)

@@ -83,28 +83,6 @@ TEST(CWriterXml, EmptyOnesAndDeepOnes)
     EXPECT_NE(WriteXml(deep).find('\n' + std::string(100, '\t') + "</Elements>\n"), std::string::npos);
 }
 
-TEST(CWriterXml, TypeNamesLoseTheirColonsAndKeysKeepThem)
-{
-    for (const auto& [typeName, name] :
-         {std::pair("", ""), {":", ":"}, {"a::b::c", "a-b-c"}, {"a:b", "a:b"}, {":::", "-:"}, {"::::", "--"}})
-        EXPECT_EQ(Vellum::ToElementName(typeName), name);
-    EXPECT_NE(WriteXml(FieldsOf("a::b", CFields(), "<k>=&", 1, "<k>=&", 2))
-                  .find("\t<a::b>\n\t</a::b>\n\t<<k>=&>1</<k>=&>\n\t<<k>=&>2</<k>=&>\n"),
-              std::string::npos);
-}
-
-TEST(CWriterXml, TextsAreEscapedAndCharsAreNot)
-{
-    EXPECT_EQ(ValueText(std::string()), "");
-    EXPECT_EQ(ValueText(std::string("&amp;<>%\n\r")), "&amp;amp;&lt;&gt;&#37;&#10;&#13;");
-    EXPECT_EQ(ValueText(std::string(" \t\"'\v\x01\x7F\xE9\0 x", 11)), std::string(" \t\"'\v\x01\x7F\xE9\0 x", 11));
-    EXPECT_EQ(ValueText(std::string(3000, '%')).size(), 5u * 3000);
-    EXPECT_EQ(ValueText(std::wstring(L"\u00E4<\0cut", 6)), "\xC3\xA4&lt;");
-    EXPECT_EQ(ValueText(std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}), "\xF0\x9F\x98\x80");
-    for (const char raw : std::string("<&>%\n\0\xE9", 7))
-        EXPECT_EQ(ValueText(raw), std::string(1, raw));
-}
-
 TEST(CWriterXml, BlobsStandInSections)
 {
     const std::string bytes(55, 'a');
