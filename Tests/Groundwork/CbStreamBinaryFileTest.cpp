@@ -15,7 +15,7 @@ namespace
 rc::Gen<std::size_t> AnySize()
 {
     return rc::gen::oneOf(rc::gen::inRange<std::size_t>(0, 10), rc::gen::inRange<std::size_t>(0x10000 - 9, 0x10000 + 9),
-                          rc::gen::inRange<std::size_t>(0, 200000));
+                          rc::gen::inRange<std::size_t>(0, 150000));
 }
 
 RC_GTEST_PROP(CbStreamBinaryFile, PiecesOfEverySizeComeBackInOrder, ())
