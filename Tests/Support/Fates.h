@@ -1,11 +1,12 @@
 #pragma once
 
-#include <cerrno>
+// clang-format off
+#include <gtest/gtest.h> // first: the next one needs it
 #include <rapidcheck/gtest.h>
+// clang-format on
+#include <cerrno>
 #include <string>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 #include "Support/CSystemCalls.h"
 

@@ -156,12 +156,16 @@ bool IsKnown(const char* key, const SPlace& place)
         return (Fields.version != 0 && AreEqualKeys(place, Fields.versionKey, key)) ||
                std::apply([&](const auto&... items) { return (IsKeyOf(items, key, place) || ...); }, Fields.items);
     }
-    else
+    else if constexpr (IsReflected<T>)
     {
         for (const char* const name : MemberNames<T>)
             if (AreEqualKeys(place, name, key))
                 return true;
         return false;
+    }
+    else
+    {
+        return true; // refused already
     }
 }
 

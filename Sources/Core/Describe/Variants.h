@@ -176,7 +176,12 @@ template <class Base, class Derived>
 consteval bool HasDescriptionOfBase()
 {
     if constexpr (HasOwnDescription<Base> && HasOwnDescription<Derived> && !std::same_as<Base, Derived>)
-        return &Base::Describe == &Derived::Describe;
+    {
+        if constexpr (std::same_as<decltype(&Base::Describe), decltype(&Derived::Describe)>)
+            return &Base::Describe == &Derived::Describe;
+        else
+            return false;
+    }
     else
         return false;
 }
