@@ -114,7 +114,7 @@ TEST(CByteChain, GivesMemoryBackAsItGoesOutAndKeepsALittleForWhatComesNext)
     CbStreamWriteBinaryBuffer stream;
     const CAllocationCounter counter;
     chain.PassOn(stream);
-    EXPECT_LT(counter.GetPeak(), 4u << 20); // the stream's, less what was given back
+    EXPECT_LT(counter.GetPeak(), 5u << 20); // the stream's, less what was given back
 
     for (const std::size_t size : {std::size_t{1}, std::size_t{300}, std::size_t{1000}})
     {
@@ -134,10 +134,12 @@ TEST(CByteChain, GivesMemoryBackAsItGoesOutAndKeepsALittleForWhatComesNext)
 TEST(CByteChain, SurvivesEveryFailedAllocation)
 {
     const std::string text(3000, 't');
+    std::string expected;
+    expected.reserve(0x2000);
     const auto body = [&]
     {
         CByteChain chain;
-        std::string expected;
+        expected.clear();
         for (const std::size_t size : {10, 100, 1000, 3000, 10})
         {
             CByteChain inner;
@@ -148,7 +150,7 @@ TEST(CByteChain, SurvivesEveryFailedAllocation)
                     chain.Write(true).Take(inner);
                 });
             if (isWritten)
-                expected += '\1' + text.substr(0, size);
+                expected.append(1, '\1').append(text, 0, size);
             chain.Truncate(static_cast<std::uint32_t>(expected.size()));
         }
         std::string content;

@@ -14,6 +14,7 @@
 namespace
 {
 
+using Vellum::IContainerReader;
 using Vellum::IContainerWriter;
 using Vellum::IDataReader;
 using Vellum::IDataWriter;
