@@ -2,8 +2,6 @@
 
 #include <cerrno>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "Platform/CFile.h"
 
@@ -169,36 +167,6 @@ TYPED_TEST(CBinaryFileOf, ReadersShareAndWritersExcludeEverybody)
     EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name));
     EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, this->Make("x")));
     EXPECT_EQ(this->Content("file"), "other");
-}
-
-// Each process fills the file with its own letter, again and again.
-TEST(CBinaryFile, OfTwoProcessesThatWriteOneFileOneFailsOrBothGetThroughInTurn)
-{
-    const CTempFolder folder;
-    const std::wstring name = folder.GetName("file");
-    const CLogObserver log;
-    const auto writeOften = [&name](unsigned char letter)
-    {
-        const Vector data(1 << 20, letter);
-        for (int times = 0; times < 50; ++times)
-            try
-            {
-                CBinaryFile<Vector>::Write(name, data);
-            }
-            catch (const CException&) // the other one has it
-            {
-            }
-    };
-    const ::pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    writeOften(child == 0 ? 'c' : 'p');
-    if (child == 0)
-        ::_exit(0);
-    int status = -1;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
-    const std::string content = ReadWhole(folder.GetPath() / "file");
-    EXPECT_EQ(content, std::string(1 << 20, content.at(0)));
 }
 
 TEST(CBinaryFile, FailedAllocationsLeaveNoFileOpen)
