@@ -40,7 +40,7 @@ struct SDocument
 };
 #endif
 
-#if CASE == 2 // refused: int*: can't store this type
+#if CASE == 2 // refused: int: can't store this type
 struct SDocument
 {
     int* pointer;
