@@ -35,9 +35,14 @@ function(vellum_test name)
     vellum_discover_tests(${name})
 endfunction()
 
-# The locales that tests need are generated into the build folder (Tests/CMakeLists.txt).
+# Each test of a program, and all of them once more where clocks and numbers are written otherwise. The locales that
+# tests need are generated into the build folder (Tests/CMakeLists.txt).
 function(vellum_discover_tests name)
     set(leaks "suppressions=${PROJECT_SOURCE_DIR}/Tests/Support/LeakSuppressions.txt:print_suppressions=0")
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
         PROPERTIES ENVIRONMENT "LOCPATH=${VELLUM_TEST_LOCALES}" ENVIRONMENT_MODIFICATION "LSAN_OPTIONS=set:${leaks}")
+    add_test(NAME ${name}.InBerlin COMMAND ${name} --gtest_brief=1)
+    set_tests_properties(${name}.InBerlin PROPERTIES
+        ENVIRONMENT "LOCPATH=${VELLUM_TEST_LOCALES};TZ=Europe/Berlin;LC_ALL=de_DE.UTF-8;VELLUM_TEST_LOCALE=de_DE.UTF-8"
+        ENVIRONMENT_MODIFICATION "LSAN_OPTIONS=set:${leaks}")
 endfunction()

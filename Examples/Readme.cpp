@@ -1,46 +1,35 @@
+#include <cstdint>
+#include <Describe/Describe.h>
 #include <iostream>
-#include <sstream>
-#include <Vellum/Vellum.h>
+#include <string>
+#include <vector>
 
-class CAlbum : public Vellum::ISerializable
+class CAlbum
 {
 public:
-    const char* GetTypeName() const override { return "Album"; }
-
-    void Write(Vellum::IDataWriter& writer) const override
+    static constexpr auto Describe()
     {
-        writer.Write("title", title);
-        writer.Write("year", year);
-        writer.Write("rating", rating);
+        return Vellum::Fields("Album", Vellum::Field("title", &CAlbum::title).Required(),
+                              Vellum::Field("year", &CAlbum::year), Vellum::Field("rating", &CAlbum::rating));
     }
 
-    void Read(Vellum::IDataReader& reader) override
-    {
-        reader.Read("title", title);
-        reader.Read("year", year);
-        reader.Read("rating", rating); // false, and `rating` keeps its default, where a document has none
-    }
+    CAlbum() = default;
+    CAlbum(const std::wstring& name, std::uint16_t published) : title(name), year(published) {}
+    void Rate(double stars) { rating = stars; }
 
+private:
     std::wstring title;
     std::uint16_t year = 0;
-    double rating = 0.0;
+    double rating = 0.0; // stays 0 where a document has none
 };
 
 int main()
 {
-    CAlbum album;
-    album.title = L"Wallflower";
-    album.year = 2015;
-    album.rating = 4.5;
+    CAlbum album(L"Wallflower", 2015);
+    album.Rate(4.5);
 
-    CbStreamWriteBinaryBuffer bytes; // a binary document in memory
-    Vellum::CWriterBinary(bytes).Write(album);
+    const std::vector<unsigned char> bytes = Vellum::ToBinary(album); // small and fast
+    const auto copy = Vellum::FromBinary<CAlbum>(bytes);
 
-    CAlbum copy;
-    CbStreamReadBinaryBuffer stream(bytes.GetData(), bytes.GetSize());
-    Vellum::CReaderBinary(stream).Read(copy);
-
-    std::ostringstream json; // the same object as text
-    Vellum::CWriterJson(json).Write(copy);
-    std::cout << json.str();
+    std::cout << Vellum::ToJson(copy); // the same object as text
 }

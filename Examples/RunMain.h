@@ -1,7 +1,6 @@
 #pragma once
 
 #include <exception>
-#include <Groundwork/IException.h>
 #include <iostream>
 
 // Calls the body of a program and returns the program's exit code: what the body returns, or 1 if it raises, and then
@@ -13,11 +12,7 @@ int RunMain(const char* program, const Body& body)
     {
         return body();
     }
-    catch (const IException& exception)
-    {
-        std::cerr << program << ": " << exception.GetFunctionName() << " failed\n";
-    }
-    catch (const std::exception& exception)
+    catch (const std::exception& exception) // the library's are such as well
     {
         std::cerr << program << ": " << exception.what() << '\n';
     }

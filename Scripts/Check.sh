@@ -20,13 +20,6 @@ Scripts/CheckLayers.sh
 step "Each header alone"
 Scripts/CheckHeaders.sh
 
-step "README.md shows Examples/Readme.cpp"
-statements() # without indentation, and without what only frames them
-{
-    sed 's/^ *//' | grep -vxE '[{}]?;?|int main\(\)|#include.*'
-}
-diff <(sed -n '/^```cpp$/,/^```$/p' README.md | grep -v '^```' | statements) <(statements <Examples/Readme.cpp)
-
 step "API pages"
 Scripts/Docs.sh
 
@@ -41,6 +34,9 @@ Build/static/Examples/Readme >/dev/null
 
 step "The library as a package, and in another project"
 Scripts/CheckPackage.sh
+
+step "The blocks and the recipes of the pages"
+Scripts/CheckPages.sh
 
 step "ThreadSanitizer"
 cmake --preset tsan -DVELLUM_BUILD_EXAMPLES=OFF >/dev/null

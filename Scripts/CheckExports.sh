@@ -10,8 +10,10 @@ headers=$2
 # Qualified names, one a line: a class, or a function with "(" behind it; no template arguments. clang-format sees to it
 # that a namespace, its end and a mark begin a line, and that the end says what it is.
 marked=$(find "$headers" -name '*.h' -not -path '*/src/*' -not -name Export.h -exec cat {} + | awk '
-    /^namespace /       { scope = $2 "::" }
-    /^} \/\/ namespace / { scope = "" }
+    /^namespace /       { around[depth++] = scope; scope = scope $2 "::" }
+    /^} \/\/ namespace / { scope = around[--depth] }
+    /^}$/ && before ~ /^(class|struct) [^{]*;$/ { scope = around[--depth] } # one that only declares has no such end
+    { before = $0 }
     /^ *(\[\[noreturn\]\] )?VELLUM_API / { sub(/\(.*/, "("); sub(/.*[ &*]/, ""); print scope $0 }
     /^(extern template )?(class|struct) VELLUM_API / { sub(/.*VELLUM_API /, ""); sub(/[ <;].*/, ""); print scope $0 }
 ' | sort -u)

@@ -11,14 +11,17 @@ fail()
     failures=$((failures + 1))
 }
 
-# A layer includes itself and what is below it. The private headers of Vellum are above its public ones.
+# A layer includes itself and what is below it. The private headers of a layer are above its public ones; those of
+# Describe use the contract as a client does.
 layerOf()
 {
     case "$1" in
         Platform/*) echo 0 ;;
         Scribe/*) echo 1 ;;
         Groundwork/*) echo 2 ;;
-        Vellum/src/*) echo 4 ;;
+        Describe/src/*) echo 6 ;;
+        Describe/*) echo 4 ;;
+        Vellum/src/*) echo 5 ;;
         Vellum/*) echo 3 ;;
         *) echo none ;;
     esac
@@ -50,18 +53,18 @@ while IFS=: read -r file line text; do
     elif [[ $text =~ $include\<([^\>]+)\> ]]; then
         checkStandardInclude "$file" "$line" "${BASH_REMATCH[1]}"
     fi
-done < <(grep -rnE "$include" --include='*.h' --include='*.cpp' Platform Scribe Groundwork Vellum)
+done < <(grep -rnE "$include" --include='*.h' --include='*.cpp' Platform Scribe Groundwork Vellum Describe)
 
 # Only Export.h has to name systems, since what it says is about the compiler and the linker.
 systems='\b(_WIN32|_WIN64|_MSC_VER|__linux__|__unix__|__APPLE__|__GLIBC__)\b'
 while IFS= read -r match; do
     fail "$match: names a system"
-done < <(grep -rnE "$systems" --include='*.h' --include='*.cpp' Platform Scribe Groundwork Vellum |
+done < <(grep -rnE "$systems" --include='*.h' --include='*.cpp' Platform Scribe Groundwork Vellum Describe |
     grep -vE '^Platform/(Export\.h|[^:]*\.cpp):' || true)
 
 while IFS= read -r source; do
-    fail "$source: sources of this layer are in Vellum/src"
-done < <(find Vellum -maxdepth 1 -name '*.cpp')
+    fail "$source: sources of this layer are in its folder src"
+done < <(find Vellum Describe -maxdepth 1 -name '*.cpp')
 
 ((failures == 0)) && echo "CheckLayers: includes only look down."
 exit $((failures != 0))

@@ -11,7 +11,7 @@ fail()
     exit 1
 }
 
-# The output of Examples/Readme.cpp is the text of the README's last block.
+# The output of Examples/Readme.cpp is the text that README.md shows below it.
 readmeOutput=$(sed -n '/^{\t"title"/,/^}/p' README.md)
 run()
 {
@@ -32,11 +32,11 @@ install() # buildFolder tree
     rmdir "$2.staged/usr" "$2.staged" # nothing is outside the prefix
 }
 
-# The installed headers are those that <Vellum/Vellum.h> reaches, no more and no less.
+# The installed headers are those that <Vellum/Vellum.h> and <Describe/Describe.h> reach, no more and no less.
 checkHeaders() # tree
 {
     cd "$1/include/vellum-1"
-    diff <(echo '#include <Vellum/Vellum.h>' | g++ -std=c++20 -MM -I. -x c++ - | tr -s ' \\' '\n' | grep '\.h$' | sort) \
+    diff <(printf '#include <%s>\n' Vellum/Vellum.h Describe/Describe.h | g++ -std=c++20 -MM -I. -x c++ - | tr -s ' \\' '\n' | grep '\.h$' | sort) \
         <(find . -type f | cut -c 3- | sort)
 }
 

@@ -5,7 +5,7 @@
 //
 //   FOLDER           what to walk; the library's own sources if it isn't given
 //   --full           print the whole tree as JSON, in place of its first lines
-//   --output FOLDER  where the three documents are left; a folder for temporary files if it isn't given
+//   --output FOLDER  where the three documents are left; the folder of the build if it isn't given
 
 #include <algorithm>
 #include <cstdio>
@@ -29,7 +29,7 @@ namespace fs = std::filesystem;
 struct SOptions
 {
     fs::path folder = VELLUM_SOURCES;
-    fs::path output = fs::temp_directory_path() / "VellumCatalog";
+    fs::path output = VELLUM_DOCUMENTS;
     bool isFull = false;
 };
 

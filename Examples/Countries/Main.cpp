@@ -9,73 +9,69 @@
 #include <iostream>
 #include <map>
 #include <string>
-#include <Vellum/Vellum.h>
+#include <utility>
+#include <vector>
+#include <Vellum/Encodings.h>
 
-#include "CCountry.h"
 #include "CStopwatch.h"
 #include "RunMain.h"
+#include "SCountry.h"
 
 namespace
 {
 
+// Each file is an object with a single field, which is named after the standard and holds the list.
 template <class Object>
-std::vector<Object> LoadList(const std::filesystem::path& path, const char* standard)
+std::vector<Object> LoadList(const std::filesystem::path& path, const std::string& standard)
 {
     const CStopwatch reading;
-    const std::string text = Vellum::CTextFile().Read(path.wstring()).GetTextRaw();
-    CIsoList<Object> file(standard);
-    Vellum::CReaderJson(text).Read(file);
-    std::printf("%5zu objects in %.1f ms from %s\n", file.list.items.size(), reading.GetMilliseconds(), path.c_str());
-    return std::move(file.list.items);
+    std::vector<Object> list = Vellum::Load<std::map<std::string, std::vector<Object>>>(path).at(standard);
+    std::printf("%5zu objects in %.1f ms from %s\n", list.size(), reading.GetMilliseconds(), path.c_str());
+    return list;
 }
 
 // The code of a subdivision begins with the two letters of its country.
-CObjects<CCountry> LoadCountries(const std::filesystem::path& folder)
+std::vector<SCountry> LoadCountries(const std::filesystem::path& folder)
 {
-    CObjects<CCountry> countries("Countries");
-    countries.items = LoadList<CCountry>(folder / "iso_3166-1.json", "3166-1");
-    std::map<std::string, CCountry*> byCode;
-    for (CCountry& country : countries.items)
+    auto countries = LoadList<SCountry>(folder / "iso_3166-1.json", "3166-1");
+    std::map<std::string, SCountry*> byCode;
+    for (SCountry& country : countries)
         byCode[country.alpha2] = &country;
-    for (CSubdivision& subdivision : LoadList<CSubdivision>(folder / "iso_3166-2.json", "3166-2"))
+    for (SSubdivision& subdivision : LoadList<SSubdivision>(folder / "iso_3166-2.json", "3166-2"))
         if (const auto country = byCode.find(subdivision.code.substr(0, 2)); country != byCode.end())
-            country->second->subdivisions.items.push_back(std::move(subdivision));
+            country->second->subdivisions.push_back(std::move(subdivision));
     return countries;
 }
 
-CObjects<CCountry> ThroughBinary(const CObjects<CCountry>& countries)
+std::vector<SCountry> ThroughBinary(const std::vector<SCountry>& countries)
 {
     const CStopwatch time;
-    CbStreamWriteBinaryBuffer bytes;
-    Vellum::CWriterBinary(bytes).Write(countries);
-
-    CObjects<CCountry> copy("Countries");
-    CbStreamReadBinaryBuffer stream(bytes.GetData(), bytes.GetSize());
-    Vellum::CReaderBinary(stream).Read(copy);
-    std::printf("%u bytes as a binary document, written and read in %.1f ms\n\n",
-                static_cast<unsigned>(bytes.GetSize()), time.GetMilliseconds());
+    const std::vector<unsigned char> bytes = Vellum::ToBinary(countries);
+    auto copy = Vellum::FromBinary<std::vector<SCountry>>(bytes);
+    std::printf("%zu bytes as a binary document, written and read in %.1f ms\n\n", bytes.size(),
+                time.GetMilliseconds());
     return copy;
 }
 
-void Print(const CCountry& country)
+void Print(const SCountry& country)
 {
     const std::wstring& name = country.commonName ? *country.commonName : country.name;
     std::cout << Vellum::Encodings::ToUTF8(country.flag) << ' ' << country.numeric << ' '
               << Vellum::Encodings::ToUTF8(name);
     if (country.officialName)
         std::cout << ", officially " << Vellum::Encodings::ToUTF8(*country.officialName);
-    std::cout << ": " << country.subdivisions.items.size() << " subdivisions\n";
+    std::cout << ": " << country.subdivisions.size() << " subdivisions\n";
 }
 
 int Run(const std::filesystem::path& folder)
 {
-    const CObjects<CCountry> countries = LoadCountries(folder);
-    const CObjects<CCountry> copy = ThroughBinary(countries);
+    const std::vector<SCountry> countries = LoadCountries(folder);
+    const std::vector<SCountry> copy = ThroughBinary(countries);
     std::fflush(stdout);
-    for (const CCountry& country : copy.items)
+    for (const SCountry& country : copy)
         if (country.commonName)
             Print(country);
-    const bool isEqual = !copy.items.empty() && copy.items == countries.items;
+    const bool isEqual = !copy.empty() && copy == countries;
     std::cout << (isEqual ? "\nAll countries came back as they were.\n" : "\nThe countries differ.\n");
     return isEqual ? 0 : 1;
 }

@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <map>
+#include <numeric>
 
 #include "Model/Formats.h"
 #include "Model/Values.h"
@@ -26,57 +26,64 @@ std::string Size(std::size_t size) { return Raw(static_cast<std::uint32_t>(size)
 std::string Counted(const std::string& bytes) { return Size(bytes.size()) + bytes; }
 
 // What a value without parts is stored as.
-template <class Number>
-std::string Encoded(const Number& number)
+struct SEncode
 {
-    return Raw(number);
-}
-template <>
-std::string Encoded(const std::string& text)
-{
-    return Counted(UpToNul(text));
-}
-template <>
-std::string Encoded(const std::wstring& text)
-{
-    const std::vector<std::uint16_t> units = ToUnits(text);
-    const std::size_t size = units.size();
-    std::string bytes = "\xFF\xFE\xFF";
-    bytes += size < 0xFF     ? Raw(static_cast<std::uint8_t>(size))
-             : size < 0xFFFE ? "\xFF" + Raw(static_cast<std::uint16_t>(size))
-                             : "\xFF\xFF\xFF" + Size(size);
-    for (const std::uint16_t unit : units)
-        bytes += Raw(unit);
-    return bytes;
-}
-template <>
-std::string Encoded(const SDate& date)
-{
-    return Size(0) + Raw(ToTicks(date));
-}
-template <>
-std::string Encoded(const SBlob& blob)
-{
-    return Counted(blob.bytes);
-}
-template <>
-std::string Encoded(const std::shared_ptr<const SNode>&)
-{
-    return {};
-}
+    template <class Number>
+    std::string operator()(const Number& number) const
+    {
+        return Raw(number);
+    }
+    std::string operator()(const std::string& text) const { return Counted(UpToNul(text)); }
+    std::string operator()(const SDate& date) const { return Size(0) + Raw(ToTicks(date)); }
+    std::string operator()(const SBlob& blob) const { return Counted(blob.bytes); }
+    std::string operator()(const Part&) const { return {}; }
+    std::string operator()(const std::wstring& text) const
+    {
+        const std::vector<std::uint16_t> units = ToUnits(text);
+        const auto size = static_cast<std::uint32_t>(units.size());
+        const std::string longest = "\xFF\xFF\xFF" + Raw(size);
+        std::string bytes = size < 0xFF     ? longest.substr(3, 1)
+                            : size < 0xFFFE ? "\xFF" + longest.substr(3, 2)
+                                            : longest;
+        for (const std::uint16_t unit : units)
+            bytes += Raw(unit);
+        return "\xFF\xFE\xFF" + bytes;
+    }
+};
 
 class CBinaryWriter
 {
 public:
-    std::string Record(const SNode& node);
-    std::string Sequence(const SNode& node);
+    explicit CBinaryWriter(bool isOdd) : isOdd(isOdd) {}
+
+    // Puts the bytes into `out` even if the client's Write raises: a field stays then as it is.
+    void Write(const SNode& node, std::string& out, const std::string& front = {})
+    {
+        std::exception_ptr raised;
+        const auto run = [&](const auto& writeItem)
+        {
+            try
+            {
+                RunClient(node, writeItem);
+            }
+            catch (...)
+            {
+                raised = std::current_exception();
+            }
+        };
+        out = front + (node.isSequence ? sequence(run) : record(run));
+        if (raised)
+            std::rethrow_exception(raised);
+    }
 
     std::string Strings() const
     {
         std::vector<std::uint64_t> hashes;
         for (const std::string& text : texts)
             hashes.push_back(HashOfName(text));
-        std::string bytes = Size(texts.size());
+        std::string bytes = Size(texts.size() + (isOdd ? 2 : 0));
+        if (isOdd)
+            bytes += Counted("replaced") + Size(0) + Counted("unused") + Size(1u << 31);
         for (const std::size_t index : TableOrder(hashes))
             bytes += Counted(texts[index]) + Size(index);
         return bytes;
@@ -91,139 +98,94 @@ private:
         return Size(found->second);
     }
 
-    // Puts the bytes into `out` even if the client's Write raises: a field stays then as it is.
-    void nested(const SNode& node, std::string& out);
-    void writeRecord(const SNode& node, std::string& out);
-    void writeSequence(const SNode& node, std::string& out);
+    template <class Run>
+    std::string record(const Run& run)
+    {
+        std::array<std::vector<std::pair<std::string, std::string>>, Kinds> sections; // keys and values
+        const auto writeField = [&](const SItem& item)
+        {
+            const std::string key = index(item.key);
+            auto& section = sections[KindOf(item.value)];
+            auto entry = std::ranges::find(section, key, &std::pair<std::string, std::string>::first);
+            if (entry == section.end() || isOdd)
+                entry = section.insert(section.end(), {key, {}});
+            entry->second = std::visit(SEncode(), item.value);
+            if (const auto* part = std::get_if<Part>(&item.value))
+            {
+                const std::string type = index((*part)->typeName), front = (*part)->isSequence ? "" : type;
+                Write(**part, entry->second, front);
+            }
+        };
+        run(writeField);
 
+        std::string out;
+        std::uint8_t count = 0;
+        for (std::size_t kind = 0; kind < Kinds; ++kind)
+        {
+            std::vector<std::uint64_t> hashes;
+            for (const auto& [key, value] : sections[kind])
+                hashes.push_back(HashOfBytes(key));
+            if (hashes.empty())
+                continue;
+            ++count;
+            out += Raw(Tags[kind]) + Size(hashes.size());
+            for (const std::size_t place : TableOrder(hashes))
+                out += sections[kind][place].first + sections[kind][place].second;
+        }
+        return Raw(count) + out;
+    }
+
+    template <class Run>
+    std::string sequence(const Run& run)
+    {
+        std::size_t fixed = Kinds;
+        std::vector<std::string> types, elements;
+        const auto writeElement = [&](const SItem& item)
+        {
+            const std::size_t kind = KindOf(item.value);
+            if (fixed != Kinds && fixed != kind)
+                throw SRaised{Exception, kind < KindBlob ? "Vellum::CContainerWriterBinary::write"
+                                                         : "Vellum::CContainerWriterBinary::Write"};
+            fixed = kind;
+            std::string bytes = std::visit(SEncode(), item.value);
+            if (kind >= KindObject) // a part that fails leaves nothing
+            {
+                const SNode& part = *std::get<Part>(item.value);
+                const std::string type = kind == KindObject ? index(part.typeName) : "";
+                Write(part, bytes, type);
+                types.push_back(type);
+            }
+            elements.push_back(bytes);
+        };
+        run(writeElement);
+
+        std::string out = Raw(elements.empty() ? std::uint8_t{0} : Tags[fixed]) + Size(elements.size());
+        if (fixed == KindObject && !elements.empty())
+        {
+            const bool isSame = std::ranges::count(types, types[0]) == std::ssize(types);
+            types.resize(isSame ? 1 : types.size());
+            out += Raw(isSame) + std::accumulate(types.begin(), types.end(), std::string());
+        }
+        for (const std::string& element : elements)
+            out += element;
+        return out;
+    }
+
+    bool isOdd;
     std::map<std::string, std::size_t> indices;
     std::vector<std::string> texts;
 };
 
-template <class Run, class Finish>
-void RunAndFinish(const Run& run, const Finish& finish)
-{
-    try
-    {
-        run();
-    }
-    catch (...)
-    {
-        finish();
-        throw;
-    }
-    finish();
-}
-
-void CBinaryWriter::nested(const SNode& node, std::string& out)
-{
-    node.isSequence ? writeSequence(node, out) : writeRecord(node, out);
-}
-
-void CBinaryWriter::writeRecord(const SNode& node, std::string& out)
-{
-    struct SEntry
-    {
-        std::string key, value;
-    };
-    std::array<std::vector<SEntry>, Kinds> sections;
-    const auto writeField = [&](const SItem& item)
-    {
-        const std::string key = index(item.key);
-        std::vector<SEntry>& section = sections[KindOf(item.value)];
-        auto entry = std::find_if(section.begin(), section.end(), [&](const SEntry& each) { return each.key == key; });
-        if (entry == section.end())
-            entry = section.insert(section.end(), {key, {}});
-        entry->value = std::visit([](const auto& value) { return Encoded(value); }, item.value);
-        if (const auto* part = std::get_if<std::shared_ptr<const SNode>>(&item.value))
-        {
-            const std::string type = index((*part)->typeName);
-            std::string bytes;
-            RunAndFinish([&] { nested(**part, bytes); },
-                         [&] { entry->value = (*part)->isSequence ? bytes : type + bytes; });
-        }
-    };
-    RunAndFinish([&] { RunClient(node, writeField); },
-                 [&]
-                 {
-                     const auto isEmpty = [](const std::vector<SEntry>& section) { return section.empty(); };
-                     out = Raw(static_cast<std::uint8_t>(Kinds - std::ranges::count_if(sections, isEmpty)));
-                     for (std::size_t kind = 0; kind < Kinds; ++kind)
-                     {
-                         std::vector<std::uint64_t> hashes;
-                         for (const SEntry& entry : sections[kind])
-                             hashes.push_back(HashOfBytes(entry.key));
-                         if (!hashes.empty())
-                             out += Raw(Tags[kind]) + Size(hashes.size());
-                         for (const std::size_t place : TableOrder(hashes))
-                             out += sections[kind][place].key + sections[kind][place].value;
-                     }
-                 });
-}
-
-void CBinaryWriter::writeSequence(const SNode& node, std::string& out)
-{
-    std::size_t fixed = Kinds, count = 0;
-    std::vector<std::string> types;
-    std::string elements;
-    const auto writeElement = [&](const SItem& item)
-    {
-        const std::size_t kind = KindOf(item.value);
-        if (fixed != Kinds && fixed != kind)
-            throw SRaised{Exception, kind < KindBlob ? "Vellum::CContainerWriterBinary::write"
-                                                     : "Vellum::CContainerWriterBinary::Write"};
-        fixed = kind;
-        std::string bytes = std::visit([](const auto& value) { return Encoded(value); }, item.value);
-        if (kind >= KindObject) // a part that fails leaves nothing
-        {
-            const SNode& part = *std::get<std::shared_ptr<const SNode>>(item.value);
-            const std::string type = kind == KindObject ? index(part.typeName) : "";
-            nested(part, bytes);
-            if (kind == KindObject)
-                types.push_back(type);
-            bytes = type + bytes;
-        }
-        elements += bytes;
-        ++count;
-    };
-    RunAndFinish([&] { RunClient(node, writeElement); },
-                 [&]
-                 {
-                     out = Raw(count == 0 ? std::uint8_t{0} : Tags[fixed]) + Size(count);
-                     if (!types.empty())
-                     {
-                         const bool isSame = std::ranges::count(types, types[0]) == static_cast<std::ptrdiff_t>(count);
-                         out += Raw(isSame);
-                         for (std::size_t i = 0; i < (isSame ? 1 : count); ++i)
-                             out += types[i];
-                     }
-                     out += elements;
-                 });
-}
-
-std::string CBinaryWriter::Record(const SNode& node)
-{
-    std::string bytes;
-    writeRecord(node, bytes);
-    return bytes;
-}
-
-std::string CBinaryWriter::Sequence(const SNode& node)
-{
-    std::string bytes;
-    writeSequence(node, bytes);
-    return bytes;
-}
-
 } // namespace
 
-SWritten WriteBinary(const SNode& root)
+SWritten WriteBinary(const SNode& root, bool isOdd)
 {
-    CBinaryWriter writer;
+    CBinaryWriter writer(isOdd);
     SWritten written;
     try
     {
-        const std::string body = root.isSequence ? writer.Sequence(root) : writer.Record(root);
+        std::string body;
+        writer.Write(root, body);
         written.document = Size(0) + Raw(Tags[root.isSequence ? KindSequence : KindObject]) + writer.Strings() + body;
     }
     catch (...)
@@ -236,64 +198,49 @@ SWritten WriteBinary(const SNode& root)
 namespace
 {
 
-struct SPart;
-
-// Every value of a document is one of these; parts are objects and sequences.
-using Stored = std::variant<bool, unsigned char, signed char, std::uint16_t, std::int16_t, std::uint32_t, std::int32_t,
-                            std::uint64_t, std::int64_t, float, double, char, std::string, std::wstring, SDate, SBlob,
-                            std::shared_ptr<SPart>>;
-
-struct SStored
+// A document as a reader shows it: a tree again.
+struct STreeReader
 {
-    std::string key;
-    std::size_t kind;
-    Stored value;
-};
+    const SNode& node;
 
-struct SPart
-{
-    std::vector<SStored> values;
+    std::uint32_t GetKeyCount() const { return static_cast<std::uint32_t>(node.items.size()); }
+    const char* GetKey(std::uint32_t at) const { return node.items[at].key.c_str(); }
 
-    std::uint32_t GetKeyCount() const { return static_cast<std::uint32_t>(values.size()); }
-    const char* GetKey(std::uint32_t at) const { return values[at].key.c_str(); }
-
-    const Stored* Find(const std::string& key, std::size_t kind) const
+    const Value* Find(const std::string& key, std::size_t kind) const
     {
-        const Stored* found = nullptr; // the last one
-        for (const SStored& each : values)
-            if (each.kind == kind && each.key == key)
-                found = &each.value;
+        const Value* found = nullptr; // the last one
+        for (const SItem& item : node.items)
+            if (KindOf(item.value) == kind && item.key == key)
+                found = &item.value;
         return found;
     }
-    const Stored* Find(std::uint32_t at, std::size_t kind) const
+    const Value* Find(std::uint32_t at, std::size_t kind) const
     {
-        return at < values.size() && values[at].kind == kind ? &values[at].value : nullptr;
+        return at < node.items.size() && KindOf(node.items[at].value) == kind ? &node.items[at].value : nullptr;
     }
 
     template <class Name, class T>
     bool Read(const Name& name, T& value) const
     {
-        const Stored* found = Find(name, Value(value).index());
-        if (found != nullptr)
-            value = std::get<T>(*found);
-        return found != nullptr;
+        const Value* found = Find(name, Value(value).index());
+        return found != nullptr && (value = std::get<T>(*found), true);
     }
     template <class Name, bool IsSequence>
     bool Read(const Name& name, CVisitor::SNested<IsSequence> value) const
     {
-        const Stored* found = Find(name, IsSequence ? KindSequence : KindObject);
-        if (found != nullptr)
-            value.Visit(*std::get<std::shared_ptr<SPart>>(*found));
-        return found != nullptr;
+        const Value* found = Find(name, IsSequence ? KindSequence : KindObject);
+        if (found == nullptr)
+            return false;
+        STreeReader reader{*std::get<Part>(*found)};
+        return (value.Visit(reader), true);
     }
     template <class Name>
     std::pair<const char*, const char*> GetBlob(const Name& name) const
     {
-        const Stored* found = Find(name, KindBlob);
-        if (found == nullptr || std::get<SBlob>(*found).bytes.empty())
-            return {};
-        const std::string& bytes = std::get<SBlob>(*found).bytes;
-        return {bytes.data(), bytes.data() + bytes.size()};
+        const Value* found = Find(name, KindBlob);
+        const std::string_view bytes = found == nullptr ? std::string_view() : std::get<SBlob>(*found).bytes;
+        return bytes.empty() ? std::pair<const char*, const char*>()
+                             : std::pair(bytes.data(), bytes.data() + bytes.size());
     }
 };
 
@@ -311,12 +258,10 @@ public:
         }
         if (tag != Tags[KindObject] && tag != Tags[KindSequence])
             throw SRaised{Exception, "Vellum::CReaderBinary::CReaderBinary"};
-        isSequence = tag == Tags[KindSequence];
-        root = isSequence ? sequence(1) : record(1);
+        Root = part(tag == Tags[KindSequence], 1);
     }
 
-    std::shared_ptr<SPart> root;
-    bool isSequence = false;
+    Part Root;
 
 private:
     static constexpr const char *InRecord = "Vellum::CDataReader::Read", *InSequence = "Vellum::CContainerReader::Read";
@@ -325,7 +270,7 @@ private:
     std::string taken(std::size_t size)
     {
         if (size > left.size())
-            throw SRaised{"CbExceptionStream", "CbStreamReadBinary::Read"};
+            throw SRaised{StreamException, "CbStreamReadBinary::Read"};
         const std::string bytes(left.substr(0, size));
         left.remove_prefix(size);
         return bytes;
@@ -341,7 +286,7 @@ private:
     void checkVersion()
     {
         if (take<std::uint32_t>() != 0)
-            throw SRaised{"CbExceptionWrongFileVersion", "CbStreamRead::ReadAndCompareVersion"};
+            throw SRaised{VersionException, "CbStreamRead::ReadAndCompareVersion"};
     }
 
     std::string resolve(const char* function)
@@ -355,7 +300,7 @@ private:
     std::wstring wideText()
     {
         if (taken(3) != "\xFF\xFE\xFF")
-            throw SRaised{"CbExceptionStream", "CbStreamReadBinary::Read"};
+            throw SRaised{StreamException, "CbStreamReadBinary::Read"};
         std::uint64_t size = take<std::uint8_t>();
         if (size == 0xFF)
             size = take<std::uint16_t>();
@@ -370,7 +315,7 @@ private:
     }
 
     template <class T>
-    Stored value(const char* function)
+    Value value(const char* blobFunction, int level, bool isSequence)
     {
         if constexpr (std::is_same_v<T, bool>)
             return take<std::uint8_t>() != 0;
@@ -382,39 +327,38 @@ private:
             return wideText();
         else if constexpr (std::is_same_v<T, SDate>)
             return (checkVersion(), FromTicks(take<std::uint64_t>()));
-        else
-        {
-            const auto size = take<std::uint32_t>();
-            if (size > left.size())
-                throw SRaised{Exception, function};
-            return SBlob{taken(size)};
-        }
+        else if constexpr (std::is_same_v<T, Part>)
+            return part(isSequence, level + 1);
+        const auto size = take<std::uint32_t>();
+        if (size > left.size())
+            throw SRaised{Exception, blobFunction};
+        return SBlob{taken(size)};
     }
-    Stored value(std::size_t kind, const char* blobFunction)
+    Value value(std::size_t kind, const char* blobFunction, int level)
     {
-        return [&]<std::size_t... Each>(std::index_sequence<Each...>)
-        {
-            Stored stored;
-            ((kind == Each ? void(stored = value<std::variant_alternative_t<Each, Value>>(blobFunction)) : void()),
-             ...);
-            return stored;
-        }
-        (std::make_index_sequence<KindObject>());
+        return WithKind(kind, [&]<class T>() { return value<T>(blobFunction, level, kind == KindSequence); });
     }
 
     std::size_t kindOf(std::uint8_t tag, const char* function)
     {
-        const auto found = std::find(std::begin(Tags), std::end(Tags), tag);
+        const auto found = std::ranges::find(Tags, tag);
         if (found == std::end(Tags))
             throw SRaised{Exception, function};
-        return static_cast<std::size_t>(found - std::begin(Tags));
+        return static_cast<std::size_t>(found - Tags);
     }
 
-    std::shared_ptr<SPart> record(int level)
+    Part part(bool isSequence, int level)
     {
         if (level > MostLevels)
-            throw SRaised{Exception, InRecord};
-        auto part = std::make_shared<SPart>();
+            throw SRaised{Exception, isSequence ? InSequence : InRecord};
+        auto node = std::make_shared<SNode>();
+        node->isSequence = isSequence;
+        isSequence ? sequence(*node, level) : record(*node, level);
+        return node;
+    }
+
+    void record(SNode& node, int level)
+    {
         for (auto sections = take<std::uint8_t>(); sections > 0; --sections)
         {
             const std::size_t kind = kindOf(take<std::uint8_t>(), InRecord);
@@ -423,24 +367,17 @@ private:
                 const std::string key = resolve(InRecord);
                 if (kind == KindObject)
                     resolve(InRecord);
-                part->values.push_back({key, kind,
-                                        kind == KindObject     ? record(level + 1)
-                                        : kind == KindSequence ? sequence(level + 1)
-                                                               : value(kind, "Vellum::CDataReader::readBlobs")});
+                node.items.push_back({key, value(kind, "Vellum::CDataReader::readBlobs", level)});
             }
         }
-        return part;
     }
 
-    std::shared_ptr<SPart> sequence(int level)
+    void sequence(SNode& node, int level)
     {
-        if (level > MostLevels)
-            throw SRaised{Exception, InSequence};
-        auto part = std::make_shared<SPart>();
         const auto tag = take<std::uint8_t>();
         const auto count = take<std::uint32_t>();
         if (count == 0)
-            return part;
+            return;
         const std::size_t kind = kindOf(tag, InSequence);
         static constexpr std::uint64_t sizes[] = {1, 1, 1, 2, 2, 4, 4, 8, 8, 4, 8, 1};
         if (kind <= KindChar && count * sizes[kind] > 0xFFFFFFFF)
@@ -452,13 +389,8 @@ private:
         {
             if (kind == KindObject)
                 take<std::uint32_t>(); // the type, whatever it says
-            part->values.push_back({{},
-                                    kind,
-                                    kind == KindObject     ? record(level + 1)
-                                    : kind == KindSequence ? sequence(level + 1)
-                                                           : value(kind, InSequence)});
+            node.items.push_back({"", value(kind, InSequence, level)});
         }
-        return part;
     }
 
     std::string_view left;
@@ -469,10 +401,11 @@ private:
 
 void ReadBinary(const std::string& document, bool isSequence, CVisitor& visitor)
 {
-    const CBinaryReader reader(document);
-    if (reader.isSequence != isSequence)
+    const CBinaryReader parsed(document);
+    if (parsed.Root->isSequence != isSequence)
         throw SRaised{Exception, "Vellum::CReaderBinary::Read"};
-    isSequence ? visitor.VisitSequence(*reader.root) : visitor.VisitObject(*reader.root);
+    STreeReader reader{*parsed.Root};
+    isSequence ? visitor.VisitSequence(reader) : visitor.VisitObject(reader);
 }
 
 } // namespace Model

@@ -17,7 +17,8 @@ struct SWritten
     bool operator==(const SWritten&) const = default;
 };
 
-SWritten WriteBinary(const SNode& root);
+// An odd document has what no writer makes and readers take: each write of a key, texts that are replaced or not used.
+SWritten WriteBinary(const SNode& root, bool isOdd);
 void ReadBinary(const std::string& document, bool isSequence, CVisitor& visitor);
 
 SWritten WriteJson(const SNode& root, bool showPoint);

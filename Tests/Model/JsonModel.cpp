@@ -28,18 +28,15 @@ struct SJsonWriter
     std::string Text(const std::wstring& value) const { return Quoted(ToUtf8(value)); }
     std::string Text(const SDate& value) const { return Quoted(ToText(value)); }
     std::string Text(const SBlob& value) const { return Quoted(ToBase64(value.bytes, false)); }
-    std::string Text(bool value) const { return value ? "true" : "false"; }
-    std::string Text(float value) const { return ToText(value, showPoint); }
-    std::string Text(double value) const { return ToText(value, showPoint); }
     std::string Text(char value) const
     {
         const std::string escape = value == '"' || value == '\\' ? "\\" : "";
         return '"' + escape + UpToNul(std::string(1, value)) + '"';
     }
-    template <class Integer>
-    std::string Text(Integer value) const
+    template <class Number>
+    std::string Text(Number value) const
     {
-        return std::to_string(value);
+        return ToText(value, showPoint);
     }
 
     void Write(const SNode& node, const std::string& outer) const
@@ -319,30 +316,17 @@ private:
     }
     const SJson* find(std::uint32_t at) const { return at < json.elements.size() ? json.elements[at].get() : nullptr; }
 
-    static bool convert(const std::string& text, bool& value)
+    template <class T>
+    static bool convert(const std::string& text, T& value)
     {
-        value = text == "true";
-        return value || text == "false";
-    }
-    static bool convert(const std::string& text, std::string& value) { return (value = Unescaped(text), true); }
-    static bool convert(const std::string& text, std::wstring& value)
-    {
-        return (value = FromUtf8(Unescaped(text)), true);
-    }
-    static bool convert(const std::string& text, char& value)
-    {
-        Convert(text == "\\\"" ? "\"" : text, value); // as the writer writes a quote
-        return true;
-    }
-    static bool convert(const std::string& text, SDate& value)
-    {
-        value = ToDate(text, "CbDateTime::operator =");
-        return true;
-    }
-    template <class Number>
-    static bool convert(const std::string& text, Number& value)
-    {
-        Convert(text, value);
+        if constexpr (std::is_same_v<T, bool>)
+            return (value = text == "true") || text == "false";
+        else if constexpr (std::is_same_v<T, SDate>)
+            value = ToDate(text, "CbDateTime::operator =");
+        else if constexpr (std::is_class_v<T>)
+            Convert(Unescaped(text), value);
+        else // the writer writes a quote as two bytes
+            Convert(std::is_same_v<T, char> && text == "\\\"" ? "\"" : text, value);
         return true;
     }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <exception>
@@ -9,13 +10,17 @@
 #include <variant>
 #include <vector>
 
-#include "Model/Tape.h"
+#include "Support/CTape.h"
 
 namespace Model
 {
 
+using Support::CTape;
+
 // What a client has: a tree of objects and sequences, and what it does while it is written.
 struct SNode;
+
+using Part = std::shared_ptr<const SNode>;
 
 struct SDate
 {
@@ -29,9 +34,9 @@ struct SBlob
     bool operator==(const SBlob&) const = default;
 };
 
-using Value = std::variant<bool, unsigned char, signed char, std::uint16_t, std::int16_t, std::uint32_t, std::int32_t,
-                           std::uint64_t, std::int64_t, float, double, char, std::string, std::wstring, SDate, SBlob,
-                           std::shared_ptr<const SNode>>;
+using Value =
+    std::variant<bool, unsigned char, signed char, std::uint16_t, std::int16_t, std::uint32_t, std::int32_t,
+                 std::uint64_t, std::int64_t, float, double, char, std::string, std::wstring, SDate, SBlob, Part>;
 
 // Kinds are counted in the order of Value, which is that of the sections of a record; then objects and sequences.
 inline constexpr std::size_t KindChar = 11, KindText = 12, KindBlob = 15, KindObject = 16, KindSequence = 17,
@@ -56,8 +61,22 @@ struct SNode
 
 inline std::size_t KindOf(const Value& value)
 {
-    const auto* node = std::get_if<std::shared_ptr<const SNode>>(&value);
+    const auto* node = std::get_if<Part>(&value);
     return value.index() + (node != nullptr && (*node)->isSequence ? 1 : 0);
+}
+
+// Calls a template lambda with the type of a kind.
+template <class Body>
+auto WithKind(std::size_t kind, const Body& body)
+{
+    using Result = decltype(body.template operator()<bool>());
+    return [&]<std::size_t... Each>(std::index_sequence<Each...>)
+    {
+        Result (*const calls[])(const Body&) = {
+            [](const Body& each) { return each.template operator()<std::variant_alternative_t<Each, Value>>(); }...};
+        return calls[std::min(kind, sizeof...(Each) - 1)](body);
+    }
+    (std::make_index_sequence<std::variant_size_v<Value>>());
 }
 
 // What a client's Write raises.
@@ -86,6 +105,9 @@ void RunClient(const SNode& node, const WriteItem& writeItem)
         }
     }
 }
+
+// The words between signs of ~.
+std::vector<std::string> Words(const std::string& text);
 
 // Pieces of texts, some of which mean something to a format or to a conversion.
 std::string AnyText(CTape& tape);

@@ -1,34 +1,40 @@
 #include "Model/Values.h"
 
-#include <cctype>
+#include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <list>
+#include <map>
+
+#include "Support/GermanLocales.h"
 
 namespace Model
 {
 
 std::vector<std::size_t> TableOrder(const std::vector<std::uint64_t>& hashes)
 {
-    std::vector<std::list<std::size_t>> buckets(128);
-    const auto list = [&]
+    std::uint64_t size = 128;
+    std::map<std::uint64_t, std::list<std::size_t>> buckets;
+    const auto inOrder = [&]
     {
         std::vector<std::size_t> order;
-        for (const std::list<std::size_t>& bucket : buckets)
+        for (const auto& [number, bucket] : buckets)
             order.insert(order.end(), bucket.begin(), bucket.end());
         return order;
     };
     for (std::size_t count = 0; count < hashes.size();)
     {
-        buckets[hashes[count] % buckets.size()].push_front(count);
-        if (++count * 4 < buckets.size() * 3)
+        buckets[hashes[count] % size].push_front(count);
+        if (++count * 4 < size * 3)
             continue;
-        const std::vector<std::size_t> order = list();
-        buckets.assign(buckets.size() * 2, {});
+        const std::vector<std::size_t> order = inOrder();
+        buckets.clear();
+        size *= 2;
         for (const std::size_t place : order)
-            buckets[hashes[place] % buckets.size()].push_front(place);
+            buckets[hashes[place] % size].push_front(place);
     }
-    return list();
+    return inOrder();
 }
 
 std::uint64_t HashOfBytes(std::string_view bytes)
@@ -140,45 +146,30 @@ std::wstring FromUtf8(const std::string& text)
 namespace
 {
 
-constexpr int DaysInMonth[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-
-bool IsLeap(unsigned year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
-
-unsigned DaysIn(unsigned year, unsigned month)
-{
-    return static_cast<unsigned>(DaysInMonth[month - 1]) + (month == 2 && IsLeap(year) ? 1 : 0);
-}
+using namespace std::chrono;
+constexpr sys_days FirstDay = sys_days(year(1601) / 1 / 1);
 
 } // namespace
 
 std::uint64_t ToTicks(const SDate& date)
 {
-    const auto& [year, month, day, hour, minute, second, milliseconds] = date.fields;
-    if (year < 1601 || year > 30827 || month < 1 || month > 12 || day < 1 || day > DaysIn(year, month) || hour > 23 ||
-        minute > 59 || second > 59 || milliseconds > 999)
+    const auto& [y, mo, d, h, mi, s, ms] = date.fields;
+    const year_month_day ymd = year(y) / mo / d;
+    if (y < 1601 || y > 30827 || !ymd.ok() || h > 23 || mi > 59 || s > 59 || ms > 999)
         return 0;
-    std::uint64_t days = day - 1u;
-    for (unsigned y = 1601; y < year; ++y)
-        days += IsLeap(y) ? 366 : 365;
-    for (unsigned m = 1; m < month; ++m)
-        days += DaysIn(year, m);
-    return (((days * 24 + hour) * 60 + minute) * 60 + second) * 10000000 + milliseconds * 10000ull;
+    const milliseconds since = sys_days(ymd) - FirstDay + hours(h) + minutes(mi) + seconds(s) + milliseconds(ms);
+    return static_cast<std::uint64_t>(since.count()) * 10000;
 }
 
 SDate FromTicks(std::uint64_t ticks)
 {
-    if (ticks >> 63 != 0)
-        ticks = 0;
-    std::uint64_t days = ticks / 864000000000;
-    const std::uint64_t rest = ticks % 864000000000 / 10000;
-    unsigned year = 1601, month = 1;
-    for (; days >= (IsLeap(year) ? 366u : 365u); ++year)
-        days -= IsLeap(year) ? 366 : 365;
-    for (; days >= DaysIn(year, month); ++month)
-        days -= DaysIn(year, month);
+    const milliseconds since(ticks >> 63 != 0 ? 0 : ticks / 10000);
+    const days whole = floor<days>(since);
+    const year_month_day ymd(FirstDay + whole);
     const auto field = [](auto value) { return static_cast<unsigned short>(value); };
-    return {{field(year), field(month), field(days + 1), field(rest / 3600000), field(rest / 60000 % 60),
-             field(rest / 1000 % 60), field(rest % 1000)}};
+    const auto rest = (since - whole).count();
+    return {{field(int(ymd.year())), field(unsigned(ymd.month())), field(unsigned(ymd.day())), field(rest / 3600000),
+             field(rest / 60000 % 60), field(rest / 1000 % 60), field(rest % 1000)}};
 }
 
 std::string ToText(const SDate& date)
@@ -254,55 +245,30 @@ std::string FromBase64(const std::string& text)
     return bytes;
 }
 
-std::string ToText(float value, bool showPoint)
+std::string ToText(double value, int digits, bool showPoint)
 {
+    const Support::CCThread point;
     char text[64];
-    std::snprintf(text, sizeof text, showPoint ? "%#.9g" : "%.9g", static_cast<double>(value));
-    return text;
-}
-
-std::string ToText(double value, bool showPoint)
-{
-    char text[64];
-    std::snprintf(text, sizeof text, showPoint ? "%#.17g" : "%.17g", value);
+    std::snprintf(text, sizeof text, showPoint ? "%#.*g" : "%.*g", digits, value);
     return text;
 }
 
 std::int64_t ToInteger(const std::string& text)
 {
-    const std::string ended = UpToNul(text);
-    std::size_t at = 0;
-    while (at < ended.size() && std::isspace(static_cast<unsigned char>(ended[at])) != 0)
-        ++at;
-    const bool isNegative = ended.substr(at, 1) == "-";
-    if (isNegative || ended.substr(at, 1) == "+")
-        ++at;
-    unsigned base = 10;
-    bool hasDigits = false, isTooLarge = false;
-    if (ended.substr(at, 1) == "0")
-    {
-        const bool isHexadecimal = ended.substr(at + 1, 1) == "x" || ended.substr(at + 1, 1) == "X";
-        (base = isHexadecimal ? 16 : 8, at += isHexadecimal ? 2 : 1, hasDigits = true);
-    }
-    std::uint64_t value = 0;
-    for (; at < ended.size(); ++at, hasDigits = true)
-    {
-        const std::size_t digit = std::string_view("0123456789abcdef")
-                                      .find(static_cast<char>(std::tolower(static_cast<unsigned char>(ended[at]))));
-        if (digit >= base)
-            break;
-        isTooLarge = isTooLarge || value > (~std::uint64_t{0} - digit) / base;
-        value = value * base + digit;
-    }
-    if (!hasDigits)
+    char* end = nullptr;
+    errno = 0;
+    const std::uint64_t value = std::strtoull(text.c_str(), &end, 0);
+    if (end == text.c_str())
         throw SRaised{Exception, "Vellum::Conversion::StringToInt"};
-    if (isTooLarge)
-        return isNegative ? std::numeric_limits<std::int64_t>::min() : std::numeric_limits<std::int64_t>::max();
-    return static_cast<std::int64_t>(isNegative ? 0 - value : value);
+    if (errno == 0)
+        return static_cast<std::int64_t>(value);
+    using Limits = std::numeric_limits<std::int64_t>;
+    return text[text.find_first_of("+-0123456789")] == '-' ? Limits::min() : Limits::max();
 }
 
 double ToDouble(const std::string& text)
 {
+    const Support::CCThread point;
     char* end = nullptr;
     const double value = std::strtod(text.c_str(), &end);
     if (end != text.c_str() + text.size())

@@ -18,7 +18,8 @@ struct SRaised
     const char* className;
     const char* function;
 };
-inline constexpr const char *Exception = "CException", *ConversionException = "CbExceptionConversion";
+inline constexpr const char *Exception = "CException", *ConversionException = "CbExceptionConversion",
+                            *StreamException = "CbExceptionStream", *VersionException = "CbExceptionWrongFileVersion";
 
 // The order in which a hash table iterates that has taken these hashes, as places in the list.
 std::vector<std::size_t> TableOrder(const std::vector<std::uint64_t>& hashes);
@@ -39,18 +40,32 @@ SDate ToDate(const std::string& text, const char* function);
 std::string ToBase64(const std::string& bytes, bool hasLines);
 std::string FromBase64(const std::string& text);
 
-// A number as the text formats print it, and back.
-std::string ToText(float value, bool showPoint);
-std::string ToText(double value, bool showPoint);
 std::int64_t ToInteger(const std::string& text);
 double ToDouble(const std::string& text);
 
-// A value of a text format's document. The text counts up to its first NUL only for a date.
+// What the text formats share: a number, as it is printed.
+std::string ToText(double value, int digits, bool showPoint);
+template <class Number>
+std::string ToText(Number value, bool showPoint)
+{
+    if constexpr (std::is_same_v<Number, bool>)
+        return value ? "true" : "false";
+    else if constexpr (std::is_floating_point_v<Number>)
+        return ToText(static_cast<double>(value), sizeof value == 4 ? 9 : 17, showPoint);
+    else
+        return std::to_string(value);
+}
+
+// ... and a value that is read, bools and dates apart.
 template <class T>
 void Convert(const std::string& text, T& value)
 {
     if constexpr (std::is_same_v<T, char>)
         value = text.empty() ? '\0' : text.front();
+    else if constexpr (std::is_same_v<T, std::string>)
+        value = text;
+    else if constexpr (std::is_same_v<T, std::wstring>)
+        value = FromUtf8(text);
     else if constexpr (std::is_floating_point_v<T>)
         value = static_cast<T>(ToDouble(text));
     else

@@ -1,11 +1,10 @@
 #include "Model/Visitor.h"
 
 #include <bit>
-#include <new>
+#include <cstring>
+#include <typeinfo>
 
-#include "Groundwork/CbExceptions.h"
-
-#include "Vellum/CException.h"
+#include "Groundwork/IException.h"
 
 #include "Model/Values.h"
 
@@ -38,8 +37,6 @@ std::string Show(const SDate& value)
 
 std::string ShowRaised()
 {
-    const auto show = [](const char* className, const IException& exception)
-    { return std::string(className) + ' ' + exception.GetFunctionName(); };
     try
     {
         throw;
@@ -48,29 +45,18 @@ std::string ShowRaised()
     {
         return std::string(raised.className) + ' ' + raised.function;
     }
-    catch (const Vellum::CException& exception)
+    catch (const IException& exception)
     {
-        return show("CException", exception);
-    }
-    catch (const CbExceptionConversion& exception)
-    {
-        return show("CbExceptionConversion", exception);
-    }
-    catch (const CbExceptionStream& exception)
-    {
-        return show("CbExceptionStream", exception);
-    }
-    catch (const CbExceptionWrongFileVersion& exception)
-    {
-        return show("CbExceptionWrongFileVersion", exception);
+        // The compiler's name of a class has its length in front.
+        const std::string name = typeid(exception).name();
+        for (const char* const known : {Exception, ConversionException, StreamException, VersionException})
+            if (name.find(std::to_string(std::strlen(known)) + known) != std::string::npos)
+                return std::string(known) + ' ' + exception.GetFunctionName();
+        return name;
     }
     catch (const SClientFailure&)
     {
         return "the client's";
-    }
-    catch (const std::exception& exception)
-    {
-        return exception.what();
     }
 }
 

@@ -137,16 +137,16 @@ private:
     template <class Reader, class Name>
     void ask(Reader& reader, Name name, std::size_t kind)
     {
-        if (kind == KindBlob)
-            askBlob(reader, name);
-        else if (kind >= KindObject)
-            kind == KindObject ? askNested<false>(reader, name) : askNested<true>(reader, name);
-        else
-            [&]<std::size_t... Each>(std::index_sequence<Each...>)
-            {
-                ((kind == Each ? askValue<std::variant_alternative_t<Each, Value>>(reader, name) : void()), ...);
-            }
-        (std::make_index_sequence<KindBlob>());
+        const auto askOne = [&]<class T>()
+        {
+            if constexpr (std::is_same_v<T, Part>)
+                kind == KindObject ? askNested<false>(reader, name) : askNested<true>(reader, name);
+            else if constexpr (std::is_same_v<T, SBlob>)
+                askBlob(reader, name);
+            else
+                askValue<T>(reader, name);
+        };
+        WithKind(kind, askOne);
     }
 
     template <class T, class Reader, class Name>

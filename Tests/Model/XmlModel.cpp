@@ -36,13 +36,10 @@ struct SXmlWriter
     static std::string Text(const std::wstring& value) { return Escaped(ToUtf8(value)); }
     static std::string Text(const SDate& value) { return ToText(value); }
     static std::string Text(char value) { return std::string(1, value); }
-    static std::string Text(bool value) { return value ? "true" : "false"; }
-    static std::string Text(float value) { return ToText(value, false); }
-    static std::string Text(double value) { return ToText(value, false); }
-    template <class Integer>
-    static std::string Text(Integer value)
+    template <class Number>
+    static std::string Text(Number value)
     {
-        return std::to_string(value);
+        return ToText(value, false);
     }
 
     void Write(const SNode& node, const std::string& indent) const
@@ -133,22 +130,11 @@ public:
     int Error = 0;
 
 private:
-    enum EToken
-    {
-        Text,
-        Quoted,
-        Open,
-        EndOpen,
-        Close,
-        Equals,
-        Declaration,
-        EmptyClose,
-        Clear,
-        End
-    };
+    // '<' '>' '=' and ' ' for a word, 'q' for a quoted one, '/' for the sign in front of an end tag's name, 'e' for the
+    // end of an empty element, '?' for a declaration, '!' for a section, 0 for the end of the text.
     struct SToken
     {
-        EToken kind;
+        char kind;
         std::size_t start, length;
         std::string clearEnd;
     };
@@ -162,7 +148,7 @@ private:
     {
         const auto byte = static_cast<unsigned char>(byteAt(place));
         const std::size_t size = byte == 0 ? 0 : byte < 0xC2 || byte > 0xF4 ? 1 : byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
-        return std::min(place + size, text.size());
+        return place + size <= text.size() ? place + size : place + 1;
     }
 
     SToken token()
@@ -172,30 +158,30 @@ private:
         const std::size_t start = at;
         const char first = byteAt(start);
         if (first == '\0')
-            return {End, start, 0, {}};
+            return {'\0', start, 0, {}};
         at = step(start);
         static const std::pair<std::string, std::string> clears[] = {
             {"<![CDATA[", "]]>"}, {"<PRE>", "</PRE>"}, {"<Script>", "</Script>"}, {"<!--", "-->"}, {"<!DOCTYPE", ">"}};
         for (const auto& [open, close] : clears)
             if (IsSame(text.substr(start, open.size()), open))
-                return (at = start + open.size(), SToken{Clear, start, open.size(), close});
+                return (at = start + open.size(), SToken{'!', start, open.size(), close});
         if (first == '"' || first == '\'')
         {
             while (byteAt(at) != first && byteAt(at) != '<' && byteAt(at) != '\0')
                 at = step(at);
             if (byteAt(at) == first)
-                return {Quoted, start, ++at - start, {}};
+                return {'q', start, ++at - start, {}};
             at = start + 1;
         }
-        const auto sign = [&](EToken kind, std::size_t length) {
+        const auto sign = [&](char kind, std::size_t length) {
             return (at = start + length, SToken{kind, start, length, {}});
         };
         if (first == '/' && byteAt(at) == '>')
-            return sign(EmptyClose, 2);
+            return sign('e', 2);
         if (first == '<')
-            return byteAt(at) == '/' ? sign(EndOpen, 2) : byteAt(at) == '?' ? sign(Declaration, 2) : sign(Open, 1);
+            return byteAt(at) == '/' ? sign('/', 2) : byteAt(at) == '?' ? sign('?', 2) : sign('<', 1);
         if (first == '=' || first == '>')
-            return sign(first == '=' ? Equals : Close, 1);
+            return sign(first == '=' ? '=' : '>', 1);
         const auto isEnd = [&](char byte)
         {
             return byte == '\0' || isSpace(byte) || std::strchr("<=>", byte) != nullptr ||
@@ -206,39 +192,34 @@ private:
         const std::size_t length = at - start;
         if (isSpace(byteAt(at)))
             ++at;
-        return {Text, start, length, {}};
+        return {' ', start, length, {}};
     }
 
     // The attributes. `isOpen` tells whether there is content behind the tag.
     bool tag(SXml& node, bool& isOpen)
     {
-        enum
-        {
-            Name,
-            EqualsSign,
-            Value_
-        } expected = Name;
+        char expected = 'n'; // a name, an equals sign or another name, a value
         for (;;)
         {
             const SToken found = token();
-            if (found.kind == End)
+            if (found.kind == '\0')
                 return (Error = node.isDeclaration ? Error : 1, false);
-            if (expected != Value_ && (found.kind == Close || found.kind == EmptyClose))
-                return (isOpen = found.kind == Close, true);
-            if (found.kind == Text && expected != Value_)
-                expected = EqualsSign;
-            else if (found.kind == Equals && expected == EqualsSign)
-                expected = Value_;
-            else if ((found.kind == Text || found.kind == Quoted) && expected == Value_)
+            if (expected != 'v' && (found.kind == '>' || found.kind == 'e'))
+                return (isOpen = found.kind == '>', true);
+            if (found.kind == ' ' && expected != 'v')
+                expected = '=';
+            else if (found.kind == '=' && expected == '=')
+                expected = 'v';
+            else if ((found.kind == ' ' || found.kind == 'q') && expected == 'v')
             {
                 std::string raw = text.substr(found.start, found.length), decoded;
                 if (node.isDeclaration && !raw.empty() && raw.back() == '?')
                     raw.pop_back();
-                if (found.kind == Quoted)
+                if (found.kind == 'q')
                     raw = raw.substr(1, raw.size() - 2);
                 if (!decode(raw, decoded))
                     return false;
-                expected = Name;
+                expected = 'n';
             }
             else
                 return fail(9);
@@ -255,9 +236,9 @@ private:
         {
             const SToken found = token();
             const std::size_t from = std::exchange(pending, std::string::npos);
-            if (found.kind == End)
+            if (found.kind == '\0')
                 return (Error = node.isDeclaration || node.isDocument ? Error : 1, false);
-            if (found.kind != Open && found.kind != Declaration && found.kind != EndOpen && found.kind != Clear)
+            if (found.kind != '<' && found.kind != '?' && found.kind != '/' && found.kind != '!')
             {
                 pending = from == std::string::npos ? found.start : from;
                 continue;
@@ -267,11 +248,11 @@ private:
                 std::string raw = text.substr(from, found.start - from), decoded;
                 while (isSpace(raw.back()))
                     raw.pop_back();
-                if (found.kind != Clear && !decode(raw, decoded))
+                if (found.kind != '!' && !decode(raw, decoded))
                     return false;
-                node.texts.push_back(UpToNul(found.kind == Clear ? raw : decoded));
+                node.texts.push_back(UpToNul(found.kind == '!' ? raw : decoded));
             }
-            if (found.kind == Clear)
+            if (found.kind == '!')
             {
                 const std::size_t end = text.find(found.clearEnd, at);
                 if (end == std::string::npos)
@@ -279,9 +260,9 @@ private:
                 node.clears.push_back(text.substr(at, end - at));
                 at = end + found.clearEnd.size();
             }
-            else if (found.kind == EndOpen)
+            else if (found.kind == '/')
                 return endTag(node);
-            else if (!child(node, found.kind == Declaration))
+            else if (!child(node, found.kind == '?'))
                 return false;
             else if (endTagAt != std::string::npos)
             {
@@ -297,7 +278,7 @@ private:
     bool child(SXml& node, bool isDeclaration)
     {
         const SToken name = token();
-        if (name.kind != Text)
+        if (name.kind != ' ')
             return fail(4);
         int& level = isDeclaration ? declarations : elements;
         if (++level > MostLevels)
@@ -313,7 +294,7 @@ private:
     bool endTag(SXml& node)
     {
         const SToken name = token();
-        if (name.kind != Text || token().kind != Close)
+        if (name.kind != ' ' || token().kind != '>')
             return fail(5);
         endTagAt = name.start;
         if (!node.isDocument && fits(node))
@@ -441,39 +422,19 @@ private:
         return isElement ? text : trimmed(text);
     }
 
-    // A bool or date field is the first text alone, as it stands.
-    static std::string exactText(const SXml& node, bool isElement)
+    template <class T>
+    static bool convert(const SXml& node, bool isElement, T& value)
     {
-        return isElement ? textOf(node, true) : node.texts.empty() ? "" : node.texts[0];
-    }
-
-    static bool convert(const SXml& node, bool isElement, bool& value)
-    {
-        const std::string text = exactText(node, isElement);
-        const bool isBool = text == "true" || text == "false";
-        value = isBool ? text == "true" : value;
-        return isBool;
-    }
-    static bool convert(const SXml& node, bool isElement, SDate& value)
-    {
-        value = ToDate(exactText(node, isElement), "CbDateTime::CbDateTime");
-        return true;
-    }
-    static bool convert(const SXml& node, bool isElement, std::string& value)
-    {
-        value = textOf(node, isElement);
-        return true;
-    }
-    static bool convert(const SXml& node, bool isElement, std::wstring& value)
-    {
-        value = FromUtf8(textOf(node, isElement));
-        return true;
-    }
-    template <class Number>
-    static bool convert(const SXml& node, bool isElement, Number& value)
-    {
-        Convert(textOf(node, isElement), value);
-        return true;
+        constexpr bool isExact = std::is_same_v<T, bool> || std::is_same_v<T, SDate>; // a field's first text alone
+        const std::string first = node.texts.empty() ? "" : node.texts[0];
+        const std::string text = isExact && !isElement ? first : textOf(node, isElement);
+        if constexpr (std::is_same_v<T, bool>)
+            value = text == "true" || (value && text != "false");
+        else if constexpr (std::is_same_v<T, SDate>)
+            value = ToDate(text, "CbDateTime::CbDateTime");
+        else
+            Convert(text, value);
+        return !std::is_same_v<T, bool> || text == "true" || text == "false";
     }
 
     std::vector<Element> children;

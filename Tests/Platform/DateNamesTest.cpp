@@ -37,7 +37,7 @@ TEST(DateNames, FirstVariableThatIsSetDecidesTheLanguageWhateverLocaleTheProgram
     const CEnvironment language("LANG", "de_DE.UTF-8");
     const CEnvironment time("LC_TIME", nullptr);
     const CEnvironment all("LC_ALL", ""); // empty is not set
-    EXPECT_STREQ(std::setlocale(LC_TIME, nullptr), "C");
+    const std::string before = std::setlocale(LC_ALL, nullptr);
     EXPECT_EQ(AllNames(),
               L"Montag Dienstag Mittwoch Donnerstag Freitag Samstag Sonntag Januar Jan Februar Feb M\u00E4rz "
               L"M\u00E4r April Apr Mai Mai Juni Jun Juli Jul August Aug September Sep Oktober Okt "
@@ -56,6 +56,7 @@ TEST(DateNames, FirstVariableThatIsSetDecidesTheLanguageWhateverLocaleTheProgram
     }
     const CEnvironment missing("LC_ALL", "xx_YY.UTF-8");
     EXPECT_EQ(AllNames(), EnglishNames);
+    EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
 }
 
 TEST(DateNames, RefusesADateThatIsNoneAndLeavesTheNameAlone)

@@ -1,8 +1,10 @@
 #include "Support/FailEachAllocation.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <limits>
+#include <malloc.h>
 #include <new>
 
 namespace
@@ -14,6 +16,8 @@ thread_local std::uint64_t allocationsLeft = Never; // how many succeed until on
 thread_local bool hasFailed = false;
 thread_local std::uint64_t countedCalls = 0;
 thread_local std::uint64_t countedBytes = 0;
+thread_local std::int64_t bytesInUse = 0; // below 0 where what is freed was there before
+thread_local std::int64_t mostInUse = 0;
 
 bool FailsNow()
 {
@@ -30,9 +34,18 @@ void* Allocate(std::size_t size, std::size_t alignment)
     countedBytes += size;
     if (FailsNow())
         return nullptr;
-    if (alignment <= alignof(std::max_align_t))
-        return std::malloc(size == 0 ? 1 : size);
-    return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
+    void* const block = alignment <= alignof(std::max_align_t)
+                            ? std::malloc(size == 0 ? 1 : size)
+                            : std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
+    bytesInUse += static_cast<std::int64_t>(::malloc_usable_size(block));
+    mostInUse = std::max(mostInUse, bytesInUse);
+    return block;
+}
+
+void Free(void* block)
+{
+    bytesInUse -= static_cast<std::int64_t>(::malloc_usable_size(block));
+    std::free(block);
 }
 
 void* AllocateOrThrow(std::size_t size, std::size_t alignment)
@@ -54,14 +67,14 @@ void* operator new[](std::size_t size, std::align_val_t a)
 }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size, 1); }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size, 1); }
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete[](void* block) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t) noexcept { std::free(block); }
-void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
-void operator delete(void* block, std::align_val_t) noexcept { std::free(block); }
-void operator delete[](void* block, std::align_val_t) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t, std::align_val_t) noexcept { std::free(block); }
-void operator delete[](void* block, std::size_t, std::align_val_t) noexcept { std::free(block); }
+void operator delete(void* block) noexcept { Free(block); }
+void operator delete[](void* block) noexcept { Free(block); }
+void operator delete(void* block, std::size_t) noexcept { Free(block); }
+void operator delete[](void* block, std::size_t) noexcept { Free(block); }
+void operator delete(void* block, std::align_val_t) noexcept { Free(block); }
+void operator delete[](void* block, std::align_val_t) noexcept { Free(block); }
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept { Free(block); }
+void operator delete[](void* block, std::size_t, std::align_val_t) noexcept { Free(block); }
 
 namespace Support
 {
@@ -86,9 +99,16 @@ CAllocationCounter::CAllocationCounter()
 {
     countedCalls = 0;
     countedBytes = 0;
+    bytesInUse = 0;
+    mostInUse = 0;
 }
 
 std::uint64_t CAllocationCounter::GetCount() const { return countedCalls; }
 std::uint64_t CAllocationCounter::GetBytes() const { return countedBytes; }
+std::uint64_t CAllocationCounter::GetPeak() const { return static_cast<std::uint64_t>(mostInUse); }
+std::uint64_t CAllocationCounter::GetFreed() const
+{
+    return static_cast<std::uint64_t>(std::max<std::int64_t>(-bytesInUse, 0));
+}
 
 } // namespace Support

@@ -3,39 +3,49 @@
 #include <locale.h>
 #include <locale>
 #include <stdexcept>
+#include <string>
 
 namespace Support
 {
 
-// A locale with decimal comma and grouped digits is in force for the calling thread, for as long as this lives.
-class CGermanThread
+// A locale is in force for the calling thread, for as long as this lives.
+class CThreadLocale
 {
 public:
-    CGermanThread() = default;
-    ~CGermanThread()
+    explicit CThreadLocale(const char* name) : locale(::newlocale(LC_ALL_MASK, name, nullptr))
+    {
+        if (locale == nullptr)
+            throw std::runtime_error(std::string("no locale ") + name + ": ctest tells where it is, by LOCPATH");
+        before = ::uselocale(locale);
+    }
+    ~CThreadLocale()
     {
         ::uselocale(before);
-        ::freelocale(german);
+        ::freelocale(locale);
     }
-    CGermanThread(const CGermanThread&) = delete;
-    CGermanThread& operator=(const CGermanThread&) = delete;
+    CThreadLocale(const CThreadLocale&) = delete;
+    CThreadLocale& operator=(const CThreadLocale&) = delete;
 
-    bool IsInForce() const { return ::uselocale(nullptr) == german; }
+    bool IsInForce() const { return ::uselocale(nullptr) == locale; }
 
 private:
-    static locale_t make()
-    {
-        const locale_t made = ::newlocale(LC_ALL_MASK, "de_DE.UTF-8", nullptr);
-        if (made == nullptr)
-            throw std::runtime_error("no locale de_DE.UTF-8: ctest tells where it is, by LOCPATH");
-        return made;
-    }
-
-    locale_t german = make();
-    locale_t before = ::uselocale(german);
+    locale_t locale;
+    locale_t before{};
 };
 
-// The same for the C++ library and for the process.
+// ... one with decimal comma and grouped digits ...
+struct CGermanThread : CThreadLocale
+{
+    CGermanThread() : CThreadLocale("de_DE.UTF-8") {}
+};
+
+// ... and that of C.
+struct CCThread : CThreadLocale
+{
+    CCThread() : CThreadLocale("C") {}
+};
+
+// The German one for the C++ library and for the process.
 class CGermanProcess
 {
 public:

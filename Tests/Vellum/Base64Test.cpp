@@ -62,33 +62,6 @@ TEST(Base64, DecodingNothingOrIntoTooLittleIsRefused)
     EXPECT_STREQ(out, "Ayz");
 }
 
-TEST(Base64, BytesOfEverySizeComeBack)
-{
-    std::mt19937 random(64);
-    for (std::size_t size = 1; size < 400; ++size)
-    {
-        std::string data(size, '\0');
-        for (char& byte : data)
-            byte = static_cast<char>(random());
-        std::string text = Base64::Encode(data, true);
-        ASSERT_EQ(Decoded(text), data);
-        for (std::size_t at = 72; at < text.size(); at += 72)
-            text.erase(text.begin() + static_cast<std::ptrdiff_t>(at)); // the line feed
-        ASSERT_EQ(text, Base64::Encode(data, false));
-        ASSERT_EQ(text.size(), (size + 2) / 3 * 4);
-        ASSERT_EQ(Decoded(text), data);
-    }
-}
-
-TEST(Base64, LinesHave72CharactersFromWholeBytes)
-{
-    const std::string line = std::string(72, 'A') + "\n";
-    for (const auto& [size, text] :
-         {std::pair(53, std::string(71, 'A') + "="), {54, line}, {55, line + "AA=="}, {108, line + line}})
-        EXPECT_EQ(Base64::Encode(std::string(static_cast<std::size_t>(size), '\0'), true), text);
-    EXPECT_EQ(Base64::Encode(std::string(108, '\0'), false), std::string(144, 'A'));
-}
-
 TEST(Base64, TextIsMadeInOneAllocationOrRefusedInTheNameOfEncode)
 {
     const std::string data(1000, 'x');

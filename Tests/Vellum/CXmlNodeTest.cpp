@@ -61,8 +61,13 @@ TEST(CXmlNode, FindsTheFirstChildOfANameWithoutRegardToCase)
         for (unsigned i = 0; i < count; ++i)
             EXPECT_EQ(node.GetChild(("Key" + std::to_string(i)).c_str()).GetName(), "KEY" + std::to_string(i));
         EXPECT_EQ(node.GetChild("SAME").GetName(), node.GetChild(2u).GetName());
-        for (const char* absent : {"", "ke", "key", "key00", "other"})
+        AddChild(node, "liquid"); // of the same hash as the first of these
+        for (const char* absent : {"costarring", "", "ke", "key", "key00", "other"})
             EXPECT_TRUE(node.GetChild(absent).IsEmpty()) << absent;
+        for (const char* added : {"zinke", "altarage", "COSTARRING"})
+            AddChild(node, added);
+        for (const char* added : {"zinke", "altarage", "costarring", "liquid"})
+            EXPECT_EQ(std::tolower(*node.GetChild(added).GetName()), *added);
         AddChild(node, "late"); // an index made before doesn't hide it
         EXPECT_STREQ(node.GetChild("LATE").GetName(), "late");
     }

@@ -27,6 +27,7 @@ void ExpectWhatPrintfGives(double value)
 
 TEST(RealText, IsWhatPrintfGives)
 {
+    const CCThread point;
     using Limits = std::numeric_limits<double>;
     for (const double value :
          {0.0, -0.0, 100.0, 0.1, 1e-4, 1e-5, 123456789.0, 1234567890.0, 1e16, 1e17, 9.9999e-5, 5e-324, Limits::min(),

@@ -1,6 +1,8 @@
 #include "Vellum/src/XmlParser.h"
 
 #include <set>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include "Support/Testing.h"
 
@@ -82,7 +84,8 @@ const STree Trees[] = {
     {"<a b>", "a(@b)", Vellum::XmlElementNotClosed},
     {"<a b c=1 d='2' e=\"3\"/>", "a(@b @c=1 @d=2 @e=3)"},
     {"<a b = c/d x=y/>", "a(@b=c/d @x=y)"},
-    {"<a b='&lt;&#37;\"' c=''/>", "a(@b=<%\" @c=)"},
+    {"<a b='&lt;&#37;\"' c='' d=\"'\"/>", "a(@b=<%\" @c= @d=')"},
+    {"<a b='1 c=2/>", "a(@b='1 @c=2)"},
     {"<a b=c'd e/>", "a(@b=c'd @e)"},
     {"<a? b?/>", "a?(@b?)"},
     {"<a b=\"1", "a(@b=\"1)", Vellum::XmlElementNotClosed}, // a quote without its partner is a letter
@@ -92,6 +95,7 @@ const STree Trees[] = {
     {"<a><b>text</a>", "a(b('text'))", Vellum::XmlElementNotClosed},
     {"<a><b><c>x</a><d/>", "*(a(b(c('x'))) d())", Vellum::XmlElementNotClosed},
     {"<a/></x>y", "a()", Vellum::XmlElementNotClosed},
+    {"<a></a/b>", "a()"}, // the name ends where a tag could
     {"<ab>x</ab\n><c/>", "*(ab('x') c())"},
     {"<a>x", "a()", Vellum::XmlElementNotClosed},
     {"<a>< /b></ /b></a>", "a(/b())"}, // blanks may stand in front of a name, and names aren't checked
@@ -106,6 +110,7 @@ const STree Trees[] = {
     {"<a>\"x<b/>\"</a>", "a('\"x' b() '\"')"},
     {"<a>&#10; x &#10;</a>", "a('\n x \n')"},
     {"<a>1 &lt; 2 &AMP; &Quot;&apos;&GT;</a>", "a('1 < 2 & \"'>')"},
+    {"<a>&#xFf;&#x4A;&#X4a;&#xC4;</a>", "a('\xFFJJ\xC4')"},
     {"<a>&#37;&#x41;&#X4a;&#300;&#99999999999999999999999999999999999999;</a>", "a('%AJ,\xFF')"},
     {"<a>x&#0;y&#;</a>", "a('x')"},
     {"<a>\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80</a>", "a('\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80')"},
@@ -125,6 +130,7 @@ const STree Trees[] = {
     {"<a><![cdata[ <b>&]] ]]></a>", "a(<![CDATA[{ <b>&]] })"},
     {"<a>x &amp; <![CDATA[y]]></a>", "a('x &amp;' <![CDATA[{y})"},
     {"<a>x & <!--y--></a>", "a('x &' <!--{y})"},
+    {"<a><![CDATA[1]]><!--2--><![CDATA[3]]>4</a>", "a(<![CDATA[{1} <!--{2} <![CDATA[{3} '4')"},
     {"<a><PRE>x<b></PRE><script>y</Script></a>", "a(<PRE>{x<b>} <Script>{y})"},
     {"<prefix/><pre a='1'></pre>", "*(prefix() pre(@a=1))"},
     {"<!doctypes x><a/>", "*(<!DOCTYPE{s x} a())"},
@@ -140,6 +146,8 @@ const SRejected RejectedTexts[] = {
     {"<a></>", Vellum::XmlBadEndTag, 5},
     {"<a></a", Vellum::XmlBadEndTag, 6},
     {"<a></a b>", Vellum::XmlBadEndTag, 7},
+    {"<a></a/>", Vellum::XmlBadEndTag, 6},
+    {"<a b='1<2'>", Vellum::XmlUnexpectedToken, 7},
     {"<a></b></a>", Vellum::XmlStrayEndTag, 5},
     {"<ab>x</a>", Vellum::XmlStrayEndTag, 7},
     {"<a>x</ab>", Vellum::XmlStrayEndTag, 6},
@@ -208,6 +216,31 @@ std::string Repeat(std::string_view piece, std::size_t count)
     while (count-- != 0)
         text += piece;
     return text;
+}
+
+// One memory of 64 MiB, mapped again and again, is the text.
+TEST(XmlParser, TextsOfTwoGigabytesAreRefused)
+{
+    constexpr std::size_t Block = 64 << 20, Size = std::size_t{1} << 31;
+    const int file = ::memfd_create("text", 0);
+    ASSERT_EQ(::ftruncate(file, Block), 0);
+    void* const room = ::mmap(nullptr, Size + 1, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    ASSERT_NE(room, MAP_FAILED);
+    char* const text = static_cast<char*>(room);
+    const auto map = [&](std::size_t at, int protection)
+    { return ::mmap(text + at, Block, protection, MAP_SHARED | MAP_FIXED, file, 0); };
+    ASSERT_NE(map(0, PROT_READ | PROT_WRITE), MAP_FAILED);
+    std::fill_n(text, Block, '<'); // is wrong at once
+    for (std::size_t at = Block; at < Size; at += Block)
+        ASSERT_NE(map(at, PROT_READ), MAP_FAILED);
+
+    Vellum::SXmlParseOutcome outcome{};
+    EXPECT_TRUE(Vellum::ParseXmlText(text, &outcome).IsEmpty());
+    EXPECT_EQ(outcome.error, Vellum::XmlTextTooLong);
+    EXPECT_TRUE(Vellum::ParseXmlText(text + 1, &outcome).IsEmpty());
+    EXPECT_EQ(outcome.error, Vellum::XmlNoElementName);
+    ::munmap(room, Size + 1);
+    ::close(file);
 }
 
 TEST(XmlParser, ElementsAndDeclarationsNestAsDeepAsTheLimit)

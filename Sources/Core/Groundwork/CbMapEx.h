@@ -1,15 +1,16 @@
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <functional>
 #include <iterator>
 #include <limits>
-#include <map>
 #include <memory>
 #include <new>
 #include <utility>
 
+#include "Groundwork/CbMapIndex.h"
 #include "Groundwork/CbMapPolicyPlexManager.h"
 #include "Groundwork/CbMapTypes.h"
 
@@ -23,16 +24,18 @@
 //          are those of CbMapTypes::SKeyTraits.
 // Memory   Nodes come from a CbPlexManager and never move: a pointer from Find or FindOrInsert is good for the life of
 //          the table. There is no erase. A new table has allocated nothing, and a table of few nodes has no array of
-//          buckets: its ordered list is walked instead, which gives the same order. A table in which a walk gets long
-//          is given an index; that takes keys that somebody has chosen, and they gain nothing: every operation stays
-//          logarithmic.
+//          buckets: its ordered list is walked instead, which gives the same order.
+// Time     A table in which keys are found by longer walks than chance makes them, here and there or on the whole, is
+//          given an index. That takes keys that somebody has chosen, and they gain nothing. The list of all nodes is
+//          put together when somebody asks for its first one, once after any number of insertions; that takes a look at
+//          each bucket.
 // Errors   CbExceptionContainer when a block of nodes can't be had, std::bad_alloc when the buckets can't. A table
 //          that couldn't double its buckets has the new node and stays in use; any other failed insertion changes
 //          nothing.
 // Threads  A table belongs to one thread at a time; tables that share a pool belong to one thread together.
 //
 // Between operations:
-//  1. From `first`, `next` visits every node once: buckets upwards, each chain head to tail.
+//  1. From GetFirst, `next` visits every node once: buckets upwards, each chain head to tail.
 //  2. A node lies in the chain of bucket `hash & mask`. New nodes go to the head; a rehash turns chains round.
 //  3. count * 4 < bucketCount * 3, but for a table that couldn't double.
 template <class Key, class Value, int Reserved = 0, class Hash = std::hash<Key>, class Equal = std::equal_to<Key>,
@@ -42,6 +45,7 @@ class CbMapEx : public Policy<CbMapEx<Key, Value, Reserved, Hash, Equal, Policy>
 {
     using Base = Policy<CbMapEx, CbMapTypes::SAssociation<Key, Value>, 0, 0, unsigned int>;
     using Traits = CbMapTypes::SKeyTraits<Key>;
+    using Index = CbMapIndex<Traits, CbMapTypes::SAssociation<Key, Value>>;
 
 public:
     // A node: key, value and the way to the next. Owned by the table.
@@ -74,7 +78,12 @@ public:
     std::uint32_t GetBucketCount() const { return bucketCount; }
 
     // The first node in the order of iteration, null in an empty table. The others follow along `next`.
-    SAssociation* GetFirst() const { return first; }
+    SAssociation* GetFirst() const
+    {
+        if (!isLinked)
+            linkChains();
+        return first;
+    }
 
     // The node of a key, or null when the key isn't there. Text keys may also be given as const char*, up to the first
     // NUL.
@@ -98,14 +107,14 @@ public:
             return {found, false};
         if (buckets == nullptr && count >= MaxListLength())
             makeBuckets();
-        SAssociation* const before = buckets == nullptr ? nullptr : findBefore(hash, steps);
-        if (steps > MaxSteps && index == nullptr)
-            makeIndex();
+        noteWalk(steps);
         SAssociation* const node = makeNode(key, hash, std::forward<Arguments>(arguments)...);
         if (buckets == nullptr)
             linkIntoList(*node);
         else
-            linkIntoBuckets(*node, before);
+            linkIntoBucket(*node);
+        if (index != nullptr)
+            index->Enter(*node);
         ++count;
         if (count * 4 >= bucketCount * 3)
             rehash();
@@ -119,20 +128,16 @@ public:
         index.reset();
         buckets.reset();
         first = nullptr;
+        isLinked = true;
         count = 0;
+        walked = 0;
         bucketCount = DefaultBucketCount;
     }
 
 private:
-    // What takes the place of walks in a table whose keys were chosen to make walks long.
-    struct SIndex
-    {
-        std::map<KeyView, SAssociation*> nodes;
-        std::map<std::uint32_t, SAssociation*> tails; // the last node of each bucket that holds any
-    };
-
-    // No walk gets as long by chance.
-    static constexpr std::uint32_t MaxSteps = 256;
+    // No walk gets as long by chance, and no insertions into a table as large on the average.
+    static constexpr std::uint32_t MaxWalk = 32;
+    static constexpr std::uint32_t MaxAverageWalk = 2;
 
     static std::uint32_t RoundDown(std::uint32_t count) { return count == 0 ? 1 : std::bit_floor(count); }
 
@@ -147,10 +152,7 @@ private:
     SAssociation* find(const KeyView& key, std::uint64_t hash, std::uint32_t& steps) const
     {
         if (index != nullptr)
-        {
-            const auto found = index->nodes.find(key);
-            return found == index->nodes.end() ? nullptr : found->second;
-        }
+            return index->Find(key, hash);
         const bool isList = buckets == nullptr;
         SAssociation* node = isList ? first : buckets[static_cast<std::uint32_t>(hash) & (bucketCount - 1)];
         for (; node != nullptr && !Traits::Equal(node->hash, node->key, hash, key); ++steps)
@@ -162,19 +164,14 @@ private:
     SAssociation* makeNode(const KeyView& key, std::uint64_t hash, Arguments&&... arguments)
     {
         SAssociation* const storage = this->getPool().getFreeElement();
-        SAssociation* node = nullptr;
         try
         {
-            node = std::construct_at(storage, key, std::forward<Arguments>(arguments)...);
+            SAssociation* const node = std::construct_at(storage, key, std::forward<Arguments>(arguments)...);
             node->hash = hash;
-            if (index != nullptr)
-                enter(*index, *node, bucketCount);
             return node;
         }
         catch (...)
         {
-            if (node != nullptr)
-                std::destroy_at(node);
             this->getPool().recycleElement(storage);
             throw;
         }
@@ -192,58 +189,50 @@ private:
         *link = &node;
     }
 
-    void linkIntoBuckets(SAssociation& node, SAssociation* before)
+    void linkIntoBucket(SAssociation& node)
     {
-        SAssociation*& link = before == nullptr ? first : before->next;
-        node.next = link;
-        link = &node;
         SAssociation*& head = buckets[bucketOf(node)];
         node.bucketNext = head;
         head = &node;
+        isLinked = false;
     }
 
-    // The node that a new one of that hash follows: the last of the nearest lower bucket that holds any. Null if the
-    // new one is the first of all.
-    SAssociation* findBefore(std::uint64_t hash, std::uint32_t& steps) const
+    // Called before a new node is made, with the steps that its key was looked for in vain. There is an index with room
+    // for the node afterwards, or no need for one.
+    void noteWalk(std::uint32_t steps)
     {
-        std::uint32_t bucket = static_cast<std::uint32_t>(hash) & (bucketCount - 1);
-        if (first == nullptr || bucketOf(*first) >= bucket)
-            return nullptr;
         if (index != nullptr)
-            return std::prev(index->tails.lower_bound(bucket))->second;
-        do
-            ++steps;
-        while (buckets[--bucket] == nullptr);
-        SAssociation* tail = buckets[bucket];
-        for (; tail->bucketNext != nullptr; ++steps)
-            tail = tail->bucketNext;
-        return tail;
+            return index->Reserve(count + 1);
+        walked += steps;
+        if (steps <= MaxWalk && walked <= MaxWalk * MaxWalk + std::uint64_t{MaxAverageWalk} * count)
+            return;
+        index = std::make_unique<Index>(count + 1);
+        forEachNode([&](SAssociation& node) { index->Enter(node); });
     }
 
-    void makeIndex()
+    // Visits all nodes, those of one chain from head to tail. What is called may do with its node as it likes. Several
+    // chains are followed at once, so that the processor needn't wait for the memory of one node after the other.
+    template <class Visit>
+    void forEachNode(const Visit& visit) const
     {
-        auto made = std::make_unique<SIndex>();
-        for (std::uint32_t bucket = 0; bucket < bucketCount; ++bucket)
-            for (SAssociation* node = buckets[bucket]; node != nullptr; node = node->bucketNext)
+        const auto pass = [&](SAssociation*& node, SAssociation* following) { visit(*std::exchange(node, following)); };
+        if (buckets == nullptr)
+            for (SAssociation* node = first; node != nullptr;)
+                pass(node, node->next);
+        std::array<SAssociation*, 8> lanes{};
+        bool isDone = buckets == nullptr;
+        for (std::uint32_t bucket = 0; !isDone;)
+        {
+            isDone = true;
+            for (SAssociation*& node : lanes)
             {
-                made->nodes.emplace(node->key, node);
-                made->tails.insert_or_assign(bucket, node);
+                while (node == nullptr && bucket < bucketCount)
+                    node = buckets[bucket++];
+                if (node == nullptr)
+                    continue;
+                isDone = false;
+                pass(node, node->bucketNext);
             }
-        index = std::move(made);
-    }
-
-    // Both or none. A bucket's first node to come stays its last.
-    static void enter(SIndex& index, SAssociation& node, std::uint32_t bucketCount)
-    {
-        const auto entered = index.nodes.emplace(node.key, &node).first;
-        try
-        {
-            index.tails.emplace(static_cast<std::uint32_t>(node.hash) & (bucketCount - 1), &node);
-        }
-        catch (...)
-        {
-            index.nodes.erase(entered);
-            throw;
         }
     }
 
@@ -263,54 +252,51 @@ private:
             throw std::bad_array_new_length();
         const std::uint32_t newCount = std::bit_floor(bucketCount * 2);
         auto newBuckets = std::make_unique<SAssociation*[]>(newCount);
-        if (index != nullptr)
-        {
-            std::map<std::uint32_t, SAssociation*> tails; // the first to come to a bucket will be its last
-            for (SAssociation* node = first; node != nullptr; node = node->next)
-                tails.emplace(static_cast<std::uint32_t>(node->hash) & (newCount - 1), node);
-            index->tails = std::move(tails);
-        }
+        forEachNode(
+            [&](SAssociation& node)
+            {
+                SAssociation*& head = newBuckets[static_cast<std::uint32_t>(node.hash) & (newCount - 1)];
+                node.bucketNext = head;
+                head = &node;
+            });
         bucketCount = newCount;
         buckets = std::move(newBuckets);
-        for (SAssociation* node = first; node != nullptr;)
-        {
-            SAssociation* const next = node->next;
-            SAssociation*& head = buckets[bucketOf(*node)];
-            node->bucketNext = head;
-            head = node;
-            node = next;
-        }
-        linkChains();
+        isLinked = false;
+    }
+
+    // The first node in that bucket and those above.
+    SAssociation* firstFrom(std::uint32_t bucket) const
+    {
+        while (bucket < bucketCount && buckets[bucket] == nullptr)
+            ++bucket;
+        return bucket < bucketCount ? buckets[bucket] : nullptr;
     }
 
     // Makes one list of all chains, buckets upwards.
-    void linkChains()
+    void linkChains() const
     {
-        SAssociation** link = &first;
-        for (std::uint32_t bucket = 0; bucket < bucketCount; ++bucket)
-            for (SAssociation* node = buckets[bucket]; node != nullptr; node = node->bucketNext)
-            {
-                *link = node;
-                link = &node->next;
-            }
-        *link = nullptr;
+        first = firstFrom(0);
+        forEachNode([&](SAssociation& node)
+                    { node.next = node.bucketNext != nullptr ? node.bucketNext : firstFrom(bucketOf(node) + 1); });
+        isLinked = true;
     }
 
     void destroyNodes() noexcept
     {
-        for (SAssociation* node = first; node != nullptr;)
-        {
-            SAssociation* const next = node->next;
-            std::destroy_at(node);
-            if constexpr (Base::RecyclesNodes)
-                this->getPool().recycleElement(node);
-            node = next;
-        }
+        forEachNode(
+            [&](SAssociation& node)
+            {
+                std::destroy_at(&node);
+                if constexpr (Base::RecyclesNodes)
+                    this->getPool().recycleElement(&node);
+            });
     }
 
     std::unique_ptr<SAssociation*[]> buckets; // heads of the chains; null while the table is a list
-    std::unique_ptr<SIndex> index;            // null unless walks would be long
-    SAssociation* first = nullptr;            // head of the lowest bucket that holds a node
+    std::unique_ptr<Index> index;             // null unless walks would be long
+    mutable SAssociation* first = nullptr;    // head of the lowest bucket that holds a node, if all nodes are linked
+    mutable bool isLinked = true;             // always true while the table is a list
+    std::uint64_t walked = 0;                 // steps that all insertions have taken
     std::uint32_t count = 0;
     std::uint32_t bucketCount; // a power of two; the mask is one less
 };

@@ -18,6 +18,7 @@
 // Blocks   hold 128, 192, 288, 432, 648, 972, 1458, 2187, 3280 elements and so on: from the first size on, as often as
 //          there are blocks already, times 1.5 in single precision and truncated. One block's storage never exceeds
 //          0xFFFFFFFF bytes; a larger one is cut into several. A new pool has allocated nothing.
+//          Elements are aligned to 8 bytes at least.
 // Order    Within a block the last element is handed out first. Nothing depends on that, nor on addresses.
 // Errors   CbExceptionContainer with the full name of getFreeElement when a block can't be had. The block stays
 //          counted, so that the next attempt asks for the next size.
@@ -83,9 +84,9 @@ private:
     union SSlot
     {
         SSlot* next;
-        alignas(Element) std::byte storage[sizeof(Element)];
+        alignas(Element) alignas(8) std::byte storage[sizeof(Element)];
     };
-    static_assert(alignof(SSlot) >= 8 && sizeof(SSlot) <= 0xFFFFFFFFu);
+    static_assert(sizeof(SSlot) <= 0xFFFFFFFFu);
 
     struct SBlock
     {

@@ -14,7 +14,7 @@ constexpr std::uint32_t BufferSize = 0x10000;
 CbStreamReadBinaryFile::CbStreamReadBinaryFile(const std::wstring& fileName)
     : file(std::make_unique<Vellum::Platform::CFile>()), buffer(BufferSize)
 {
-    if (!file->OpenForReading(fileName))
+    if (!file->OpenForReading(fileName, Vellum::Platform::CFile::EPipes::Await))
         throw CbExceptionStream(__FILE__, __LINE__, "CbStreamReadBinaryFile::CbStreamReadBinaryFile");
 }
 

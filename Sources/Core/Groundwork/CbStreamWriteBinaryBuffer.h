@@ -33,6 +33,13 @@ public:
     const unsigned char* GetData() const noexcept { return bytes.GetData(); }
     std::uint32_t GetSize() const noexcept { return bytes.GetSize(); }
 
+    // Grows as one Write of `count` bytes would, for somebody who is about to write as many in pieces.
+    void MakeRoom(std::size_t count)
+    {
+        if (count > bytes.GetCapacity() - bytes.GetSize())
+            reserveGrowing(count);
+    }
+
     // Takes back what was written after the first `size` bytes. Nothing happens if there aren't that many.
     void Truncate(std::uint32_t size) { bytes.SetSize(std::min(size, bytes.GetSize())); }
 
@@ -76,6 +83,7 @@ private:
 
     // The rare case, kept out of the callers' code.
     void appendGrowing(const unsigned char* data, std::size_t count);
+    void reserveGrowing(std::size_t count);
 
     CbArray<unsigned char> bytes;
 };

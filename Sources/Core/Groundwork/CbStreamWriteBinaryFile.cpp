@@ -15,7 +15,7 @@ CbStreamWriteBinaryFile::CbStreamWriteBinaryFile(const std::wstring& fileName)
     : file(std::make_unique<Vellum::Platform::CFile>())
 {
     buffer.Reserve(BufferSize); // before the file is touched
-    if (!file->OpenForWriting(fileName))
+    if (!file->OpenForWriting(fileName, Vellum::Platform::CFile::EPipes::Await))
         throw CbExceptionStream(__FILE__, __LINE__, "CbStreamWriteBinaryFile::CbStreamWriteBinaryFile");
 }
 

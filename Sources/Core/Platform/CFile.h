@@ -15,7 +15,7 @@ namespace Vellum::Platform
 //          nobody else's. This binds whoever opens files through this class, in this process or another, on file
 //          systems that have locks. Pipes and devices are everybody's.
 // Names    UTF-16, one code unit in each element, up to the first NUL; see FilePath.h.
-// Threads  A file belongs to one thread at a time.
+// Threads  A file belongs to one thread at a time. A thread isn't cancelled inside.
 class CFile
 {
 public:
@@ -27,19 +27,29 @@ public:
     CFile& operator=(CFile&& other) noexcept;
     ~CFile();
 
+    // What becomes of a name that is a pipe's.
+    enum class EPipes
+    {
+        Refuse, // it can't be had, whoever has its other end open
+        Await   // it is opened once its other end is
+    };
+
     // Opens a file that exists and is no folder. False if that can't be had, or if someone writes the file. A file that
     // this object had open before is closed.
-    bool OpenForReading(const std::wstring& name);
+    bool OpenForReading(const std::wstring& name, EPipes pipes = EPipes::Refuse);
 
     // Opens a file that is created or emptied; it is no folder. False if that can't be had; if someone reads or writes
     // the file it stays as it was. A file that this object had open before is closed.
-    bool OpenForWriting(const std::wstring& name);
+    bool OpenForWriting(const std::wstring& name, EPipes pipes = EPipes::Refuse);
 
     // Whether the object has a file.
     bool IsOpen() const noexcept { return handle != NoHandle; }
 
     // In bytes; nothing if the system doesn't tell, as for a pipe.
     std::optional<std::uint64_t> GetSize() const noexcept;
+
+    // False if the file is known to have fewer than `count` bytes. Nothing is known of pipes and devices.
+    bool MayHold(std::uint64_t count) const noexcept;
 
     // Fills `count` bytes and returns how many there were: fewer than `count` only at the end of the file. Nothing if
     // the system fails to read. Interruptions and partial transfers are gone through, and there is no limit to `count`.
@@ -56,7 +66,7 @@ public:
 private:
     static constexpr std::intptr_t NoHandle = -1;
 
-    bool take(std::intptr_t opened) noexcept;
+    bool open(const std::wstring& name, bool writes, EPipes pipes);
 
     std::intptr_t handle = NoHandle; // the system's
 };

@@ -10,6 +10,10 @@ namespace Vellum::Platform
 // UTF-8 (RFC 3629) to UTF-16 and back. Wide text holds one UTF-16 code unit in each element, whatever the width of
 // wchar_t. Nothing is refused: what is ill-formed is replaced by U+FFFD. Only a failed allocation is raised.
 
+// Whether the bytes are UTF-8 that could be nothing else: well-formed, with at least one character beyond ASCII. Bytes
+// that end in the middle of a further character are.
+bool IsUtf8(std::string_view bytes);
+
 // Appends the UTF-16 units of the bytes. Each maximal ill-formed subsequence becomes one U+FFFD, as Unicode recommends:
 // the lone byte E4 gives one, the three bytes ED A0 BD give three.
 void AppendUtf16(std::wstring& text, std::string_view utf8);

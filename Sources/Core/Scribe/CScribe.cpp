@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Platform/ForcedUnwind.h"
 #include "Platform/StandardError.h"
 #include "Platform/Utf8.h"
 
@@ -103,6 +104,7 @@ void SetSink(Sink sink)
 
 void CScribe::Error(const char* file, int line, const char* function, const wchar_t* text, ...) const noexcept
 {
+    const Vellum::Platform::CNoCancellation scope; // sinks write
     try
     {
         std::array<wchar_t, 1024> message{};

@@ -45,7 +45,8 @@ public:
     CScribe& operator=(const CScribe&) = delete;
 
     // Records one error with its origin. The text is a format as for vswprintf, the arguments behind it are its own;
-    // an entry's text ends after 1023 characters.
+    // an entry's text ends after 1023 characters. Narrow
+    // arguments (%s) are decoded in the locale of the thread, wide ones (%ls) need none.
     void Error(const char* file, int line, const char* function, const wchar_t* text, ...) const noexcept;
 
 private:

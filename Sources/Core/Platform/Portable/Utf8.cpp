@@ -57,25 +57,47 @@ SLead ClassifyLead(unsigned char lead)
     return {0, 0};
 }
 
-// Takes one character that isn't ASCII, or one maximal ill-formed subsequence, from the front.
-std::uint32_t TakeCodePoint(std::string_view& bytes)
+enum class EForm
+{
+    Whole,
+    CutOff, // by the end of the bytes
+    IllFormed
+};
+
+// One character that isn't ASCII, or one maximal ill-formed subsequence.
+struct SSequence
+{
+    EForm form;
+    std::size_t size;        // in bytes
+    std::uint32_t codePoint; // of a whole one
+};
+
+// The sequence in front.
+SSequence FindSequence(std::string_view bytes)
 {
     const SLead lead = ClassifyLead(static_cast<unsigned char>(bytes.front()));
     std::uint32_t codePoint = lead.bits;
-    std::size_t taken = 1;
+    std::size_t size = 1;
     unsigned char lowest = lead.lowest;
     unsigned char highest = lead.highest;
-    for (; taken <= lead.following && taken < bytes.size(); ++taken)
+    for (; size <= lead.following && size < bytes.size(); ++size)
     {
-        const auto byte = static_cast<unsigned char>(bytes[taken]);
+        const auto byte = static_cast<unsigned char>(bytes[size]);
         if (byte < lowest || byte > highest)
-            break;
+            return {EForm::IllFormed, size, 0};
         codePoint = (codePoint << 6) | (byte & 0x3Fu);
         lowest = 0x80;
         highest = 0xBF;
     }
-    bytes.remove_prefix(taken);
-    return lead.following != 0 && taken == lead.following + 1 ? codePoint : ReplacementCharacter;
+    const bool isWhole = size == lead.following + 1;
+    return {lead.following == 0 ? EForm::IllFormed : isWhole ? EForm::Whole : EForm::CutOff, size, codePoint};
+}
+
+std::uint32_t TakeCodePoint(std::string_view& bytes)
+{
+    const SSequence sequence = FindSequence(bytes);
+    bytes.remove_prefix(sequence.size);
+    return sequence.form == EForm::Whole ? sequence.codePoint : ReplacementCharacter;
 }
 
 constexpr std::size_t LongestCharacter = 4;
@@ -110,6 +132,20 @@ std::size_t Encode(char* to, char32_t codePoint)
 }
 
 } // namespace
+
+bool IsUtf8(std::string_view bytes)
+{
+    bool isBeyondAscii = false;
+    for (bytes.remove_prefix(CountAscii(bytes)); !bytes.empty(); bytes.remove_prefix(CountAscii(bytes)))
+    {
+        const SSequence sequence = FindSequence(bytes);
+        if (sequence.form != EForm::Whole)
+            return isBeyondAscii && sequence.form == EForm::CutOff;
+        isBeyondAscii = true;
+        bytes.remove_prefix(sequence.size);
+    }
+    return isBeyondAscii;
+}
 
 void AppendUtf16(std::wstring& text, std::string_view utf8)
 {

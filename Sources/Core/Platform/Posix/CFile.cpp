@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "Platform/FilePath.h"
+#include "Platform/ForcedUnwind.h"
 #include "Platform/Posix/Descriptor.h"
 
 namespace Vellum::Platform
@@ -21,26 +22,38 @@ namespace
 
 int Descriptor(std::intptr_t handle) noexcept { return static_cast<int>(handle); }
 
-int Open(const std::wstring& name, int flags)
+int Open(const std::wstring& name, int flags, CFile::EPipes pipes)
 {
     const std::filesystem::path path = ToFilePath(name);
-    return Resume([&] { return ::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, 0666); });
+    const auto open = [&](int waiting)
+    { return Resume([&] { return ::open(path.c_str(), flags | waiting | O_CLOEXEC | O_NOCTTY, 0666); }); };
+    const int descriptor = open(pipes == CFile::EPipes::Await ? 0 : O_NONBLOCK);
+    // Somebody who has a lease of the file returns it to whoever waits. Only a regular file can be leased.
+    return descriptor == -1 && errno == EWOULDBLOCK ? open(0) : descriptor;
 }
 
-bool IsFolder(const struct stat& status) noexcept { return S_ISDIR(status.st_mode); }
+// From here on, reading and writing wait.
+bool Wait(int descriptor) noexcept { return ::fcntl(descriptor, F_SETFL, 0) == 0; }
 
-// False if someone else's lock forbids this one. A file system without locks forbids nothing. Devices and pipes are
-// there to be shared.
-bool Lock(int descriptor, const struct stat& status, int kind) noexcept
+// False if someone else's lock forbids this one. A file system without locks forbids nothing.
+bool Lock(int descriptor, int kind) noexcept
 {
-    return !S_ISREG(status.st_mode) || Resume([&] { return ::flock(descriptor, kind | LOCK_NB); }) == 0 ||
-           errno != EWOULDBLOCK;
+    return Resume([&] { return ::flock(descriptor, kind | LOCK_NB); }) == 0 || errno != EWOULDBLOCK;
 }
 
-// They have nothing to empty either.
-bool Empty(int descriptor, const struct stat& status) noexcept
+bool Empty(int descriptor) noexcept
 {
-    return !S_ISREG(status.st_mode) || Resume([&] { return ::ftruncate(descriptor, 0); }) == 0;
+    return Resume([&] { return ::ftruncate(descriptor, 0); }) == 0;
+}
+
+// Devices and pipes are there to be shared, and have nothing to empty either.
+bool MakeReady(int descriptor, bool writes, CFile::EPipes pipes) noexcept
+{
+    struct stat status;
+    if (::fstat(descriptor, &status) != 0 || S_ISDIR(status.st_mode) ||
+        (S_ISFIFO(status.st_mode) && pipes == CFile::EPipes::Refuse) || !Wait(descriptor))
+        return false;
+    return !S_ISREG(status.st_mode) || (Lock(descriptor, writes ? LOCK_EX : LOCK_SH) && (!writes || Empty(descriptor)));
 }
 
 } // namespace
@@ -49,34 +62,16 @@ CFile::CFile(CFile&& other) noexcept : handle(std::exchange(other.handle, NoHand
 
 CFile& CFile::operator=(CFile&& other) noexcept
 {
-    take(std::exchange(other.handle, NoHandle));
+    const std::intptr_t taken = std::exchange(other.handle, NoHandle); // also from itself
+    Close();
+    handle = taken;
     return *this;
 }
 
 CFile::~CFile() { Close(); }
 
-bool CFile::OpenForReading(const std::wstring& name)
-{
-    struct stat status;
-    if (!take(Open(name, O_RDONLY)))
-        return false;
-    if (::fstat(Descriptor(handle), &status) == 0 && !IsFolder(status) && Lock(Descriptor(handle), status, LOCK_SH))
-        return true;
-    Close();
-    return false;
-}
-
-bool CFile::OpenForWriting(const std::wstring& name)
-{
-    struct stat status;
-    if (!take(Open(name, O_WRONLY | O_CREAT))) // not O_TRUNC: first the lock, then the rest
-        return false;
-    if (::fstat(Descriptor(handle), &status) == 0 && Lock(Descriptor(handle), status, LOCK_EX) &&
-        Empty(Descriptor(handle), status))
-        return true;
-    Close();
-    return false;
-}
+bool CFile::OpenForReading(const std::wstring& name, EPipes pipes) { return open(name, false, pipes); }
+bool CFile::OpenForWriting(const std::wstring& name, EPipes pipes) { return open(name, true, pipes); }
 
 std::optional<std::uint64_t> CFile::GetSize() const noexcept
 {
@@ -86,8 +81,21 @@ std::optional<std::uint64_t> CFile::GetSize() const noexcept
     return static_cast<std::uint64_t>(status.st_size);
 }
 
+// Files that the kernel makes up (/proc) tell a size of 0 and have more: the last byte is looked for.
+bool CFile::MayHold(std::uint64_t count) const noexcept
+{
+    const CNoCancellation scope;
+    struct stat status;
+    if (::fstat(Descriptor(handle), &status) != 0 || !S_ISREG(status.st_mode) ||
+        static_cast<std::uint64_t>(status.st_size) >= count)
+        return true;
+    char last;
+    return Resume([&] { return ::pread(Descriptor(handle), &last, 1, static_cast<::off_t>(count - 1)); }) != 0;
+}
+
 std::optional<std::size_t> CFile::Read(void* data, std::size_t count) noexcept
 {
+    const CNoCancellation scope;
     auto* const to = static_cast<unsigned char*>(data);
     std::size_t moved = 0;
     while (moved < count)
@@ -110,19 +118,23 @@ bool CFile::Write(const void* data, std::size_t count) noexcept
 
 bool CFile::Close() noexcept
 {
-    if (handle == NoHandle)
+    if (!IsOpen())
         return false;
+    const CNoCancellation scope;
     ::flock(Descriptor(handle), LOCK_UN); // a process that was forked meanwhile has the file open still
     // Never called again after an interruption: the descriptor is free by then, and may be somebody else's.
     return ::close(Descriptor(std::exchange(handle, NoHandle))) == 0 || errno == EINTR;
 }
 
-// Makes `opened` the file of this object. False if there is none.
-bool CFile::take(std::intptr_t opened) noexcept
+bool CFile::open(const std::wstring& name, bool writes, EPipes pipes)
 {
+    const CNoCancellation scope;
     Close();
-    handle = opened;
-    return IsOpen();
+    handle = Open(name, writes ? O_WRONLY | O_CREAT : O_RDONLY, pipes); // not O_TRUNC: first the lock, then the rest
+    if (IsOpen() && MakeReady(Descriptor(handle), writes, pipes))
+        return true;
+    Close();
+    return false;
 }
 
 } // namespace Vellum::Platform

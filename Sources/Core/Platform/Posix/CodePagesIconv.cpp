@@ -1,16 +1,16 @@
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdint>
-#include <cstdlib>
 #include <iconv.h>
 #include <langinfo.h>
 #include <locale.h>
-#include <memory>
-#include <new>
-#include <type_traits>
+#include <optional>
+#include <string>
+#include <string_view>
 
 #include "Platform/CodePages.h"
+#include "Platform/Posix/Encoding.h"
+#include "Platform/Posix/UserLocale.h"
 #include "Platform/Utf16.h"
 #include "Platform/Utf8.h"
 
@@ -24,6 +24,10 @@ namespace
 // UTF-16, and what lies between the surrogates and the supplementary planes is the same in both.
 constexpr const char* CodePoints = "WCHAR_T";
 static_assert(sizeof(wchar_t) == 4);
+
+// Those that aren't like the others.
+constexpr std::string_view Utf8 = "UTF-8";
+constexpr std::string_view Iso2022Jp = "ISO-2022-JP";
 
 struct SCodePage
 {
@@ -66,43 +70,24 @@ constexpr SCodePage KnownCodePages[] = {
 };
 static_assert(std::ranges::is_sorted(KnownCodePages, {}, &SCodePage::number));
 
-// The same precedence as setlocale, but of the environment alone.
-const char* GetUserLocaleName()
-{
-    for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"})
-        if (const char* name = std::getenv(variable); name != nullptr && *name != '\0')
-            return name;
-    return "C";
-}
-
 // Plain ASCII is what a program gets whose environment names no locale, or one that isn't installed: nobody means that
 // as the encoding of his files.
-std::string ReadConverterOfLocale(const std::string& localeName)
+std::optional<std::string> ReadConverterOfLocale(const char* localeName)
 {
-    const std::unique_ptr<std::remove_pointer_t<locale_t>, decltype(&::freelocale)> locale(
-        ::newlocale(LC_CTYPE_MASK, localeName.c_str(), nullptr), &::freelocale);
-    const std::string name = locale == nullptr ? "ASCII" : ::nl_langinfo_l(CODESET, locale.get());
-    return name == "ANSI_X3.4-1968" || name == "US-ASCII" || name == "ASCII" ? "UTF-8" : name;
-}
-
-// Each thread keeps the last answer: opening a locale reads files, and glibc never frees what it makes of LOCPATH then.
-const std::string& GetConverterOfUser()
-{
-    thread_local std::string localeName;
-    thread_local std::string converter;
-    if (const char* const present = GetUserLocaleName(); localeName != present)
-    {
-        converter = ReadConverterOfLocale(present);
-        localeName = present;
-    }
-    return converter;
+    const CLocale locale(LC_CTYPE_MASK, localeName);
+    if (locale.IsInDoubt())
+        return std::nullopt;
+    const std::string_view name = locale.IsOpen() ? locale.GetInfo(CODESET) : "ASCII";
+    const bool isAscii = name == "ANSI_X3.4-1968" || name == "US-ASCII" || name == "ASCII";
+    return std::string(isAscii ? Utf8 : name);
 }
 
 // Empty for a number that isn't known.
-std::string GetConverter(unsigned int codePage)
+const char* GetConverter(unsigned int codePage)
 {
+    static constinit CByLocale<std::string> ofUsers;
     if (codePage == CodePageOfUser)
-        return GetConverterOfUser();
+        return ofUsers.Get(GetUserLocaleName("LC_CTYPE"), ReadConverterOfLocale).c_str();
     const auto* const known = std::ranges::lower_bound(KnownCodePages, codePage, {}, &SCodePage::number);
     return known != std::end(KnownCodePages) && known->number == codePage ? known->converter : "";
 }
@@ -137,13 +122,15 @@ public:
     };
 
     // An encoding without a name isn't open, nor is one that the system doesn't have.
-    CConverter(const std::string& to, const std::string& from)
+    CConverter(const char* to, const char* from)
     {
-        if (to.empty() || from.empty())
+        if (*to == '\0' || *from == '\0')
             return;
-        handle = ::iconv_open(to.c_str(), from.c_str());
-        if (!IsOpen() && errno == ENOMEM)
-            throw std::bad_alloc();
+        handle = ::iconv_open(to, from);
+        if (IsOpen())
+            return;
+        RequireMemory();
+        handle = ::iconv_open(to, from);
     }
     ~CConverter()
     {
@@ -194,7 +181,7 @@ private:
 class CEncoder
 {
 public:
-    CEncoder(std::string& text, const std::string& name) : text(text), converter(name, CodePoints) {}
+    CEncoder(std::string& text, const char* name) : text(text), converter(name, CodePoints) {}
 
     bool IsOpen() const { return converter.IsOpen(); }
     void Finish() { converter.Reset(text); }
@@ -236,22 +223,21 @@ private:
 
 } // namespace
 
-bool AppendFromCodePage(std::wstring& text, std::string_view bytes, unsigned int codePage)
+bool AppendFromEncoding(std::wstring& text, std::string_view bytes, const char* encoding)
 {
-    const std::string name = GetConverter(codePage);
-    if (name == "UTF-8")
+    if (encoding == Utf8)
     {
         AppendUtf16(text, bytes);
         return true;
     }
     using Converter = CConverter<char, wchar_t>;
-    Converter converter(CodePoints, name);
+    Converter converter(CodePoints, encoding);
     if (!converter.IsOpen())
         return false;
     for (Converter::EStop stop; (stop = converter.Convert(bytes, text)) != Converter::EStop::AtEnd;)
     {
         // What is held back comes before the replacement. The shift state of ISO 2022 outlives a bad byte.
-        if (name != "ISO-2022-JP")
+        if (encoding != Iso2022Jp)
             converter.Reset(text);
         text += static_cast<wchar_t>(ReplacementCharacter);
         bytes.remove_prefix(stop == Converter::EStop::AtIncomplete ? bytes.size() : 1);
@@ -260,10 +246,15 @@ bool AppendFromCodePage(std::wstring& text, std::string_view bytes, unsigned int
     return true;
 }
 
+bool AppendFromCodePage(std::wstring& text, std::string_view bytes, unsigned int codePage)
+{
+    return AppendFromEncoding(text, bytes, GetConverter(codePage));
+}
+
 bool AppendToCodePage(std::string& text, std::wstring_view units, unsigned int codePage)
 {
-    const std::string name = GetConverter(codePage);
-    if (name == "UTF-8")
+    const char* const name = GetConverter(codePage);
+    if (name == Utf8)
     {
         AppendUtf8(text, units);
         return true;

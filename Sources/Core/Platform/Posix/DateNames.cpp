@@ -1,15 +1,12 @@
 #include "Platform/DateNames.h"
 
 #include <array>
-#include <atomic>
-#include <cstdlib>
-#include <iconv.h>
 #include <langinfo.h>
 #include <locale.h>
-#include <memory>
-#include <string_view>
+#include <optional>
 
-#include "Platform/Utf8.h"
+#include "Platform/Posix/Encoding.h"
+#include "Platform/Posix/UserLocale.h"
 
 namespace Vellum::Platform
 {
@@ -40,106 +37,34 @@ struct SNames
     std::array<std::wstring, 12> abbreviatedMonths;
 };
 
-const SNames& English()
+SNames MakeEnglish()
 {
-    static const SNames names = {
-        {L"Sunday", L"Monday", L"Tuesday", L"Wednesday", L"Thursday", L"Friday", L"Saturday"},
-        {L"January", L"February", L"March", L"April", L"May", L"June", L"July", L"August", L"September", L"October",
-         L"November", L"December"},
-        {L"Jan", L"Feb", L"Mar", L"Apr", L"May", L"Jun", L"Jul", L"Aug", L"Sep", L"Oct", L"Nov", L"Dec"}};
-    return names;
+    return {{L"Sunday", L"Monday", L"Tuesday", L"Wednesday", L"Thursday", L"Friday", L"Saturday"},
+            {L"January", L"February", L"March", L"April", L"May", L"June", L"July", L"August", L"September", L"October",
+             L"November", L"December"},
+            {L"Jan", L"Feb", L"Mar", L"Apr", L"May", L"Jun", L"Jul", L"Aug", L"Sep", L"Oct", L"Nov", L"Dec"}};
 }
 
-// The names of one locale in its own character set, which is converted by iconv. Every operation gives false when the
-// system fails, and then the names are worth nothing.
-class CLocaleNames
+// False if the locale lacks one of them.
+template <std::size_t Count>
+bool Read(const CLocale& locale, const Items<Count>& items, std::array<std::wstring, Count>& names)
 {
-public:
-    explicit CLocaleNames(const char* localeName)
-        : locale(::newlocale(LC_TIME_MASK | LC_CTYPE_MASK, localeName, nullptr))
-    {
-        if (locale != nullptr)
-            converter = ::iconv_open("UTF-8", ::nl_langinfo_l(CODESET, locale));
-    }
-    ~CLocaleNames()
-    {
-        if (converter != NoConverter())
-            ::iconv_close(converter);
-        if (locale != nullptr)
-            ::freelocale(locale);
-    }
-    CLocaleNames(const CLocaleNames&) = delete;
-    CLocaleNames& operator=(const CLocaleNames&) = delete;
-
-    bool Read(SNames& names) const
-    {
-        return converter != NoConverter() && Read(WeekdayItems, names.weekdays) && Read(MonthItems, names.months) &&
-               Read(AbbreviatedItems, names.abbreviatedMonths);
-    }
-
-private:
-    static iconv_t NoConverter() { return reinterpret_cast<iconv_t>(-1); }
-
-    template <std::size_t Count>
-    bool Read(const Items<Count>& items, std::array<std::wstring, Count>& names) const
-    {
-        for (std::size_t i = 0; i < Count; ++i)
-            if (!Convert(::nl_langinfo_l(items[i], locale), names[i]))
-                return false;
-        return true;
-    }
-
-    bool Convert(std::string_view bytes, std::wstring& name) const
-    {
-        char utf8[1024];
-        char* from = const_cast<char*>(bytes.data()); // iconv takes it so, and leaves it as it is
-        char* to = utf8;
-        std::size_t fromLeft = bytes.size();
-        std::size_t toLeft = sizeof utf8;
-        if (bytes.empty() || ::iconv(converter, &from, &fromLeft, &to, &toLeft) == static_cast<std::size_t>(-1))
+    for (std::size_t i = 0; i < Count; ++i)
+        if (!AppendFromEncoding(names[i], locale.GetInfo(items[i]), locale.GetInfo(CODESET)) || names[i].empty())
             return false;
-        name = Utf8ToUtf16({utf8, sizeof utf8 - toLeft});
-        return true;
-    }
-
-    locale_t locale;
-    iconv_t converter = NoConverter();
-};
-
-// The same precedence as setlocale, but of the environment alone.
-const char* GetUserLocaleName()
-{
-    for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"})
-        if (const char* name = std::getenv(variable); name != nullptr && *name != '\0')
-            return name;
-    return "C";
+    return true;
 }
 
-struct SLanguage
+std::optional<SNames> MakeNames(const char* localeName)
 {
-    std::string localeName;
+    const CLocale locale(LC_TIME_MASK | LC_CTYPE_MASK, localeName);
+    if (locale.IsInDoubt())
+        return std::nullopt;
     SNames names;
-    const SLanguage* next = nullptr;
-};
-
-// Made once for each language and kept for the life of the process, in a list that only grows at its head: readers
-// need no lock. Two threads that come first at the same time both add theirs, which does no harm.
-const SNames& GetUserNames()
-{
-    static std::atomic<const SLanguage*> languages = nullptr;
-    const char* const localeName = GetUserLocaleName();
-    for (const SLanguage* each = languages.load(std::memory_order_acquire); each != nullptr; each = each->next)
-        if (each->localeName == localeName)
-            return each->names;
-
-    auto language = std::make_unique<SLanguage>();
-    language->localeName = localeName;
-    if (!CLocaleNames(localeName).Read(language->names))
-        language->names = English();
-    language->next = languages.load(std::memory_order_relaxed);
-    while (!languages.compare_exchange_weak(language->next, language.get(), std::memory_order_acq_rel))
-        ;
-    return language.release()->names;
+    const bool isComplete = locale.IsOpen() && Read(locale, WeekdayItems, names.weekdays) &&
+                            Read(locale, MonthItems, names.months) &&
+                            Read(locale, AbbreviatedItems, names.abbreviatedMonths);
+    return isComplete ? names : MakeEnglish();
 }
 
 } // namespace
@@ -151,7 +76,8 @@ EDateNameResult GetDateName(const SSystemTime& date, EDateName which, std::wstri
     if (!FieldsToTicks(day, ticks) || !TicksToFields(ticks, day))
         return EDateNameResult::InvalidParameter;
 
-    const SNames& names = GetUserNames();
+    static constinit CByLocale<SNames> ofUsers;
+    const SNames& names = ofUsers.Get(GetUserLocaleName("LC_TIME"), MakeNames);
     switch (which)
     {
     case EDateName::Weekday:

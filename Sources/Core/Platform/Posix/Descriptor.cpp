@@ -5,6 +5,8 @@
 #include <ctime>
 #include <unistd.h>
 
+#include "Platform/ForcedUnwind.h"
+
 namespace Vellum::Platform
 {
 
@@ -61,6 +63,7 @@ bool WriteAll(int descriptor, const unsigned char* from, std::size_t count) noex
 
 bool WriteToDescriptor(int descriptor, const void* data, std::size_t count) noexcept
 {
+    const CNoCancellation scope;
     const CWriteSignals signals;
     if (WriteAll(descriptor, static_cast<const unsigned char*>(data), count))
         return true;

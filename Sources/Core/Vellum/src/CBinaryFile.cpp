@@ -49,11 +49,13 @@ struct SContainer<std::vector<unsigned char>>
 
 std::wstring ToName(const wchar_t* fileName) { return fileName == nullptr ? std::wstring() : fileName; }
 
-// Nothing if the file can't be opened or tells no size.
-std::optional<std::uint64_t> FindSize(const std::wstring& name)
+template <class T>
+T ReadStart(Platform::CFile& file, unsigned int count)
 {
-    Platform::CFile file;
-    return file.OpenForReading(name) ? file.GetSize() : std::nullopt;
+    T data = SContainer<T>::Make(count);
+    if (file.Read(std::ranges::data(data), count) != count)
+        throw CException(__FILE__, __LINE__, SContainer<T>::Read);
+    return data;
 }
 
 void CreateFolderOf(const std::wstring& name)
@@ -68,10 +70,11 @@ void CreateFolderOf(const std::wstring& name)
 template <BinaryFileData T>
 T CBinaryFile<T>::Read(const wchar_t* fileName)
 {
-    const std::optional<std::uint64_t> size = FindSize(ToName(fileName));
+    Platform::CFile file;
+    const std::optional<std::uint64_t> size = file.OpenForReading(ToName(fileName)) ? file.GetSize() : std::nullopt;
     if (!size || *size > std::numeric_limits<std::uint32_t>::max())
         throw CException(__FILE__, __LINE__, SContainer<T>::Read);
-    return Read(fileName, static_cast<unsigned int>(*size));
+    return ReadStart<T>(file, static_cast<unsigned int>(*size));
 }
 
 template <BinaryFileData T>
@@ -84,12 +87,9 @@ template <BinaryFileData T>
 T CBinaryFile<T>::Read(const wchar_t* fileName, unsigned int count)
 {
     Platform::CFile file;
-    if (!file.OpenForReading(ToName(fileName)))
+    if (!file.OpenForReading(ToName(fileName)) || !file.MayHold(count))
         throw CException(__FILE__, __LINE__, SContainer<T>::Read);
-    T data = SContainer<T>::Make(count);
-    if (file.Read(std::ranges::data(data), count) != count)
-        throw CException(__FILE__, __LINE__, SContainer<T>::Read);
-    return data;
+    return ReadStart<T>(file, count);
 }
 
 template <BinaryFileData T>

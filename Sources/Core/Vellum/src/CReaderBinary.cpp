@@ -135,9 +135,9 @@ const SEntry* FindEntry(const SRecord& record, std::uint8_t tag, std::uint32_t k
             record.sorted, end, [&](std::uint32_t at) { return ComesBefore(entries[at], tag, key); });
         return found != end && entries[*found].tag == tag && entries[*found].key == key ? entries + *found : nullptr;
     }
-    for (const SEntry* entry = entries + record.entryCount; entry-- != entries;)
-        if (entry->key == key && entry->tag == tag)
-            return entry;
+    for (std::uint32_t at = record.entryCount; at-- != 0;)
+        if (entries[at].key == key && entries[at].tag == tag)
+            return entries + at;
     return nullptr;
 }
 
@@ -160,7 +160,9 @@ struct SText
 };
 
 // The string table. All its texts are numbered from 0 on, each text once; a key is such a number from then on. Numbers
-// are found by sorting, whose cost no document can drive up as it could that of hashing.
+// are found by sorting, whose cost no document can drive up as it could that of hashing. A long text that was handed
+// out is known by its address: it may be the key of very many entries, and a client that reads them all would have it
+// compared as often.
 class CKeys
 {
 public:
@@ -184,6 +186,11 @@ public:
         texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
         for (SEntryOfTable& entry : entries)
             entry.number = find(entry.text);
+
+        for (std::uint32_t number = 0; number < texts.size(); ++number)
+            if (texts[number].text.size() > MaxCompared)
+                longTexts.push_back({GetText(number), number});
+        std::ranges::sort(longTexts, std::less(), &SLongText::address);
     }
 
     // The number of the text with that index in the document, or Unknown.
@@ -196,9 +203,14 @@ public:
     }
 
     // Called when the document has been parsed: indices are no longer needed.
-    void ForgetIndices() { entries = {}; }
+    void ForgetIndices() { entries = std::vector<SEntryOfTable>(); }
 
-    std::uint32_t Find(const char* text) const { return find(SText(text)); }
+    // The number of a text, or Unknown.
+    std::uint32_t Find(const char* text) const
+    {
+        const auto known = std::ranges::lower_bound(longTexts, text, std::less(), &SLongText::address);
+        return known != longTexts.end() && known->address == text ? known->number : find(SText(text));
+    }
     const char* GetText(std::uint32_t number) const { return texts[number].text.data(); }
 
 private:
@@ -209,6 +221,15 @@ private:
         SText text;
     };
 
+    // Texts of that length are compared as fast as their address is found.
+    static constexpr std::size_t MaxCompared = 64;
+
+    struct SLongText
+    {
+        const char* address;
+        std::uint32_t number;
+    };
+
     std::uint32_t find(const SText& text) const
     {
         const auto found = std::lower_bound(texts.begin(), texts.end(), text);
@@ -217,6 +238,7 @@ private:
 
     std::vector<SEntryOfTable> entries; // by index
     std::vector<SText> texts;           // by number, in ascending order
+    std::vector<SLongText> longTexts;   // by address
 };
 
 } // namespace

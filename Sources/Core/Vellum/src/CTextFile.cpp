@@ -14,6 +14,7 @@
 #include "Platform/CodePages.h"
 #include "Platform/ModuleResource.h"
 #include "Platform/Utf16.h"
+#include "Platform/Utf8.h"
 
 #include "Vellum/CBinaryFile.h"
 #include "Vellum/CException.h"
@@ -210,7 +211,10 @@ unsigned int CTextFile::GuessCodePage() const
             return guessed;
     if (const unsigned int marked = FindMark(buffer); marked != 0)
         return marked;
-    return Platform::DetectCodePage(std::span(buffer).first(buffer.empty() ? 0 : buffer.size() - 1));
+    const auto text = std::span(buffer).first(buffer.empty() ? 0 : buffer.size() - 1);
+    // A detector needs more text than a name has to tell the one encoding that can be told from the bytes.
+    const bool isUtf8 = Platform::IsUtf8({reinterpret_cast<const char*>(text.data()), text.size()});
+    return isUtf8 ? PageUtf8 : Platform::DetectCodePage(text);
 }
 
 void CTextFile::initBuffer()

@@ -23,7 +23,7 @@ namespace Vellum
 class CTextOutput
 {
 public:
-    explicit CTextOutput(std::ostream& stream) : stream(stream) {}
+    explicit CTextOutput(std::ostream& target) : stream(target) {}
     CTextOutput(const CTextOutput&) = delete;
     CTextOutput& operator=(const CTextOutput&) = delete;
 

@@ -21,6 +21,7 @@
 #include "Vellum/ISerializable.h"
 #include "Vellum/ISerializableContainer.h"
 
+#include "Vellum/src/CByteChain.h"
 #include "Vellum/src/KindOperations.h"
 #include "Vellum/src/TypeNames.h"
 
@@ -104,30 +105,26 @@ bool IsTooLong(const std::basic_string<Char>& text)
     return text.size() > MaxLength && std::char_traits<Char>::length(text.c_str()) > MaxLength;
 }
 
-// Where emitted bytes go: into the buffer of a sequence, where they stay, or by way of a buffer to the client's stream.
+// Where emitted bytes go: to the end of a sequence, where they stay, or by way of a chain to the client's stream.
 class COutput
 {
 public:
-    explicit COutput(CbStreamWriteBinaryBuffer& buffer) : buffer(buffer) {}
-    COutput(CbStreamWriteBinaryBuffer& buffer, CbStreamWriteBinary& stream) : buffer(buffer), stream(&stream) {}
+    explicit COutput(CByteChain& bytes) : bytes(bytes) {}
+    COutput(CByteChain& bytes, CbStreamWriteBinary& stream) : bytes(bytes), stream(&stream) {}
 
-    CbStreamWriteBinaryBuffer& buffer;
+    CByteChain& bytes;
 
-    // Called between items: passes a well-filled buffer on.
+    // Called between items: passes on what has gathered.
     void Relieve()
     {
-        if (stream != nullptr && buffer.GetSize() >= WellFilled)
+        if (stream != nullptr && bytes.GetSize() >= WellFilled)
             Flush();
     }
-    void Flush()
-    {
-        stream->Write(buffer.GetData(), buffer.GetSize());
-        buffer.Truncate(0);
-    }
+    void Flush() { bytes.PassOn(*stream); }
     void WriteNumbers(const unsigned int* numbers, std::uint32_t count)
     {
         for (; count != 0; --count, Relieve())
-            buffer.Write(*numbers++);
+            bytes.Write(*numbers++);
     }
     void WriteBytes(const void* data, std::uint32_t size)
     {
@@ -136,8 +133,20 @@ public:
             Flush();
             stream->Write(data, size);
         }
-        else if (size != 0)
-            buffer.Write(data, std::size_t{size});
+        else
+            bytes.Write(data, std::size_t{size});
+    }
+    void Take(CByteChain& finished)
+    {
+        if (stream != nullptr && finished.GetSize() >= WellFilled)
+        {
+            Flush();
+            if (auto* const memory = dynamic_cast<CbStreamWriteBinaryBuffer*>(stream))
+                memory->MakeRoom(finished.GetSize()); // once, instead of doubling time and again
+            finished.PassOn(*stream);
+        }
+        else
+            bytes.Take(finished);
     }
 
 private:
@@ -198,12 +207,12 @@ public:
 
     void EmitHead(COutput& output, std::uint8_t rootTag) const
     {
-        output.buffer.WriteVersion(0);
-        output.buffer.Write(rootTag);
-        output.buffer.Write(strings.GetCount());
+        output.bytes.Write(std::uint32_t{0}); // version
+        output.bytes.Write(rootTag);
+        output.bytes.Write(strings.GetCount());
         for (const auto* node = strings.GetFirst(); node != nullptr; node = node->next)
         {
-            output.buffer.Write(node->key).Write(node->value);
+            output.bytes.Write(node->key).Write(node->value);
             output.Relieve();
         }
     }
@@ -240,6 +249,7 @@ public:
         writeNested<CContainerWriterBinary>(key, value);
     }
 
+    // The record. Its sequences are empty afterwards.
     void Emit(COutput& output) const;
 
     // Makes the writer as new. The memory of its tables is kept.
@@ -284,7 +294,7 @@ public:
             {
                 if (IsTooLong(value))
                     throw std::bad_array_new_length();
-                buffer.Write(value);
+                elements.Write(value);
             });
     }
     void writeValue(const IDateTime& value);
@@ -292,9 +302,10 @@ public:
     void writeValue(const ISerializable& value);
     void writeValue(const ISerializableContainer& value);
 
-    void Emit(COutput& output) const;
+    // The sequence, whose elements move on without being copied if they are many.
+    void Emit(COutput& output);
 
-    // Makes the writer as new. The memory of its buffer is kept.
+    // Makes the writer as new. A little memory is kept.
     void Clear() noexcept;
 
 private:
@@ -303,13 +314,15 @@ private:
     template <class Encode>
     void append(const Encode& encode);
     void emitTypeHeader(COutput& output) const;
+    void addTypeName(unsigned int typeName);
 
     CBinaryDocument& document;
-    CbArray<unsigned int> typeNames; // one index for each element that is an object
+    unsigned int firstTypeName = 0;  // of elements that are objects
+    CbArray<unsigned int> typeNames; // of all of them, if there were two that differ
     bool typed = false;              // whether the first element has fixed the tag
     std::uint8_t tag = 0;
     std::uint32_t count = 0;
-    CbStreamWriteBinaryBuffer buffer{0u};
+    CByteChain elements; // encoded
 };
 
 namespace
@@ -332,23 +345,23 @@ private:
     std::unique_ptr<Writer> writer;
 };
 
-void EmitDate(CbStreamWriteBinaryBuffer& buffer, const CbDateTime& date) { buffer.Write(0u).Write(date.ToFileTime()); }
+void EmitDate(CByteChain& bytes, const CbDateTime& date) { bytes.Write(0u).Write(date.ToFileTime()); }
 
 // The value of a table's entry.
 template <class T>
 void EmitValue(COutput& output, const T& value)
 {
-    output.buffer.Write(value);
+    output.bytes.Write(value);
 }
-void EmitValue(COutput& output, const CbDateTime& date) { EmitDate(output.buffer, date); }
+void EmitValue(COutput& output, const CbDateTime& date) { EmitDate(output.bytes, date); }
 void EmitValue(COutput& output, const CbArray<unsigned char>& blob)
 {
-    output.buffer.Write(blob.GetSize());
+    output.bytes.Write(blob.GetSize());
     output.WriteBytes(blob.GetData(), blob.GetSize());
 }
 void EmitValue(COutput& output, const SStored<ISerializable>::Type& object)
 {
-    output.buffer.Write(object.first);
+    output.bytes.Write(object.first);
     object.second->Emit(output);
 }
 void EmitValue(COutput& output, const SStored<ISerializableContainer>::Type& sequence)
@@ -367,11 +380,11 @@ void EmitSection(COutput& output, const std::unique_ptr<Table<T>>& table)
 {
     if (!IsUsed(table))
         return;
-    output.buffer.Write(TagOf<T>);
-    output.buffer.Write(table->GetCount());
+    output.bytes.Write(TagOf<T>);
+    output.bytes.Write(table->GetCount());
     for (const auto* node = table->GetFirst(); node != nullptr; node = node->next)
     {
-        output.buffer.Write(node->key);
+        output.bytes.Write(node->key);
         EmitValue(output, node->value);
         output.Relieve();
     }
@@ -387,9 +400,11 @@ void EmitSections(COutput& output, const STuples<ValueKinds>::Tables& tables, SK
 
 void CDataWriterBinary::writeValue(const char* key, const IDateTime& value)
 {
-    const auto [node, isNew] = getTable<IDateTime>().FindOrEmplace(document.Intern(key), value);
+    const unsigned int index = document.Intern(key);
+    const CbDateTime date(value); // the client's getters may write other fields
+    const auto [node, isNew] = getTable<IDateTime>().FindOrEmplace(index, date);
     if (!isNew)
-        node->value = CbDateTime(value);
+        node->value = date;
 }
 
 void CDataWriterBinary::writeValue(const char* key, const SBlob& value)
@@ -452,7 +467,7 @@ void CDataWriterBinary::Emit(COutput& output) const
 {
     const std::size_t sections =
         std::apply([](const auto&... table) { return (std::size_t{0} + ... + (IsUsed(table) ? 1 : 0)); }, tables);
-    output.buffer.Write(static_cast<unsigned char>(sections));
+    output.bytes.Write(static_cast<unsigned char>(sections));
     EmitSections(output, tables, ValueKinds());
 }
 
@@ -490,7 +505,7 @@ void CContainerWriterBinary::fixTag(std::uint8_t tagOfElement)
 template <class Encode>
 void CContainerWriterBinary::append(const Encode& encode)
 {
-    const std::uint32_t size = buffer.GetSize();
+    const std::uint32_t size = elements.GetSize();
     try
     {
         if (count == Max32)
@@ -499,12 +514,12 @@ void CContainerWriterBinary::append(const Encode& encode)
     }
     catch (const std::bad_array_new_length&) // beyond 32 bits
     {
-        buffer.Truncate(size);
+        elements.Truncate(size);
         throw CException(__FILE__, __LINE__, "Vellum::CContainerWriterBinary::Write");
     }
     catch (...)
     {
-        buffer.Truncate(size);
+        elements.Truncate(size);
         throw;
     }
     ++count;
@@ -513,7 +528,8 @@ void CContainerWriterBinary::append(const Encode& encode)
 void CContainerWriterBinary::writeValue(const IDateTime& value)
 {
     fixTag(TagDate);
-    append([&] { EmitDate(buffer, CbDateTime(value)); });
+    const CbDateTime date(value); // the client's getters may write other elements
+    append([&] { EmitDate(elements, date); });
 }
 
 void CContainerWriterBinary::writeValue(const SBlob& value)
@@ -524,7 +540,7 @@ void CContainerWriterBinary::writeValue(const SBlob& value)
         {
             if (value.size > Max32)
                 throw std::bad_array_new_length();
-            buffer.Write(static_cast<std::uint32_t>(value.size)).Write(value.data, value.size);
+            elements.Write(static_cast<std::uint32_t>(value.size)).Write(value.data, value.size);
         });
 }
 
@@ -537,10 +553,9 @@ void CContainerWriterBinary::writeValue(const ISerializable& value)
     append(
         [&]
         {
-            typeNames.SetSize(count); // also forgets the name of an element that failed below
-            typeNames.Add(typeName);
-            buffer.Write(typeName);
-            COutput output(buffer);
+            addTypeName(typeName);
+            elements.Write(typeName);
+            COutput output(elements);
             nested.Get().Emit(output);
         });
 }
@@ -553,36 +568,52 @@ void CContainerWriterBinary::writeValue(const ISerializableContainer& value)
     append(
         [&]
         {
-            COutput output(buffer);
+            COutput output(elements);
             nested.Get().Emit(output);
         });
 }
 
-void CContainerWriterBinary::Emit(COutput& output) const
+// Notes the name of the next element. That of one that failed afterwards is forgotten.
+void CContainerWriterBinary::addTypeName(unsigned int typeName)
 {
-    output.buffer.Write(count == 0 ? std::uint8_t{0} : tag).Write(count);
+    if (count == 0)
+        firstTypeName = typeName;
+    if (typeName == firstTypeName && typeNames.GetSize() == 0)
+        return;
+    while (typeNames.GetSize() < count)
+        typeNames.Add(firstTypeName);
+    typeNames.SetSize(count);
+    typeNames.Add(typeName);
+}
+
+void CContainerWriterBinary::Emit(COutput& output)
+{
+    output.bytes.Write(count == 0 ? std::uint8_t{0} : tag).Write(count);
     if (count == 0)
         return;
     if (tag == TagObject)
         emitTypeHeader(output);
-    output.WriteBytes(buffer.GetData(), buffer.GetSize());
+    output.Take(elements);
 }
 
 void CContainerWriterBinary::emitTypeHeader(COutput& output) const
 {
-    const unsigned int* const names = typeNames.GetData();
-    const bool alike = std::all_of(names, names + count, [&](unsigned int name) { return name == *names; });
-    output.buffer.Write(alike);
-    output.WriteNumbers(names, alike ? 1 : count);
+    const bool alike = std::all_of(typeNames.begin(), typeNames.begin() + std::min(count, typeNames.GetSize()),
+                                   [&](unsigned int name) { return name == firstTypeName; });
+    output.bytes.Write(alike);
+    if (alike)
+        output.bytes.Write(firstTypeName);
+    else
+        output.WriteNumbers(typeNames.GetData(), count);
 }
 
 void CContainerWriterBinary::Clear() noexcept
 {
-    typeNames.SetSize(0);
+    typeNames = CbArray<unsigned int>();
     typed = false;
     tag = 0;
     count = 0;
-    buffer.Truncate(0);
+    elements.Clear();
 }
 
 CWriterBinary::CWriterBinary(CbStreamWriteBinary& stream) : stream(stream) {}
@@ -599,8 +630,8 @@ void WriteDocument(CbStreamWriteBinary& stream, const Root& root)
     Writer writer(document);
     root.Write(writer);
 
-    CbStreamWriteBinaryBuffer buffer;
-    COutput output(buffer, stream);
+    CByteChain bytes(0x1000);
+    COutput output(bytes, stream);
     document.EmitHead(output, TagOf<Root>);
     writer.Emit(output);
     output.Flush();

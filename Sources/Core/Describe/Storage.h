@@ -1,0 +1,141 @@
+#pragma once
+
+#include <concepts>
+
+#include "Describe/Places.h"
+#include "Describe/Recognition.h"
+
+// Which way of storing a type takes.
+namespace Vellum::Describing
+{
+
+enum class EStorage
+{
+    None,
+    Kind,          // a kind of the contract, as it is
+    Integer,       // another integer type, as the kind of its size and sign
+    Date,          // a client's own IDateTime
+    Object,        // a client's own ISerializable
+    Container,     // a client's own ISerializableContainer
+    Enumeration,   // a number, or a text if the names are listed
+    Fields,        // a described class or an aggregate: an object
+    Path,          // the name of a file: a text
+    Text,          // a text of another make
+    Bytes,         // a blob
+    Optional,      // a value or none
+    Pointer,       // one that owns: a value or none
+    Duration,      // a number of units
+    TimePoint,     // a date
+    Variant,       // one of several types: an object with one field
+    Map,           // entries whose keys are texts: an object
+    Sequence,      // any number of elements: a sequence
+    FixedSequence, // an array or a span: a sequence
+    Tuple,         // a sequence
+    Complex,       // a sequence of two numbers
+    Bitset         // a text
+};
+
+// The first that fits counts.
+template <class T>
+consteval EStorage FindStorage()
+{
+    // clang-format off
+    if constexpr (Kind<T>) return EStorage::Kind;
+    else if constexpr (Integer<T>) return EStorage::Integer;
+    else if constexpr (std::derived_from<T, IDateTime>) return EStorage::Date;
+    else if constexpr (std::derived_from<T, ISerializable>) return EStorage::Object;
+    else if constexpr (std::derived_from<T, ISerializableContainer>) return EStorage::Container;
+    else if constexpr (std::is_enum_v<T>) return EStorage::Enumeration;
+    else if constexpr (Described<T>) return EStorage::Fields;
+    else if constexpr (PathLike<T>) return EStorage::Path;
+    else if constexpr (TextLike<T>) return EStorage::Text;
+    else if constexpr (StandardBytes<T> || FoundationBytes<T>) return EStorage::Bytes;
+    else if constexpr (OptionalLike<T>) return EStorage::Optional;
+    else if constexpr (PointerLike<T>) return EStorage::Pointer;
+    else if constexpr (DurationLike<T>) return EStorage::Duration;
+    else if constexpr (TimePointLike<T>) return EStorage::TimePoint;
+    else if constexpr (VariantLike<T>) return EStorage::Variant;
+    else if constexpr (TextKeyedMap<T>) return EStorage::Map;
+    else if constexpr (SequenceLike<T>) return EStorage::Sequence;
+    else if constexpr (ArrayLike<T>) return EStorage::FixedSequence;
+    else if constexpr (TupleLike<T>) return EStorage::Tuple;
+    else if constexpr (ComplexLike<T>) return EStorage::Complex;
+    else if constexpr (BitsetLike<T>) return EStorage::Bitset;
+    else if constexpr (std::is_class_v<T> && std::is_aggregate_v<T>) return EStorage::Fields;
+    else return EStorage::None;
+    // clang-format on
+}
+
+// What a value is as an element of a sequence. The elements of one sequence are all the same, since binary documents
+// have it so.
+enum class EElement
+{
+    Bool,
+    Char,
+    Int8,
+    Uint8,
+    Int16,
+    Uint16,
+    Int32,
+    Uint32,
+    Int64,
+    Uint64,
+    Float,
+    Double,
+    Text,
+    WideText,
+    Date,
+    Object,
+    Sequence
+};
+
+// How a type is stored, one specialisation for each EStorage:
+//
+//   static constexpr EElement Element                   what its values are as elements of a sequence
+//   static void Write(const T& value, const Out& out)
+//   static bool Read(T& value, const In& in)            false if nothing was found
+template <class T, EStorage Storage = FindStorage<T>()>
+struct SStored;
+
+template <class T>
+inline constexpr bool IsStorable = false;
+
+// The one message about a type that can't be stored; its name stands in the line of the instantiation.
+template <class T>
+struct SStored<T, EStorage::None>
+{
+    static_assert(IsStorable<T>, "Vellum can't store this type: describe it with Vellum::Fields, see Docs/Describe.md");
+
+    static constexpr EElement Element = EElement::Object;
+    static void Write(const T&, const auto&) {}
+    static bool Read(T&, const auto&) { return false; }
+};
+
+// A type whose objects are made before they are filled.
+template <class T>
+constexpr void CheckDefault()
+{
+    static_assert(std::default_initializable<T>,
+                  "Vellum fills new objects of this type: give it a default constructor");
+}
+
+// What owns no content can't take any.
+template <class T>
+constexpr void CheckOwner()
+{
+    static_assert(IsOwner<T>, "Vellum can write this type, but not read it: what it shows belongs to somebody else");
+}
+
+template <class T, class Out>
+void WriteValue(const T& value, const Out& out)
+{
+    SStored<T>::Write(value, out);
+}
+
+template <class T, class In>
+bool ReadValue(T& value, const In& in)
+{
+    return SStored<T>::Read(value, in);
+}
+
+} // namespace Vellum::Describing
