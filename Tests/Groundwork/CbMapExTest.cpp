@@ -10,6 +10,7 @@ struct SChosenKey
 {
     static inline std::uint64_t comparisons = 0;
     unsigned int number;
+    explicit SChosenKey(unsigned int chosen) : number(chosen) {}
     operator unsigned int() const { return number; }
 };
 
@@ -77,7 +78,8 @@ void ExpectToldOrder(Map& map, const std::vector<Key>& keys)
     for (const Key& key : keys)
     {
         const bool isNew = std::find(inserted.begin(), inserted.end(), key) == inserted.end();
-        const auto [node, wasNew] = map.FindOrEmplace(key, static_cast<int>(inserted.size()));
+        const auto [node, wasNew] =
+            map.FindOrEmplace(key, static_cast<std::decay_t<decltype(map.GetFirst()->value)>>(inserted.size()));
         ASSERT_EQ(wasNew, isNew);
         ASSERT_EQ(map.FindOrInsert(key), node);
         if (isNew)
