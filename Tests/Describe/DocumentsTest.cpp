@@ -1,6 +1,7 @@
 #include <fstream>
 #include <iostream>
 #include <map>
+#include <system_error>
 
 #include "Vellum/Vellum.h"
 
@@ -340,10 +341,14 @@ TEST(Files, FailuresTellTheFileAndTheReason)
         }
         return std::string();
     };
-    EXPECT_EQ(tell([&] { Load<COrder>(none); }), "Vellum::Load: " + none + ": No such file or directory.");
-    EXPECT_EQ(tell([&] { Save(none, COrder()); }), "Vellum::Save: " + none + ": No such file or directory.");
+    const auto reason = [](std::errc error)
+    { return std::make_error_code(error).message() + '.'; }; // the user's language
+    EXPECT_EQ(tell([&] { Load<COrder>(none); }),
+              "Vellum::Load: " + none + ": " + reason(std::errc::no_such_file_or_directory));
+    EXPECT_EQ(tell([&] { Save(none, COrder()); }),
+              "Vellum::Save: " + none + ": " + reason(std::errc::no_such_file_or_directory));
     EXPECT_EQ(tell([&] { Load<COrder>(folder.GetPath()); }),
-              "Vellum::Load: " + folder.GetPath().string() + ": Is a directory.");
+              "Vellum::Load: " + folder.GetPath().string() + ": " + reason(std::errc::is_a_directory));
     EXPECT_EQ(tell([&] { Load<COrder>(json, EFormat::Xml); }),
               "Vellum::Load: " + json + ", line 10, column 5: Something in a tag doesn't belong there.");
     EXPECT_EQ(tell([&] { Load<COrder>(json, EFormat::Binary); }),

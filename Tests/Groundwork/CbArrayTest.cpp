@@ -1,5 +1,7 @@
 #include "Groundwork/CbArray.h"
 
+#include <span>
+
 #include "Support/Testing.h"
 
 namespace
@@ -24,6 +26,7 @@ struct SFragile
     SFragile(const SFragile& other) : value(other.value) { construct(); }
     SFragile& operator=(const SFragile&) = default;
     ~SFragile() { --living; }
+    operator int() const { return value; }
 
     static void construct()
     {
@@ -55,41 +58,6 @@ TEST(CbArray, GrowsByDoublingFromOneAndSetSizeToExactlyThat)
     array.Add(9);
     EXPECT_EQ(array.GetCapacity(), 34u);
     EXPECT_EQ(Elements(array), (std::vector<unsigned char>{0, 1, 2, 3, 4, 5, 6, 7, 8, 0, 0, 0, 0, 0, 0, 0, 0, 9}));
-
-    CbArray<int> steps;
-    steps.SetGrowBy(3);
-    steps.Add(1);
-    EXPECT_EQ(steps.GetCapacity(), 3u);
-    steps.Append(std::array{2, 3, 4, 5, 6, 7}.data(), 6);
-    EXPECT_EQ(steps.GetCapacity(), 9u);
-    EXPECT_EQ(Elements(steps), (std::vector{1, 2, 3, 4, 5, 6, 7}));
-}
-
-TEST(CbArray, SizeZeroKeepsTheMemoryAndWhatItHeld)
-{
-    CbArray<unsigned char> array;
-    array.Append(reinterpret_cast<const unsigned char*>("abc"), 3);
-    const unsigned char* const data = array.GetData();
-    array.SetSize(0);
-    EXPECT_TRUE(array.GetData() == data && array.GetEnd() == nullptr && array.GetCapacity() == 4);
-    array.SetSize(4);
-    EXPECT_EQ(Elements(array), (std::vector<unsigned char>{'a', 'b', 'c', 0}));
-
-    CbArray<std::string> texts(2); // elements that are constructed come back new
-    texts[1] = "x";
-    texts.SetSize(1);
-    texts.SetSize(2);
-    EXPECT_EQ(texts[1], "");
-}
-
-TEST(CbArray, ArgumentsMayBeElementsOfTheArrayItself)
-{
-    CbArray<std::string> texts;
-    texts.Add(std::string(40, 'a'));
-    for (int i = 0; i < 5; ++i)
-        texts.Add(texts[0]);
-    texts.Append(texts.GetData(), texts.GetSize());
-    EXPECT_EQ(Elements(texts), std::vector<std::string>(12, std::string(40, 'a')));
 }
 
 TEST(CbArray, SizesBeyond32BitsAreRefusedAndNothingChanges)
@@ -104,30 +72,6 @@ TEST(CbArray, SizesBeyond32BitsAreRefusedAndNothingChanges)
     EXPECT_EQ(array.GetGrownCapacity(0xC0000001), 0x180000000u);
     EXPECT_EQ(Elements(array), std::vector<unsigned char>(3, 0));
     EXPECT_EQ(array.GetCapacity(), 3u);
-}
-
-TEST(CbArray, CopiesAndMovesItsElements)
-{
-    CbArray<CbArray<unsigned char>> array;
-    for (const std::uint32_t size : {3u, 5u, 0u})
-        array.Add(CbArray<unsigned char>(size));
-    CbArray<CbArray<unsigned char>> copy(array);
-    EXPECT_EQ(copy.GetCapacity(), 3u);
-    copy[0][0] = 1;
-    EXPECT_EQ(array[0][0], 0);
-    const auto* const data = copy.GetData();
-    array = std::move(copy);
-    EXPECT_EQ(array.GetData(), data);
-    const auto& same = array;
-    array = same;
-    EXPECT_EQ(array.GetSize(), 3u);
-    EXPECT_EQ(array[0][0], 1);
-
-    CbArray<std::unique_ptr<int>> owners; // can only be moved
-    for (int i = 0; i < 5; ++i)
-        owners.Add(std::make_unique<int>(i));
-    const CbArray<std::unique_ptr<int>> moved(std::move(owners));
-    EXPECT_EQ(*moved[4], 4);
 }
 
 TEST(CbArray, SpeciallyAlignedElementsLieWhereTheyMust)
@@ -165,38 +109,116 @@ TEST(CbArray, FailedGrowthLeavesItAsItWas)
     }
 }
 
-TEST(CbArray, ThrowingConstructorsLeaveItValid)
+// An operation that raises changes nothing. Those that don't do to the array what they do to a vector.
+TEST(CbArray, IsAVectorWithToldCapacitiesThatSurvivesThrowingConstructors)
 {
-    const std::function<void(CbArray<SFragile>&)> operations[] = {
-        [](auto& array) { array.Add(array[0]); }, // grows
-        [](auto& array) { array.SetSize(4); },    // within the capacity
-        [](auto& array) { array.SetSize(6); },    // grows
-        [](auto& array) { array.Append(array.GetData(), 2); },
-        [](auto& array) { CbArray<SFragile>(array).SetSize(1); }};
-    for (int failing = 0; failing < 25; ++failing)
+    const auto property = [](CTape& tape)
     {
         CbArray<SFragile> array;
-        array.Add(SFragile(1));
-        array.Add(SFragile(2));
-        SFragile::untilFailure = failing;
-        for (const auto& operation : operations)
+        std::vector<int> elements;
+        std::uint64_t capacity = 0;
+        std::uint32_t growBy = 0;
+        for (int step = 0; step < 30; ++step)
         {
-            const std::uint32_t before = array.GetSize();
+            std::vector<int> next = elements;
+            std::uint64_t nextCapacity = capacity;
+            const auto append = [&](std::span<const int> added)
+            {
+                next.insert(next.end(), added.begin(), added.end());
+                while (nextCapacity < next.size())
+                    nextCapacity = growBy != 0 ? nextCapacity + growBy : std::max<std::uint64_t>(nextCapacity * 2, 1);
+            };
+            const std::size_t at = tape.Below(elements.size() + 1);
+            const std::size_t number = tape.Below(30);
+            SFragile::untilFailure = tape.OneIn(3) ? static_cast<int>(tape.Below(12)) : -1;
             try
             {
-                operation(array);
+                switch (tape.Below(8))
+                {
+                case 0:
+                    append(std::array{static_cast<int>(number)});
+                    EXPECT_EQ(array.Add(SFragile(static_cast<int>(number))), static_cast<int>(number));
+                    break;
+                case 1: // arguments may be elements of the array itself
+                    if (at == elements.size())
+                        break;
+                    append(std::span(elements).subspan(at, 1));
+                    EXPECT_EQ(array.Add(array[at]), elements[at]);
+                    break;
+                case 2:
+                    append(std::span(elements).subspan(at));
+                    array.Append(array.GetData() + at, elements.size() - at);
+                    break;
+                case 3:
+                    next.resize(number, 7);
+                    nextCapacity = std::max<std::uint64_t>(capacity, number);
+                    array.SetSize(number);
+                    break;
+                case 4:
+                    nextCapacity = std::max<std::uint64_t>(capacity, number);
+                    array.Reserve(number);
+                    break;
+                case 5:
+                    nextCapacity = elements.size();
+                    array = static_cast<const CbArray<SFragile>&>(array);
+                    break;
+                case 6:
+                {
+                    const SFragile* const data = array.GetData();
+                    CbArray<SFragile> moved(std::move(array));
+                    EXPECT_TRUE(array.GetData() == nullptr && array.GetSize() + array.GetCapacity() == 0);
+                    array = std::move(moved);
+                    EXPECT_EQ(array.GetData(), data);
+                    break;
+                }
+                default:
+                    array.SetGrowBy(growBy = static_cast<std::uint32_t>(number % 4));
+                }
+                elements = next;
+                capacity = nextCapacity;
             }
             catch (const std::string&)
             {
-                EXPECT_EQ(array.GetSize(), before);
             }
+            ASSERT_EQ(std::vector<int>(array.begin(), array.end()), elements);
+            ASSERT_EQ(array.GetCapacity(), capacity);
+            ASSERT_EQ(array.GetEnd(), elements.empty() ? nullptr : array.GetData() + elements.size());
+            ASSERT_EQ(SFragile::living, static_cast<int>(elements.size()));
         }
-        SFragile::untilFailure = -1;
-        EXPECT_EQ(SFragile::living, static_cast<int>(array.GetSize()));
-        EXPECT_EQ(array[0].value, 1);
-        EXPECT_EQ(array[1].value, 2);
-    }
+    };
+    CheckProperty(property);
     EXPECT_EQ(SFragile::living, 0);
+}
+
+// Bytes are 0 in new memory, and in old memory what they were.
+TEST(CbArray, BytesBehindTheSizeAreKept)
+{
+    const auto property = [](CTape& tape)
+    {
+        CbArray<unsigned char> array(tape.Below(3));
+        std::vector<unsigned char> memory(array.GetSize());
+        for (int step = 0; step < 20; ++step)
+        {
+            const std::size_t before = array.GetSize();
+            const std::size_t size = tape.Below(40);
+            if (size > memory.size()) // it grows: what lay behind the size is gone
+                std::fill(memory.begin() + static_cast<std::ptrdiff_t>(before), memory.end(), 0), memory.resize(size);
+            array.SetSize(size);
+            ASSERT_TRUE(std::equal(array.begin(), array.end(), memory.begin()));
+            for (std::size_t at = 0; at < size; ++at)
+                array[at] = memory[at] = static_cast<unsigned char>(tape.Next());
+        }
+    };
+    CheckProperty(property, 50);
+}
+
+TEST(CbArray, TakesElementsThatCanOnlyBeMoved)
+{
+    CbArray<std::unique_ptr<int>> owners;
+    for (int i = 0; i < 5; ++i)
+        owners.Add(std::make_unique<int>(i));
+    const CbArray<std::unique_ptr<int>> moved(std::move(owners));
+    EXPECT_EQ(*moved[4], 4);
 }
 
 } // namespace

@@ -1,10 +1,36 @@
 #include "Groundwork/CbMapEx.h"
 
-#include <list>
-
 #include "Groundwork/CbExceptions.h"
 
+#include "Model/Values.h"
 #include "Support/Testing.h"
+
+// A key that somebody has chosen so that all share two buckets. How often it is compared is counted.
+struct SChosenKey
+{
+    static inline std::uint64_t comparisons = 0;
+    unsigned int number;
+    operator unsigned int() const { return number; }
+};
+
+template <>
+struct CbMapTypes::SKeyTraits<SChosenKey>
+{
+    using View = unsigned int;
+    static constexpr bool IsText = false;
+    static std::uint64_t Hash(View key) { return key % 2 * 77; }
+    static bool Equal(std::uint64_t, const SChosenKey& stored, std::uint64_t, View key)
+    {
+        ++SChosenKey::comparisons;
+        return stored.number == key;
+    }
+};
+
+template <>
+struct CbTypeName<SChosenKey>
+{
+    static constexpr auto Value = CbText("struct SChosenKey");
+};
 
 namespace
 {
@@ -31,40 +57,61 @@ std::uint32_t Bucket(const Map& map, const auto& key)
     return static_cast<std::uint32_t>(map.Find(key)->hash) & (map.GetBucketCount() - 1);
 }
 
-// The order as it is told: chains of newest first, all chains turned round when the buckets double.
-class COrderModel
+std::uint64_t HashOf(unsigned int key)
 {
-public:
-    void Insert(unsigned int key)
-    {
-        bucket(key).push_front(key);
-        if (++count * 4 < chains.size() * 3)
-            return;
-        const std::vector<unsigned int> old = Keys();
-        chains.assign(chains.size() * 2, {});
-        for (const unsigned int each : old)
-            bucket(each).push_front(each);
-    }
-    std::vector<unsigned int> Keys() const
-    {
-        std::vector<unsigned int> keys;
-        for (const auto& chain : chains)
-            keys.insert(keys.end(), chain.begin(), chain.end());
-        return keys;
-    }
+    std::string bytes;
+    for (int shift = 0; shift < 32; shift += 8)
+        bytes += static_cast<char>(key >> shift & 0xFF);
+    return Model::HashOfBytes(bytes);
+}
+std::uint64_t HashOf(const std::string& key) { return Model::HashOfBytes(key); }
+std::uint64_t HashOf(const ATL::CStringT<char>& key) { return Model::HashOfName(key.GetString()); }
 
-private:
-    std::list<unsigned int>& bucket(unsigned int key)
+// Puts the keys into a table, in which some may be already, and expects the order that the model tells, and each key
+// with the value that it had first.
+template <class Map, class Key>
+void ExpectToldOrder(Map& map, const std::vector<Key>& keys)
+{
+    std::vector<Key> inserted;
+    std::vector<std::uint64_t> hashes;
+    for (const Key& key : keys)
     {
-        std::uint64_t hash = 0xCBF29CE484222325u;
-        for (int i = 0; i < 4; ++i)
-            hash = (hash ^ ((key >> (8 * i)) & 0xFF)) * 0x100000001B3u;
-        return chains[static_cast<std::uint32_t>(hash) % chains.size()];
+        const bool isNew = std::find(inserted.begin(), inserted.end(), key) == inserted.end();
+        const auto [node, wasNew] = map.FindOrEmplace(key, static_cast<int>(inserted.size()));
+        ASSERT_EQ(wasNew, isNew);
+        ASSERT_EQ(map.FindOrInsert(key), node);
+        if (isNew)
+        {
+            inserted.push_back(key);
+            hashes.push_back(HashOf(key));
+        }
     }
+    std::vector<Key> order;
+    for (const std::size_t place : Model::TableOrder(hashes))
+        order.push_back(inserted[place]);
+    ASSERT_EQ(Keys(map), order);
+    ASSERT_EQ(map.GetCount(), inserted.size());
+    for (std::size_t i = 0; i < inserted.size(); ++i)
+        ASSERT_EQ(map.Find(inserted[i])->value, static_cast<int>(i));
+}
 
-    std::vector<std::list<unsigned int>> chains = std::vector<std::list<unsigned int>>(128);
-    std::size_t count = 0;
-};
+// Keys of which up to all lie in two of 4096 buckets.
+std::vector<unsigned int> SomeNumbers(CTape& tape)
+{
+    static const std::vector<unsigned int> chosen = []
+    {
+        std::vector<unsigned int> found;
+        for (unsigned int key = 0; found.size() < 1000; ++key)
+            if ((HashOf(key) & 0xFFF) % 0xFFE == 1)
+                found.push_back(key);
+        return found;
+    }();
+    const std::size_t kinds = tape.Below(4);
+    std::vector<unsigned int> keys(tape.Below(tape.OneIn(4) ? 800 : 40));
+    for (unsigned int& key : keys)
+        key = tape.Below(4) < kinds ? tape.From(chosen) : static_cast<unsigned int>(tape.Bits() >> tape.Below(60));
+    return keys;
+}
 
 TEST(CbMapEx, EmptyTableFindsNothingAndHasNoMemory)
 {
@@ -107,48 +154,62 @@ TEST(CbMapEx, KeysFallIntoTheirBuckets)
     EXPECT_EQ(strings.Find("\x80")->hash, static_cast<std::uint64_t>(-128)); // bytes from 0x80 up are negative
 }
 
-// After each of a thousand insertions, through four rehashes and across the length where a list gets its buckets.
-TEST(CbMapEx, OrderIsThatOfTheModelAfterEachInsertion)
+TEST(CbMapEx, OrderIsThatOfTheModel)
 {
-    std::mt19937 random(1);
-    for (const bool dense : {true, false})
-    {
-        Numbers numbers;
-        COrderModel model;
-        std::vector<unsigned int> keys;
-        for (unsigned int i = 0; i < 1000; ++i)
+    CheckProperty(
+        [](CTape& tape)
         {
-            keys.push_back(dense ? i : static_cast<unsigned int>(random()));
-            auto* const node = numbers.FindOrInsert(keys.back());
-            model.Insert(keys.back());
-            ASSERT_EQ(Keys(numbers), model.Keys()) << i;
-            ASSERT_NE(numbers.Find(keys[random() % keys.size()]), nullptr);
-            ASSERT_EQ(numbers.Find(keys.back()), node);
-        }
-    }
+            const std::vector<unsigned int> numbers = SomeNumbers(tape);
+            Numbers map;
+            ExpectToldOrder(map, numbers);
+            std::vector<std::string> texts;
+            std::vector<ATL::CStringT<char>> strings;
+            for (const unsigned int number : numbers)
+            {
+                texts.emplace_back(reinterpret_cast<const char*>(&number), number % (sizeof number + 1));
+                strings.emplace_back(texts.back().c_str());
+            }
+            Texts textMap;
+            ExpectToldOrder(textMap, texts);
+            Strings stringMap;
+            ExpectToldOrder(stringMap, strings);
+        },
+        60);
 }
 
-// Keys that were chosen to share buckets, and one in a bucket far below: the order is the same, and an index spares the
-// long walks. With buckets of thousands of nodes this test would take minutes if it didn't.
-TEST(CbMapEx, KeysThatShareABucketKeepTheirOrderAndCostNoLongWalks)
+TEST(CbMapEx, ChosenKeysCostNoLongWalks)
 {
-    Numbers numbers;
-    COrderModel model;
-    std::vector<unsigned int> keys;
-    for (unsigned int key = 0; keys.size() < 3000; ++key)
-        if ((CbMapTypes::SKeyTraits<unsigned int>::Hash(key) & 0xFFF) % 0xFFE == 1 || key == 5) // two buckets of 4096
-            keys.push_back(key);
-    for (const unsigned int key : keys)
-    {
-        numbers.FindOrInsert(key)->value = static_cast<int>(key);
-        model.Insert(key);
-    }
-    EXPECT_EQ(Keys(numbers), model.Keys());
-    for (const unsigned int key : keys)
-        ASSERT_EQ(numbers.Find(key)->value, static_cast<int>(key));
-    EXPECT_EQ(numbers.Find(keys.back() + 1), nullptr);
-    EXPECT_EQ(numbers.FindOrInsert(keys.front())->value, static_cast<int>(keys.front()));
-    EXPECT_EQ(numbers.GetCount(), 3000u);
+    CbMapEx<SChosenKey, int> map;
+    for (unsigned int key = 0; key < 3000; ++key)
+        map.FindOrInsert(key);
+    for (unsigned int key = 0; key < 6000; ++key)
+        EXPECT_EQ(map.Find(key) != nullptr, key < 3000);
+    EXPECT_LT(SChosenKey::comparisons, 3000u * 10); // two million without an index
+    std::vector<unsigned int> order;
+    for (const auto* node = map.GetFirst(); node != nullptr; node = node->next)
+        order.push_back(node->key.number);
+    const std::size_t half = order.size() / 2; // even ones, then odd ones
+    EXPECT_TRUE(order.size() == 3000 &&
+                std::all_of(order.begin(), order.begin() + 1500, [](auto key) { return key % 2 == 0; }));
+    EXPECT_EQ(order[half] % 2, 1u);
+}
+
+TEST(CbMapEx, ClearedTableIsAsNewAndItsNodesServeAgain)
+{
+    CheckProperty(
+        [](CTape& tape)
+        {
+            BorrowedPool pool;
+            Borrowing map(128u, pool);
+            const std::vector<unsigned int> numbers = SomeNumbers(tape);
+            ExpectToldOrder(map, numbers);
+            const auto blocks = pool.GetBlockCount();
+            map.Clear();
+            EXPECT_EQ(map.Find(0), nullptr);
+            ExpectToldOrder(map, std::vector(numbers.rbegin(), numbers.rend()));
+            EXPECT_EQ(pool.GetBlockCount(), blocks);
+        },
+        40);
 }
 
 TEST(CbMapEx, DoublesOnThe96thAndThe192ndInsertion)
@@ -169,24 +230,6 @@ TEST(CbMapEx, DoublesOnThe96thAndThe192ndInsertion)
         small.FindOrInsert(key);
     EXPECT_EQ(small.GetBucketCount(), 512u);
     EXPECT_NE(small.Find(199), nullptr);
-}
-
-TEST(CbMapEx, ClearedTableIsAsNewAndItsNodesServeAgain)
-{
-    BorrowedPool pool;
-    Borrowing map(128u, pool);
-    COrderModel model;
-    for (unsigned int key = 0; key < 300; ++key)
-        map.FindOrInsert(key);
-    map.Clear();
-    const auto blocks = pool.GetBlockCount();
-    for (unsigned int key = 300; key > 0; --key)
-    {
-        map.FindOrInsert(key)->value = 1;
-        model.Insert(key);
-    }
-    EXPECT_EQ(Keys(map), model.Keys());
-    EXPECT_EQ(pool.GetBlockCount(), blocks);
 }
 
 TEST(CbMapEx, SurvivesEveryFailedAllocation)

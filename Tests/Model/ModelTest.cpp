@@ -12,6 +12,7 @@
 #include "Model/Documents.h"
 #include "Model/Formats.h"
 #include "Model/Library.h"
+#include "Model/Tape.h"
 #include "Model/Values.h"
 #include "Support/CEnvironment.h"
 #include "Support/Clients.h"

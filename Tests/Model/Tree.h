@@ -10,10 +10,12 @@
 #include <variant>
 #include <vector>
 
-#include "Model/Tape.h"
+#include "Support/CTape.h"
 
 namespace Model
 {
+
+using Support::CTape;
 
 // What a client has: a tree of objects and sequences, and what it does while it is written.
 struct SNode;

@@ -3,6 +3,7 @@
 #include "Platform/Utf16.h"
 #include "Platform/Utf8.h"
 
+#include "Support/CSystemCalls.h"
 #include "Support/Testing.h"
 
 using namespace Vellum::Platform;
@@ -141,6 +142,41 @@ TEST(CodePages, NumberZeroIsTheEncodingOfTheUser)
         EXPECT_EQ(Hex(Encode(CodePageOfUser, L"Ł")), "C5 81") << locale;
         EXPECT_EQ(Decode(CodePageOfUser, "\xC5\x81\xE4"), L"Ł\xFFFD") << locale;
     }
+}
+
+// The C library tells of memory that it couldn't have as of a locale or a converter that isn't there.
+TEST(CodePages, MemoryThatRunsOutIsNoTextThatIsWrong)
+{
+    CSystemCalls calls;
+    const auto decode = [&](unsigned int codePage, CSystemCalls::ECall call, CSystemCalls::Fates fates)
+    {
+        std::wstring text;
+        calls.fates[call] = std::move(fates);
+        return AppendFromCodePage(text, "\xA3", codePage) ? text : L"refused";
+    };
+    const CEnvironment once("LC_ALL", "pl_PL.ISO-8859-2@once");
+    EXPECT_EQ(decode(CodePageOfUser, CSystemCalls::OpenLocale, {{ENOENT}}), L"Ł");
+    EXPECT_EQ(decode(1250, CSystemCalls::OpenConverter, {{EINVAL}}), L"Ł");
+    EXPECT_EQ(decode(1250, CSystemCalls::OpenConverter, {{EINVAL}, {EINVAL}}), L"refused");
+    {
+        const CEnvironment missing("LC_ALL", "pl_PL.ISO-8859-2@missing");
+        EXPECT_EQ(decode(CodePageOfUser, CSystemCalls::OpenLocale, {{ENOENT}, {ENOENT}}), L"\xFFFD");
+        const CEnvironment twice("LC_ALL", "pl_PL.ISO-8859-2@twice");
+        for (int times = 0; times < 2; ++times) // it may be lost to the C library
+            EXPECT_THROW(decode(CodePageOfUser, CSystemCalls::OpenLocale, {{ENOMEM}, {ENOENT}}), std::bad_alloc);
+    }
+    const auto expectOutcome = [&](unsigned int codePage, CSystemCalls::ECall call)
+    { GetsThrough([&] { EXPECT_EQ(decode(codePage, call, {{EINVAL}}), L"Ł"); }); };
+    EXPECT_GT(FailEachAllocation([&] { expectOutcome(1250, CSystemCalls::OpenConverter); }), 0u);
+    int names = 0; // one that is new each time
+    const auto userOutcome = [&]
+    {
+        static std::array<char, 64> name;
+        std::snprintf(name.data(), name.size(), "pl_PL.ISO-8859-2@%d", ++names);
+        ::setenv("LC_ALL", name.data(), 1);
+        expectOutcome(CodePageOfUser, CSystemCalls::OpenLocale);
+    };
+    EXPECT_GT(FailEachAllocation(userOutcome), 1u);
 }
 
 // Longer than any buffer on the way, with every kind of length in bytes.

@@ -3,8 +3,10 @@
 #include <pthread.h>
 
 #include "Platform/CFile.h"
+#include "Platform/CNewFile.h"
 #include "Platform/StandardError.h"
 
+#include "Support/CTempFolder.h"
 #include "Support/Testing.h"
 
 namespace
@@ -30,6 +32,7 @@ enum class EEnd
 // All of it is noexcept, or is called by what is.
 void UseFilesWhenCancelled(std::string& told)
 {
+    static const CTempFolder folder; // outlives the thread: it can be cancelled itself
     ::pthread_cancel(::pthread_self());
     char byte = 'x';
     Platform::CFile file;
@@ -42,6 +45,14 @@ void UseFilesWhenCancelled(std::string& told)
     file.Close();
     file.OpenForReading(L"/dev/zero");
     Platform::WriteToStandardError("");
+    Platform::CNewFile newFile;
+    newFile.Create(folder.GetPath() / "file");
+    newFile.Write("x", 1);
+    newFile.PutInPlace();
+    Platform::CNewFile().Create(folder.GetPath() / "dropped");
+    std::string bytes;
+    Platform::ReadWholeFile(folder.GetPath() / "file", bytes);
+    EXPECT_EQ(bytes, "x");
     told += "held back, ";
 }
 

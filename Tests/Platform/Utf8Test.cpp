@@ -1,5 +1,6 @@
 #include "Platform/Utf8.h"
 
+#include "Support/Fates.h"
 #include "Support/Testing.h"
 
 using namespace Vellum::Platform;
@@ -36,6 +37,28 @@ TEST(Utf8, EachMaximalIllFormedSubsequenceIsReplacedOnce)
         EXPECT_EQ(Utf8ToUtf16(Bytes(bytes)), std::wstring(replacements, wchar_t(0xFFFD))) << bytes;
         EXPECT_EQ(Utf8ToUtf16("a" + Bytes(bytes) + "b"), L"a" + std::wstring(replacements, wchar_t(0xFFFD)) + L"b");
     }
+}
+
+RC_GTEST_PROP(Utf8, IsToldFromTheFirstWholeCharacterBeyondAsciiOnWhereverTheTextIsCut, ())
+{
+    const auto anyCharacter =
+        rc::gen::oneOf(rc::gen::inRange<char32_t>(0, 0x80), rc::gen::inRange<char32_t>(0x80, 0x800),
+                       rc::gen::inRange<char32_t>(0x800, 0xD800), rc::gen::inRange<char32_t>(0xE000, 0x110000));
+    std::string text;
+    std::size_t from = std::string::npos; // on it is told
+    for (const char32_t character : *rc::gen::container<std::u32string>(anyCharacter))
+    {
+        AppendUtf8(text, character);
+        if (character >= 0x80 && from == std::string::npos)
+            from = text.size();
+    }
+    for (std::size_t size = 0; size <= text.size(); ++size)
+        RC_ASSERT(IsUtf8(std::string_view(text).substr(0, size)) == (size >= from));
+    const auto& illFormed =
+        *rc::gen::element<std::string>("80", "BF", "C0 80", "C1 BF", "E0 9F BF", "ED A0 80", "F0 8F BF BF",
+                                       "F4 90 80 80", "F5", "FF", "E4 61", "F1 80 80 41", "C3 C3 A4");
+    RC_ASSERT(!IsUtf8(text + Bytes(illFormed)));
+    RC_ASSERT(!IsUtf8(Bytes(illFormed) + text));
 }
 
 TEST(Utf8, LoneSurrogatesAndWhatIsNoCharacterAreReplaced)

@@ -106,5 +106,9 @@ CAllocationCounter::CAllocationCounter()
 std::uint64_t CAllocationCounter::GetCount() const { return countedCalls; }
 std::uint64_t CAllocationCounter::GetBytes() const { return countedBytes; }
 std::uint64_t CAllocationCounter::GetPeak() const { return static_cast<std::uint64_t>(mostInUse); }
+std::uint64_t CAllocationCounter::GetFreed() const
+{
+    return static_cast<std::uint64_t>(std::max<std::int64_t>(-bytesInUse, 0));
+}
 
 } // namespace Support

@@ -44,6 +44,7 @@ public:
     std::uint64_t GetCount() const; // calls
     std::uint64_t GetBytes() const; // sum of their sizes, whether freed since or not
     std::uint64_t GetPeak() const;  // most bytes in use at once, beside those in use before
+    std::uint64_t GetFreed() const; // bytes given back in excess of those obtained
 };
 
 } // namespace Support

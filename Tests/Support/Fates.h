@@ -22,14 +22,20 @@ inline CSystemCalls::Fates AnyDelays()
     return fates;
 }
 
-// Bytes of any kind, in pieces of `sizes`.
+// Up to a dozen pieces of a text that hardly repeats, of `sizes` below 256 KiB.
 inline std::vector<std::string> AnyPieces(const rc::Gen<std::size_t>& sizes)
 {
+    static const std::string bytes = []
+    {
+        std::string text(std::size_t{1} << 18, '\0');
+        for (std::size_t i = 0; i < text.size(); ++i)
+            text[i] = static_cast<char>(i * 31 / 7 + i / 256);
+        return text;
+    }();
     std::vector<std::string> pieces;
-    unsigned int next = 0;
-    for (const std::size_t size : *rc::gen::container<std::vector<std::size_t>>(sizes))
-        for (std::string& piece = pieces.emplace_back(); piece.size() < size;)
-            piece += static_cast<char>(next++ * 31 / 7);
+    std::size_t at = 0;
+    for (int count = *rc::gen::inRange(0, 12); count > 0; --count)
+        pieces.push_back(bytes.substr(at++, *sizes));
     return pieces;
 }
 

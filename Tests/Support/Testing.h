@@ -25,6 +25,7 @@
 #include "Support/CEnvironment.h"
 #include "Support/FailEachAllocation.h"
 #include "Support/GermanLocales.h"
+#include "Support/Property.h"
 #include "Support/Raises.h"
 #include "Support/Texts.h"
 

@@ -1,13 +1,13 @@
 #include "Vellum/CBinaryFile.h"
 
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <cerrno>
+#include <sys/stat.h>
 
 #include "Platform/CFile.h"
 
 #include "Vellum/CException.h"
 
+#include "Support/CSystemCalls.h"
 #include "Support/CTempFolder.h"
 #include "Support/Testing.h"
 
@@ -86,6 +86,10 @@ TYPED_TEST(CBinaryFileOf, WhatCannotBeReadFails)
         EXPECT_LT(allocations.GetBytes(), 10000u);
     }
     EXPECT_EQ(this->Text(File::Read(this->folder.GetName("sparse"), 1)), "x");
+    std::filesystem::resize_file(this->folder.GetPath() / "sparse", 3);
+    const CAllocationCounter allocations; // looks before it allocates
+    EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->folder.GetName("sparse"), 3900000000));
+    EXPECT_LT(allocations.GetBytes(), 10000u);
 }
 
 TYPED_TEST(CBinaryFileOf, MissingFoldersAreMade)
@@ -108,19 +112,46 @@ TYPED_TEST(CBinaryFileOf, MissingFoldersAreMade)
     EXPECT_EQ(this->Content("bare"), "bare");
 }
 
-TYPED_TEST(CBinaryFileOf, FullDevicesAreFailures)
+TYPED_TEST(CBinaryFileOf, FailuresOfTheSystemAreFailures)
 {
     using File = CBinaryFile<TypeParam>;
-    EXPECT_RAISES(CException, this->write.c_str(), File::Write(L"/dev/full", this->Make("x")));
+    const TypeParam data = this->Make("data");
+    for (const CSystemCalls::ECall call :
+         {CSystemCalls::Open, CSystemCalls::Status, CSystemCalls::Truncate, CSystemCalls::Write, CSystemCalls::Close})
+    {
+        CSystemCalls calls;
+        calls.fates[call] = {{ENOSPC}};
+        EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, data));
+    }
+    File::Write(this->name, data);
+    CSystemCalls calls;
+    for (const CSystemCalls::SFate& fate : {CSystemCalls::SFate{EIO}, CSystemCalls::SFate{0, 0}}) // or the file shrinks
+    {
+        calls.fates[CSystemCalls::Read] = {fate};
+        EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name));
+        calls.fates[CSystemCalls::Read] = {fate};
+        EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name, 2));
+    }
+    calls.fates[CSystemCalls::Status] = {{}, {EIO}}; // no size
+    EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name));
 
-    ::rlimit before;
-    ::getrlimit(RLIMIT_FSIZE, &before);
-    const ::rlimit limit{4096, before.rlim_max};
-    const TypeParam data = this->Make(std::string(10000, 'x'));
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, data));
-    ::setrlimit(RLIMIT_FSIZE, &before);
-    EXPECT_EQ(this->Content("file"), std::string(4096, 'x'));
+    calls.made = {};
+    EXPECT_EQ(this->Text(File::Read(this->name)), "data");
+    EXPECT_EQ(calls.made[CSystemCalls::Open], 1); // size and bytes are those of one file, under one lock
+}
+
+TYPED_TEST(CBinaryFileOf, PipesAreRefusedAtOnceAndDevicesAreNot)
+{
+    using File = CBinaryFile<TypeParam>;
+    ASSERT_EQ(::mkfifo((this->folder.GetPath() / "file").c_str(), 0600), 0);
+    EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name));
+    EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name, 1));
+    EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, this->Make("x")));
+    EXPECT_RAISES(CException, this->write.c_str(), File::Write(L"/dev/full", this->Make("x")));
+    File::Write(L"/dev/null", this->Make("x"));
+    EXPECT_EQ(this->Text(File::Read(L"/dev/null")), "");
+    EXPECT_EQ(this->Text(File::Read(L"/dev/zero", 2)), std::string(2, '\0'));
+    EXPECT_EQ(this->Text(File::Read(L"/proc/self/status", 5)), "Name:");
 }
 
 TYPED_TEST(CBinaryFileOf, ReadersShareAndWritersExcludeEverybody)
@@ -136,36 +167,6 @@ TYPED_TEST(CBinaryFileOf, ReadersShareAndWritersExcludeEverybody)
     EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name));
     EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, this->Make("x")));
     EXPECT_EQ(this->Content("file"), "other");
-}
-
-// Each process fills the file with its own letter, again and again.
-TEST(CBinaryFile, OfTwoProcessesThatWriteOneFileOneFailsOrBothGetThroughInTurn)
-{
-    const CTempFolder folder;
-    const std::wstring name = folder.GetName("file");
-    const CLogObserver log;
-    const auto writeOften = [&name](unsigned char letter)
-    {
-        const Vector data(1 << 20, letter);
-        for (int times = 0; times < 50; ++times)
-            try
-            {
-                CBinaryFile<Vector>::Write(name, data);
-            }
-            catch (const CException&) // the other one has it
-            {
-            }
-    };
-    const ::pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    writeOften(child == 0 ? 'c' : 'p');
-    if (child == 0)
-        ::_exit(0);
-    int status = -1;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
-    const std::string content = ReadWhole(folder.GetPath() / "file");
-    EXPECT_EQ(content, std::string(1 << 20, content.at(0)));
 }
 
 TEST(CBinaryFile, FailedAllocationsLeaveNoFileOpen)

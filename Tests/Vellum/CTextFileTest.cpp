@@ -134,6 +134,28 @@ TEST(CTextFile, MarksTellTheCodePage)
     EXPECT_EQ(CTextFile().Read(folder.GetName("file")).GuessCodePage(), 1200u);
 }
 
+// Whatever the build has for a detector.
+TEST(CTextFile, OneLetterBeyondAsciiIsEnoughToTellUtf8)
+{
+    const char* const letters[] = {"ä", "ñ", "é", "ß", "å", "ø", "ł", "ő", "ž",  "ş",  "ă",  "€", "’",      "—",
+                                   "£", "½", "Ω", "ж", "й", "א", "ع", "ก", "あ", "中", "한", "😀", "\u00A0", "\uFFFD"};
+    const std::string around[] = {"", " ", "caf", "Se", "The price of it is ", std::string(5000, 'a') + '\n'};
+    for (const char* const letter : letters)
+        for (const std::string& before : around)
+            for (const std::string& behind : around)
+                EXPECT_EQ(Holding(before + letter + behind).GuessCodePage(), 65001u) << before << letter << behind;
+    EXPECT_EQ(CTextFile().SetText(L"ä").GetText(), L"ä");
+    EXPECT_EQ(Holding("Gr\xC3\xB6\xC3\x9F"
+                      "e caf\xC3")
+                  .GuessCodePage(),
+              65001u); // cut off
+    for (const char* const latin : {"caf\xE9",
+                                    "Gr\xF6\xDF"
+                                    "e",
+                                    "\xEF"})
+        EXPECT_NE(Holding(latin).GuessCodePage(), 65001u) << latin;
+}
+
 TEST(CTextFile, TheGuesserIsAskedFirst)
 {
     unsigned int answer = 1252;

@@ -14,6 +14,7 @@
 namespace
 {
 
+using Vellum::IContainerReader;
 using Vellum::IContainerWriter;
 using Vellum::IDataReader;
 using Vellum::IDataWriter;
@@ -131,6 +132,199 @@ TEST(CWriterBinary, FailedAllocationsReachTheCallerAndLeaveTheStreamUntouched)
     EXPECT_GT(FailEachAllocation(writeOnce), 20u);
     for (const std::string& function : log.GetFunctions())
         EXPECT_TRUE(function.ends_with(",0,unsigned int>::getFreeElement")) << function;
+}
+
+// A date of a client's own, whose getters do what they like.
+class CBusyDate : public CbDateTime
+{
+public:
+    explicit CBusyDate(std::function<void()> busy) : busy(std::move(busy)) {}
+    unsigned short GetYear() const override { return (busy(), CbDateTime::GetYear()); }
+
+private:
+    std::function<void()> busy;
+};
+
+TEST(CWriterBinary, GettersOfADateMayWriteAndRaise)
+{
+    const CbDateTime plain("2024-03-07T09:05:01");
+    const CElements elements(
+        [&](IContainerWriter& w)
+        {
+            for (const bool isRaising : {true, false})
+            {
+                const CBusyDate date([&] { (w.Write(plain), isRaising ? throw 1 : void()); });
+                if (isRaising)
+                    EXPECT_THROW(w.Write(date), int);
+                else
+                    w.Write(date);
+            }
+        });
+    EXPECT_EQ(WriteBinary(elements).size(), Bytes("00 00 00 00 11 00 00 00 00 0E 03 00 00 00").size() + 3 * 12);
+    int next = 0;
+    const CFields fields(
+        [&](IDataWriter& w)
+        {
+            const auto writeMany = [&]
+            {
+                for (int i = 0; i < 40; ++i)
+                    w.Write(std::to_string(next++).c_str(), plain);
+            };
+            w.Write("busy", CBusyDate(writeMany));
+            EXPECT_THROW(w.Write("lost", CBusyDate([&] { (writeMany(), throw 1); })), int);
+        });
+    CFields check = ReadFields(
+        [&](IDataReader& r)
+        {
+            CbDateTime date;
+            EXPECT_EQ(r.GetKeyCount(), 81u);
+            EXPECT_TRUE(r.Read("busy", date) && r.Read("79", date) && !r.Read("lost", date));
+        });
+    ReadBinary(WriteBinary(fields), check);
+}
+
+// Sequences in sequences, and objects and sequences in turn, around one large value.
+class CNested : public Vellum::ISerializable, public Vellum::ISerializableContainer
+{
+public:
+    CNested(int levels, bool isTurning, const std::string& payload)
+        : levels(levels), isTurning(isTurning), payload(payload)
+    {
+    }
+    const char* GetTypeName() const override { return "Nested"; }
+    void Write(IDataWriter& w) const override { w.Write("k", static_cast<const ISerializableContainer&>(inner())); }
+    void Write(IContainerWriter& w) const override
+    {
+        if (levels == 0)
+            w.Write(payload.size(), payload.data());
+        else if (isTurning)
+            w.Write(static_cast<const ISerializable&>(inner()));
+        else
+            w.Write(static_cast<const ISerializableContainer&>(inner()));
+    }
+    void Read(IDataReader&) override {}
+    void Read(IContainerReader&) override {}
+
+private:
+    const CNested& inner() const
+    {
+        made = std::make_unique<CNested>(std::max(levels - 1, 0), isTurning, payload);
+        return *made;
+    }
+
+    int levels;
+    bool isTurning;
+    const std::string& payload;
+    mutable std::unique_ptr<CNested> made;
+};
+
+TEST(CWriterBinary, MemoryAndCopiesDontGrowWithTheDepth)
+{
+    const std::string payload(1 << 20, 'p');
+    for (const bool isTurning : {false, true})
+    {
+        const CNested root(1000, isTurning, payload);
+        const CAllocationCounter counter;
+        CbStreamWriteBinaryBuffer stream(0u);
+        Vellum::CWriterBinary(stream).Write(static_cast<const Vellum::ISerializableContainer&>(root));
+        EXPECT_LT(counter.GetPeak(), 4u * stream.GetSize());
+        EXPECT_LT(counter.GetBytes(), 6u * stream.GetSize());
+    }
+}
+
+// Documents larger than what goes out at once: nothing of them comes twice, in whatever pieces a stream takes them.
+TEST(CWriterBinary, LargeDocumentsComeBackWhole)
+{
+    const std::string text(20000, 't');
+    const CElements numbers(
+        [](IContainerWriter& w)
+        {
+            for (std::uint32_t i = 0; i < 50000; ++i)
+                w.Write(i);
+        });
+    const CElements texts(
+        [&](IContainerWriter& w)
+        {
+            for (std::size_t i = 0; i < 300; ++i)
+                w.Write(text.substr(0, i));
+        });
+    CFields root(
+        [&](IDataWriter& w)
+        { WriteFields(w, "numbers", numbers, "texts", ElementsOf(texts, texts, texts), "t", text, "u", text); },
+        [&](IDataReader& r)
+        {
+            CElements readNumbers = ReadElements(
+                [](IContainerReader& c)
+                {
+                    for (std::uint32_t i = 0; i < 50000; ++i)
+                        ASSERT_EQ(Get<std::uint32_t>(c, i), i);
+                });
+            CElements readTexts = ReadElements(
+                [&](IContainerReader& c)
+                {
+                    for (std::uint32_t i = 0; i < 300; ++i)
+                        ASSERT_EQ(Get<std::string>(c, i), text.substr(0, i));
+                });
+            CElements readAll =
+                ReadElements([&](IContainerReader& c)
+                             { EXPECT_TRUE(c.Read(0, readTexts) && c.Read(1, readTexts) && c.Read(2, readTexts)); });
+            EXPECT_TRUE(r.Read("numbers", readNumbers) && r.Read("texts", readAll));
+            EXPECT_EQ(Get<std::string>(r, "t"), text);
+            EXPECT_EQ(Get<std::string>(r, "u"), text);
+        });
+    CClientWriter stream;
+    Vellum::CWriterBinary(stream).Write(root);
+    EXPECT_EQ(stream.bytes, WriteBinary(root));
+    ReadBinary(stream.bytes, root);
+}
+
+// An element that can't be had is not there, and nothing of it is.
+TEST(CWriterBinary, ClientThatSwallowsFailedAllocationsInASequenceGetsTheOtherElements)
+{
+    const CLogObserver quiet;
+    const std::string text(700, 't');
+    const CElements inner([&](IContainerWriter& w) { (w.Write(text), w.Write(text)); });
+    const CFields objects[] = {CFields([&](IDataWriter& w) { w.Write("s", inner); }, {}, "A"),
+                               CFields([&](IDataWriter& w) { w.Write("t", text); }, {}, "B")};
+    const auto read = [&](std::uint32_t expected, const auto& isElement)
+    {
+        return ReadElements(
+            [=](IContainerReader& r)
+            {
+                std::uint32_t count = 0;
+                while (isElement(r, count))
+                    ++count;
+                EXPECT_EQ(count, expected);
+            });
+    };
+    const auto check = [&](const auto& write, const auto& isElement)
+    {
+        std::uint32_t written = 0;
+        const CElements root(
+            [&](IContainerWriter& w)
+            {
+                written = 0;
+                for (int i = 0; i < 12; ++i)
+                    written += GetsThrough([&] { write(w, i); }) ? 1 : 0;
+            });
+        std::string document;
+        const bool isThere = GetsThrough([&] { document = WriteBinary(root); });
+        GetsThrough([&] { isThere ? ReadBinary(document, read(written, isElement)) : void(); });
+    };
+    CElements anyElements = ReadElements([&](IContainerReader& r) { EXPECT_EQ(Get<std::string>(r, 1), text); });
+    CFields anyFields = ReadFields([&](IDataReader& r) { EXPECT_EQ(r.GetKeyCount(), 1u); });
+    FailEachAllocation(
+        [&]
+        {
+            check([&](IContainerWriter& w, int) { w.Write(inner); },
+                  [&](IContainerReader& r, std::uint32_t i) { return r.Read(i, anyElements); });
+        });
+    FailEachAllocation(
+        [&]
+        {
+            check([&](IContainerWriter& w, int i) { w.Write(objects[i % 4 == 3 ? 1 : 0]); },
+                  [&](IContainerReader& r, std::uint32_t i) { return r.Read(i, anyFields); });
+        });
 }
 
 // A table of nested objects may have the new entry although doubling it failed; the client may go on all the same.

@@ -21,7 +21,7 @@ public:
     }
 
     // A secret of the caller's choice.
-    CbKeyedHash(std::uint64_t first, std::uint64_t second) noexcept : first(first), second(second) {}
+    CbKeyedHash(std::uint64_t one, std::uint64_t other) noexcept : first(one), second(other) {}
 
     // The hash of that many bytes.
     std::uint64_t operator()(const void* data, std::size_t size) const noexcept

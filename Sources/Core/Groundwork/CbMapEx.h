@@ -26,9 +26,9 @@
 //          the table. There is no erase. A new table has allocated nothing, and a table of few nodes has no array of
 //          buckets: its ordered list is walked instead, which gives the same order.
 // Time     A table in which keys are found by longer walks than chance makes them, here and there or on the whole, is
-//          given an index. That takes keys that somebody has chosen, and they gain nothing: every operation stays
-//          logarithmic. The list of all nodes is put together when somebody asks for its first one, once after any
-//          number of insertions; that takes a look at each bucket.
+//          given an index. That takes keys that somebody has chosen, and they gain nothing. The list of all nodes is
+//          put together when somebody asks for its first one, once after any number of insertions; that takes a look at
+//          each bucket.
 // Errors   CbExceptionContainer when a block of nodes can't be had, std::bad_alloc when the buckets can't. A table
 //          that couldn't double its buckets has the new node and stays in use; any other failed insertion changes
 //          nothing.

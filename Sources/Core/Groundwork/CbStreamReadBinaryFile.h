@@ -18,7 +18,7 @@ class VELLUM_API CbStreamReadBinaryFile final : public CbStreamReadBinary
 public:
     // The name is UTF-16, one code unit in each element. Raises CbExceptionStream,
     // "CbStreamReadBinaryFile::CbStreamReadBinaryFile", if there is no such file, if it is a folder, if it can't be
-    // read or if somebody writes it.
+    // read or if somebody writes it. A pipe is waited for until somebody writes to it.
     explicit CbStreamReadBinaryFile(const std::wstring& fileName);
     CbStreamReadBinaryFile(const CbStreamReadBinaryFile&) = delete;
     CbStreamReadBinaryFile& operator=(const CbStreamReadBinaryFile&) = delete;

@@ -21,7 +21,7 @@ class VELLUM_API CbStreamWriteBinaryFile final : public CbStreamWriteBinary
 public:
     // Creates the file or empties it; its folder must exist. The name is UTF-16, one code unit in each element. Raises
     // "CbStreamWriteBinaryFile::CbStreamWriteBinaryFile" if the file can't be opened; one that others use stays as it
-    // was.
+    // was. A pipe is waited for until somebody reads from it.
     explicit CbStreamWriteBinaryFile(const std::wstring& fileName);
     CbStreamWriteBinaryFile(const CbStreamWriteBinaryFile&) = delete;
     CbStreamWriteBinaryFile& operator=(const CbStreamWriteBinaryFile&) = delete;

@@ -30,19 +30,20 @@ template <BinaryFileData T>
 class CBinaryFile
 {
 public:
-    // The whole file. Fails if it can't be opened, can't be read, or has 4 GiB or more; nothing is allocated then. A
-    // pipe has no size and fails too, and a device reads as empty: ask for a count.
+    // The whole file. Fails if it can't be opened, can't be read, or has 4 GiB or more; nothing is allocated then. Size
+    // and bytes are taken under one lock. A pipe is refused at once, and a device reads as empty: ask for a count.
     static T Read(const wchar_t* fileName);
     static T Read(const std::wstring& fileName);
 
-    // The first `count` bytes of the file; fails if it has fewer.
+    // The first `count` bytes of the file; fails if it has fewer, a regular file before anything is allocated. A pipe
+    // is refused at once.
     static T Read(const wchar_t* fileName, unsigned int count);
     static T Read(const std::wstring& fileName, unsigned int count);
 
     // Makes the file from all of `data`, or from its first `size` bytes. What the file held before is gone; the folders
     // of its path are created where they are missing. Fails if `size` is more than `data` has or the file can't be
-    // opened, the file staying as it was, and if it can't be written: it is empty or partly written then. Raises the
-    // std::filesystem::filesystem_error of std::filesystem::create_directories if a folder can't be had.
+    // opened or is a pipe, the file staying as it was, and if it can't be written: it is empty or partly written then.
+    // Raises the std::filesystem::filesystem_error of std::filesystem::create_directories if a folder can't be had.
     static void Write(const wchar_t* fileName, const T& data);
     static void Write(const std::wstring& fileName, const T& data);
     static void Write(const wchar_t* fileName, const T& data, std::size_t size);

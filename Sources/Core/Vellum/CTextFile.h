@@ -43,7 +43,8 @@ public:
 
     // Takes the whole file, as CBinaryFile reads it. Raises CException,
     // "Vellum::CBinaryFile<class std::vector<unsigned char,class std::allocator<unsigned char> > >::Read", and holds
-    // the empty text then. A zero byte at the end of the file is taken as the one that stands behind the text.
+    // the empty text then. A zero byte at the end of the file is taken as the one that stands behind the text: see
+    // Write.
     CTextFile& Read(const wchar_t* fileName);
     CTextFile& Read(const std::wstring& fileName);
 
@@ -57,6 +58,10 @@ public:
     // Makes the file from the bytes of the text, without the zero byte behind them; missing folders are created, as
     // CBinaryFile does it. Raises what CBinaryFile<std::vector<unsigned char>>::Write raises, and CException,
     // "Vellum::CTextFile::Write", if the text has 4 GiB or more or was moved from; the file is not touched then.
+    //
+    // Not for a text that was read from a file in UTF-16 or UTF-32: a zero byte at the end of that file counts as the
+    // one behind the text, so the new file lacks it and ends in half a character. CBinaryFile copies files as they are;
+    // `CTextFile().SetText(text.GetText()).Write(name)` stores the text as UTF-8.
     void Write(const wchar_t* fileName) const;
     void Write(const std::wstring& fileName) const;
 
@@ -86,7 +91,8 @@ public:
     std::string GetTextRaw() const;
 
     // The code page of the text, 0 if it can't be told. The first answer counts: that of the guesser, if it isn't 0,
-    // then the byte-order marks of UTF-7 ("+/v"), UTF-8, UTF-32 and UTF-16 in both byte orders and GB 18030, and last a
+    // then the byte-order marks of UTF-7 ("+/v"), UTF-8, UTF-32 and UTF-16 in both byte orders and GB 18030, then UTF-8
+    // if the text is well-formed as such and has a character beyond ASCII (the last one may be cut off), and last a
     // statistical guess from the bytes, if the library was built with a detector.
     unsigned int GuessCodePage() const;
 

@@ -17,8 +17,10 @@ class ISerializable;
 class ISerializableContainer;
 
 // IContainerWriter: takes the elements of one sequence, first to last. A client meets it in its Write and keeps no
-// reference to it. Texts are those of IDataWriter.
+// reference to it. Texts and blobs are those of IDataWriter.
 //
+// Errors   Where the Write of a nested object or sequence raises and the client goes on all the same, a binary document
+//          has nothing of the element.
 // Kinds    In a binary document all elements of a sequence are of one kind: another kind raises CException,
 //          "Vellum::CContainerWriterBinary::write" for bool to date and "Vellum::CContainerWriterBinary::Write" for
 //          blob, object and sequence, and leaves the sequence as it was. JSON and XML accept any mixture.

@@ -24,7 +24,9 @@ class ISerializableContainer;
 // Texts    End at their first NUL. Narrow text is bytes in whatever encoding the client likes. Wide text is UTF-16
 //          code units, one for each element whatever the width of wchar_t; where wchar_t is wider than that, an
 //          element above 0xFFFF is taken as that code point and leaves as its surrogate pair.
-// Errors   Told by each format.
+// Blobs    The data is null for a blob of 0 bytes alone, if it likes.
+// Errors   Told by each format. Where the Write of a nested object or sequence raises and the client goes on all the
+//          same, a binary document has the field with what was written of it until then.
 class VELLUM_API IDataWriter
 {
 public:

@@ -22,7 +22,8 @@ class VELLUM_API ISerializable
 public:
     virtual ~ISerializable();
 
-    // The object's type name. The text is copied at once by whoever asks, so it need only be valid until the next call.
+    // The object's type name, never null. The text is copied at once by whoever asks, so it need only be valid until
+    // the next call.
     virtual const char* GetTypeName() const = 0;
 
     // Hands all fields to the writer, which is good for this call only.

@@ -15,7 +15,7 @@ class VELLUM_API ISerializableContainer
 public:
     virtual ~ISerializableContainer();
 
-    // The sequence's type name. The text is copied at once, so it need only be valid until the next call.
+    // The sequence's type name, never null. The text is copied at once, so it need only be valid until the next call.
     virtual const char* GetTypeName() const = 0;
 
     // Hands all elements to the writer, first to last. The writer is good for this call only.

@@ -22,7 +22,7 @@ public:
     };
 
     // The text is zero-terminated and stays the caller's.
-    CJsonScanner(const char* text, bool isStrict) : at(text), isStrict(isStrict) {}
+    CJsonScanner(const char* text, bool strictly) : at(text), isStrict(strictly) {}
 
     // Walks over the whole document. Throws SFault.
     void CheckDocument(bool isSequence);

@@ -10,6 +10,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "Platform/ForcedUnwind.h"
 #include "Platform/Posix/Descriptor.h"
 
 namespace Vellum::Platform
@@ -70,12 +71,14 @@ CNewFile::~CNewFile()
 {
     if (handle == NoHandle)
         return;
+    const CNoCancellation scope;
     ::close(Descriptor(handle));
     ::unlink(name.c_str());
 }
 
 std::error_code CNewFile::Create(const std::filesystem::path& target)
 {
+    const CNoCancellation scope;
     place = FollowLinks(target);
     struct stat replaced = {};
     const bool isReplacement = ::stat(place.c_str(), &replaced) == 0;
@@ -103,6 +106,7 @@ std::error_code CNewFile::Write(const void* data, std::size_t count) noexcept
 
 std::error_code CNewFile::PutInPlace() noexcept
 {
+    const CNoCancellation scope;
     if (Resume([&] { return ::fsync(Descriptor(handle)); }) != 0)
         return LastError();
     if (std::rename(name.c_str(), place.c_str()) != 0)
@@ -114,6 +118,7 @@ std::error_code CNewFile::PutInPlace() noexcept
 
 std::error_code ReadWholeFile(const std::filesystem::path& name, std::string& bytes)
 {
+    const CNoCancellation scope;
     constexpr std::size_t LeastPiece = 4096;
     const SDescriptor file{Resume([&] { return ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY); })};
     if (file.number == -1)

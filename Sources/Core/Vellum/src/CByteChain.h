@@ -72,10 +72,11 @@ public:
         if (size > MaxSize - GetSize())
             throw std::bad_array_new_length();
         fitTail();
+        other.settle();
+        const std::uint32_t before = GetSize() + other.sizeBefore;
         SPiece** const link = endLink();
         *link = std::exchange(other.head, nullptr);
-        other.settle();
-        setTail(*other.tailLink == nullptr ? link : other.tailLink, GetSize() + other.sizeBefore);
+        setTail(*other.tailLink == nullptr ? link : other.tailLink, before);
         other.setTail(&other.head, 0);
     }
 
