@@ -1,13 +1,12 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
-#include <tuple>
 #include <type_traits>
 #include <utility>
 
+#include "Describe/Fields.h"
 #include "Describe/Members.h"
 
 // Number and names of the fields of an aggregate, and the names of types, as the compiler knows them.
@@ -131,23 +130,26 @@ consteval std::string_view NameFunctionOfAddress()
     return __PRETTY_FUNCTION__;
 }
 
+template <std::size_t Index, class Pointer>
+constexpr SAddress<Pointer> PickAddress(const SItem<Index, Pointer>& item)
+{
+    return {item.value};
+}
+
 template <class T, std::size_t Index>
 consteval auto GetMemberAddress()
 {
-    return VisitMembers<MemberCount<T>>(UndefinedObject<T>.value,
-                                        []<class... Members>(const Members&... members)
-                                        {
-                                            using Address =
-                                                SAddress<std::tuple_element_t<Index, std::tuple<const Members*...>>>;
-                                            return Address{std::get<Index>(std::tuple<const Members*...>(&members...))};
-                                        });
+    return VisitMembers<MemberCount<T>>(UndefinedObject<T>.value, []<class... Members>(const Members&... members)
+                                        { return PickAddress<Index>(SItems<const Members*...>{{&members}...}); });
 }
+
+consteval std::size_t GetLess(std::size_t first, std::size_t second) { return first < second ? first : second; }
 
 // "... = SAddress<const int*>{(& UndefinedObject<SLine>.SHolder<SLine>::value.SLine::count)}; ..." or
 // "... = {&UndefinedObject.value.count}]"
 consteval std::string_view CutMemberName(std::string_view function)
 {
-    std::string_view name = function.substr(0, std::min(function.rfind(")}"), function.rfind("}]")));
+    std::string_view name = function.substr(0, GetLess(function.rfind(")}"), function.rfind("}]")));
     while (name.ends_with('}') || name.ends_with(')'))
         name.remove_suffix(1);
     return name.substr(name.find_last_of(".:") + 1);
@@ -170,7 +172,7 @@ struct SLiteral
 {
     explicit consteval SLiteral(std::string_view name)
     {
-        std::ranges::copy(name, text);
+        name.copy(text, name.size());
         for (char& byte : text)
             if (byte == ' ' || byte == '<' || byte == '>' || byte == ',' || byte == '(' || byte == ')' || byte == '*' ||
                 byte == '&' || byte == '[' || byte == ']' || byte == '{' || byte == '}')
@@ -184,7 +186,7 @@ struct SLiteral
 consteval std::string_view CutTypeName(std::string_view function)
 {
     std::string_view name = function.substr(function.find("T = ") + 4);
-    name = name.substr(0, std::min({name.find(';'), name.rfind(']')}));
+    name = name.substr(0, GetLess(name.find(';'), name.rfind(']')));
     const std::size_t arguments = name.find('<');
     for (std::string_view unnamed : {"{anonymous}::", "(anonymous namespace)::", ")::"})
         if (const std::size_t at = name.rfind(unnamed); at != std::string_view::npos && at < arguments)

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <iterator>
 #include <string>
 #include <utility>
@@ -50,8 +50,9 @@ void AssignBytes(T& value, BlobRange bytes, const In& in)
         if (size != std::size(value))
             RaiseAt(in.GetPlace(), "There are " + std::to_string(size) + " bytes in place of " +
                                        std::to_string(std::size(value)) + ".");
-    auto* const data = const_cast<unsigned char*>(GetBytes(value).first);
-    std::copy_n(bytes.first, std::min(size, GetBytes(value).second), data);
+    const auto [data, room] = GetBytes(value);
+    if (const std::size_t count = size < room ? size : room; count != 0)
+        std::memcpy(const_cast<unsigned char*>(data), bytes.first, count);
 }
 
 template <class T>
@@ -69,7 +70,7 @@ struct SBlobShape
     static void ReadInside(T& value, IContainerReader& reader, const SPlace& place)
     {
         const SElementIn<IsStrict> in{reader, 0, place};
-        const BlobRange bytes = CallReader<IsStrict>(in, [&] { return reader.GetBlob(0); });
+        const BlobRange bytes = in.GetBlob();
         AssignBytes(value, bytes, in);
         if constexpr (IsStrict)
             CheckEnd(reader, bytes.first != nullptr ? 1 : 0, place);

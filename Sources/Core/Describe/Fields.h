@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <tuple>
 #include <utility>
 
 // How a class tells what it is made of. One list serves writing and reading, in all formats:
@@ -27,6 +26,25 @@
 // Keys and names are kept as pointers: give literals.
 namespace Vellum
 {
+
+// SItems: some values of different types, in order. It is a std::tuple for less work of the compiler's, of which every
+// description has its share.
+template <std::size_t Index, class T>
+struct SItem
+{
+    T value;
+};
+
+template <class Indices, class... T>
+struct SItemList;
+
+template <std::size_t... Indices, class... T>
+struct SItemList<std::index_sequence<Indices...>, T...> : SItem<Indices, T>...
+{
+};
+
+template <class... T>
+using SItems = SItemList<std::index_sequence_for<T...>, T...>;
 
 // Tells a function Describe which type is meant.
 template <class T>
@@ -122,7 +140,7 @@ constexpr CAlternative<T> Alternative(const char* name)
 template <class... T>
 struct CAlternatives
 {
-    std::tuple<CAlternative<T>...> list;
+    SItems<CAlternative<T>...> list;
 };
 
 // The description of a variant, or of a base class that has no fields of its own to tell:
@@ -134,7 +152,7 @@ struct CAlternatives
 template <class... T>
 constexpr CAlternatives<T...> OneOf(CAlternative<T>... alternatives)
 {
-    return {std::tuple<CAlternative<T>...>(alternatives...)};
+    return {{{alternatives}...}};
 }
 
 // A class that is no base of others, and has nothing to upgrade.
@@ -157,8 +175,8 @@ struct CFields
         return fields;
     }
 
-    // `hook` is called as std::invoke(hook, object, version) when an object of an earlier version has been read: a
-    // member function that takes a std::uint32_t, or a function that takes the object and the number.
+    // `hook` is called as hook(object, version), or as object.hook(version), when an object of an earlier version has
+    // been read: a member function that takes a std::uint32_t, or a function that takes the object and the number.
     template <class Function>
     constexpr CFields<Function, Alternatives, Items...> Upgrade(Function function) const
     {
@@ -169,11 +187,11 @@ struct CFields
     template <class... T>
     constexpr CFields<Hook, CAlternatives<T...>, Items...> OneOf(CAlternative<T>... list) const
     {
-        return {typeName, items, {std::tuple<CAlternative<T>...>(list...)}, hook, version, versionKey};
+        return {typeName, items, {{{list}...}}, hook, version, versionKey};
     }
 
     const char* typeName;
-    std::tuple<Items...> items;
+    SItems<Items...> items;
     Alternatives alternatives{};
     Hook hook{};
     std::uint32_t version = 0; // 0 is not written
@@ -185,7 +203,7 @@ struct CFields
 template <class... Items>
 constexpr CFields<SNothing, SNothing, Items...> Fields(const char* typeName, Items... items)
 {
-    return {typeName, std::tuple<Items...>(items...)};
+    return {typeName, {{items}...}};
 }
 
 // An enumerator and its name.

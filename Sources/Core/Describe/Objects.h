@@ -3,9 +3,8 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
-#include <tuple>
 #include <type_traits>
+#include <utility>
 
 #include "Describe/Adapters.h"
 #include "Describe/Aggregates.h"
@@ -28,7 +27,8 @@ void WriteItem(const T& object, const CField<Pointer>& field, std::uint32_t vers
                const SPlace& place)
 {
     if (field.IsIn(version))
-        WriteValue(object.*field.pointer, SFieldOut{writer, field.key, place});
+        SStored<std::remove_cvref_t<decltype(object.*field.pointer)>>::Write(object.*field.pointer,
+                                                                             SFieldOut{writer, field.key, place});
 }
 
 template <class T, class BaseClass>
@@ -44,7 +44,7 @@ void WriteItem(const T& object, const CBase<BaseClass>&, std::uint32_t, IDataWri
 template <bool IsStrict, class T>
 bool ReadMember(T& member, const char* key, IDataReader& reader, const SPlace& place)
 {
-    if (ReadValue(member, SFieldIn<IsStrict>{reader, key, place}))
+    if (SStored<T>::Read(member, SFieldIn<IsStrict>{reader, key, place}))
         return true;
     if constexpr (IsStrict)
         CheckAbsence(reader, key, place);
@@ -74,14 +74,36 @@ void ReadItem(T& object, const CBase<BaseClass>&, std::uint32_t, IDataReader& re
 
 // ---- All items. ----
 
+template <class T, std::size_t... Indices, class... Items>
+void WriteItems(const T& object, const SItemList<std::index_sequence<Indices...>, Items...>& items,
+                [[maybe_unused]] std::uint32_t version, IDataWriter& writer, const SPlace& place)
+{
+    (WriteItem(object, static_cast<const SItem<Indices, Items>&>(items).value, version, writer, place), ...);
+}
+
+template <bool IsStrict, class T, std::size_t... Indices, class... Items>
+void ReadItems(T& object, const SItemList<std::index_sequence<Indices...>, Items...>& items,
+               [[maybe_unused]] std::uint32_t version, IDataReader& reader, const SPlace& place)
+{
+    (ReadItem<IsStrict>(object, static_cast<const SItem<Indices, Items>&>(items).value, version, reader, place), ...);
+}
+
 template <class T>
 void WriteDescribed(const T& object, IDataWriter& writer, const SPlace& place)
 {
     constexpr const auto& Fields = DescriptionOf<T>;
     if constexpr (Fields.version != 0)
         writer.Write(Fields.versionKey, Fields.version);
-    std::apply([&](const auto&... items) { (WriteItem(object, items, Fields.version, writer, place), ...); },
-               Fields.items);
+    WriteItems(object, Fields.items, Fields.version, writer, place);
+}
+
+template <class Hook, class T>
+void Upgrade(const Hook& hook, T& object, std::uint32_t version)
+{
+    if constexpr (std::is_member_function_pointer_v<Hook>)
+        (object.*hook)(version);
+    else
+        hook(object, version);
 }
 
 template <bool IsStrict, class T>
@@ -92,11 +114,10 @@ void ReadDescribed(T& object, IDataReader& reader, const SPlace& place)
     if constexpr (Fields.version != 0)
         ReadMember<IsStrict>(stored, Fields.versionKey, reader, place);
     const std::uint32_t version = stored < Fields.version ? stored : Fields.version;
-    std::apply([&](const auto&... items) { (ReadItem<IsStrict>(object, items, version, reader, place), ...); },
-               Fields.items);
+    ReadItems<IsStrict>(object, Fields.items, version, reader, place);
     if constexpr (!std::same_as<std::remove_cvref_t<decltype(Fields.hook)>, SNothing>)
         if (stored < Fields.version)
-            std::invoke(Fields.hook, object, stored);
+            Upgrade(Fields.hook, object, stored);
 }
 
 template <class T>
@@ -147,6 +168,12 @@ bool IsKeyOf(const CBase<BaseClass>&, const char* key, const SPlace& place)
     return std::derived_from<BaseClass, ISerializable> || IsKnown<BaseClass>(key, place);
 }
 
+template <std::size_t... Indices, class... Items>
+bool IsKeyOfAny(const SItemList<std::index_sequence<Indices...>, Items...>& items, const char* key, const SPlace& place)
+{
+    return (IsKeyOf(static_cast<const SItem<Indices, Items>&>(items).value, key, place) || ...);
+}
+
 template <class T>
 bool IsKnown(const char* key, const SPlace& place)
 {
@@ -154,7 +181,7 @@ bool IsKnown(const char* key, const SPlace& place)
     {
         constexpr const auto& Fields = DescriptionOf<T>;
         return (Fields.version != 0 && AreEqualKeys(place, Fields.versionKey, key)) ||
-               std::apply([&](const auto&... items) { return (IsKeyOf(items, key, place) || ...); }, Fields.items);
+               IsKeyOfAny(Fields.items, key, place);
     }
     else if constexpr (IsReflected<T>)
     {

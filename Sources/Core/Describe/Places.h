@@ -106,22 +106,17 @@ struct SElementOut
 // this place, any other stays.
 [[noreturn]] VELLUM_API void RaiseAgainAt(const SPlace& place);
 
-// Calls the reader. With Strict, what it raises is told with the place.
-template <bool IsStrict, class In, class Function>
+// Calls the reader, and tells what it raises with the place.
+template <class In, class Function>
 auto CallReader(const In& in, const Function& read)
 {
-    if constexpr (!IsStrict)
-        return read();
-    else
+    try
     {
-        try
-        {
-            return read();
-        }
-        catch (...)
-        {
-            RaiseAgainAt(in.GetPlace());
-        }
+        return read();
+    }
+    catch (...)
+    {
+        RaiseAgainAt(in.GetPlace());
     }
 }
 
@@ -136,11 +131,17 @@ struct SFieldIn
     template <class T>
     bool Get(T& value) const
     {
-        return CallReader<IsStrict>(*this, [&] { return reader.Read(key, value); });
+        if constexpr (IsStrict)
+            return CallReader(*this, [&] { return reader.Read(key, value); });
+        else
+            return reader.Read(key, value);
     }
     BlobRange GetBlob() const
     {
-        return CallReader<IsStrict>(*this, [&] { return reader.GetBlob(key); });
+        if constexpr (IsStrict)
+            return CallReader(*this, [&] { return reader.GetBlob(key); });
+        else
+            return reader.GetBlob(key);
     }
     SPlace GetPlace() const { return {outer.document, &outer, key}; }
 
@@ -167,7 +168,17 @@ struct SElementIn
     template <class T>
     bool Get(T& value) const
     {
-        return CallReader<IsStrict>(*this, [&] { return reader.Read(index, value); });
+        if constexpr (IsStrict)
+            return CallReader(*this, [&] { return reader.Read(index, value); });
+        else
+            return reader.Read(index, value);
+    }
+    BlobRange GetBlob() const
+    {
+        if constexpr (IsStrict)
+            return CallReader(*this, [&] { return reader.GetBlob(index); });
+        else
+            return reader.GetBlob(index);
     }
     SPlace GetPlace() const { return {outer.document, &outer, nullptr, index}; }
 

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <iterator>
 #include <string>
-#include <tuple>
 #include <type_traits>
+#include <utility>
 
 #include "Groundwork/IDateTime.h"
 

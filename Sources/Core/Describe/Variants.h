@@ -7,7 +7,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <tuple>
 #include <type_traits>
 #include <typeinfo>
 #include <utility>
@@ -39,10 +38,11 @@ void ReadAlternative(T& value, IDataReader& reader, const char* key, const SPlac
 }
 
 // Calls the function with one alternative after the other until it says true; false if it never does.
-template <class... T, class Function>
-bool FindAlternative(const CAlternatives<T...>& alternatives, const Function& function)
+template <std::size_t... Indices, class... T, class Function>
+constexpr bool FindAlternative(const SItemList<std::index_sequence<Indices...>, T...>& alternatives,
+                               const Function& function)
 {
-    return std::apply([&](const auto&... alternative) { return (function(alternative) || ...); }, alternatives.list);
+    return (function(static_cast<const SItem<Indices, T>&>(alternatives).value) || ...);
 }
 
 // ---- Names. ----
@@ -91,12 +91,13 @@ constexpr const char* GetVariantName()
     if constexpr (HasAlternatives<Variant>)
     {
         const char* name = "";
-        const auto look = [&]<class Listed>(const CAlternative<Listed>& listed)
-        {
-            if (std::same_as<Alternative, Listed>)
-                name = listed.name;
-        };
-        std::apply([&](const auto&... listed) { (look(listed), ...); }, AlternativesOf<Variant>.list);
+        FindAlternative(AlternativesOf<Variant>.list,
+                        [&]<class Listed>(const CAlternative<Listed>& listed)
+                        {
+                            if (std::same_as<Alternative, Listed>)
+                                name = listed.name;
+                            return false;
+                        });
         return name;
     }
     else
@@ -207,7 +208,7 @@ struct SBaseShape
                 WriteValue(*object, SEntryOut{{writer, alternative.name, place}});
             return object != nullptr;
         };
-        if (value != nullptr && !FindAlternative(AlternativesOf<Base>, writeAs))
+        if (value != nullptr && !FindAlternative(AlternativesOf<Base>.list, writeAs))
             RaiseUnlisted(place);
     }
 
@@ -227,7 +228,7 @@ struct SBaseShape
             value = std::move(object);
             return true;
         };
-        if (!FindAlternative(AlternativesOf<Base>, readAs))
+        if (!FindAlternative(AlternativesOf<Base>.list, readAs))
             RaiseNoAlternative(key, place);
         if constexpr (IsStrict)
             CheckKeys(reader, place, [&](const char* other) { return std::string_view(other) == key; });
