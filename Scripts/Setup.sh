@@ -11,7 +11,12 @@ packages=(g++ cmake ninja-build pkg-config libuchardet-dev libgtest-dev librapid
 for option in "$@"; do
     case "$option" in
         --check) packages+=(clang clang-format libclang-rt-14-dev) ;;
-        --benchmarks) packages+=(libbenchmark-dev libcereal-dev nlohmann-json3-dev libboost-serialization-dev libpugixml-dev) ;;
+        --benchmarks)
+            packages+=(libbenchmark-dev python3 util-linux)
+            packages+=(libboost-serialization-dev libcereal-dev libflatbuffers-dev flatbuffers-compiler
+                libmsgpack-cxx-dev libprotobuf-dev protobuf-compiler)
+            packages+=(nlohmann-json3-dev rapidjson-dev libsimdjson-dev libpugixml-dev librapidxml-dev)
+            ;;
         --docs) packages+=(doxygen) ;;
         *) echo "Setup: unknown option $option (known: --check, --benchmarks, --docs)" >&2; exit 2 ;;
     esac

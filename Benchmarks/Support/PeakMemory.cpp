@@ -1,56 +1,101 @@
 #include "Support/PeakMemory.h"
 
-#include <atomic>
-#include <cstdlib>
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
 #include <malloc.h>
-#include <new>
+
+// The program's malloc stands in front of the C library's for all that is linked, so that libraries which don't use
+// operator new are counted too. These names are how the C library lets a program do that.
+extern "C"
+{
+    void* __libc_malloc(std::size_t size);
+    void* __libc_calloc(std::size_t count, std::size_t size);
+    void* __libc_realloc(void* block, std::size_t size);
+    void* __libc_memalign(std::size_t alignment, std::size_t size);
+    void __libc_free(void* block);
+}
 
 namespace
 {
 
-std::atomic<std::int64_t> live{0};
-std::atomic<std::int64_t> peak{0};
+bool counting = false;
+std::int64_t live = 0; // below zero when blocks from before are given back
+std::int64_t peak = 0;
 
-void* Obtain(std::size_t size, std::size_t alignment)
+void* Obtained(void* block)
 {
-    void* const block = alignment <= __STDCPP_DEFAULT_NEW_ALIGNMENT__
-                            ? std::malloc(size)
-                            : std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
-    if (block == nullptr)
-        throw std::bad_alloc();
-    const auto usable = static_cast<std::int64_t>(::malloc_usable_size(block));
-    const std::int64_t now = live.fetch_add(usable, std::memory_order_relaxed) + usable;
-    if (now > peak.load(std::memory_order_relaxed))
-        peak.store(now, std::memory_order_relaxed);
+    if (counting) [[unlikely]]
+    {
+        live += static_cast<std::int64_t>(::malloc_usable_size(block)); // of no block it is 0
+        peak = std::max(peak, live);
+    }
     return block;
 }
 
-void Release(void* block)
+void Released(void* block)
 {
-    live.fetch_sub(static_cast<std::int64_t>(::malloc_usable_size(block)), std::memory_order_relaxed);
-    std::free(block);
+    if (counting) [[unlikely]]
+        live -= static_cast<std::int64_t>(::malloc_usable_size(block));
 }
 
 } // namespace
 
-void* operator new(std::size_t size) { return Obtain(size, 1); }
-void* operator new[](std::size_t size) { return Obtain(size, 1); }
-void* operator new(std::size_t size, std::align_val_t a) { return Obtain(size, static_cast<std::size_t>(a)); }
-void* operator new[](std::size_t size, std::align_val_t a) { return Obtain(size, static_cast<std::size_t>(a)); }
-void operator delete(void* block) noexcept { Release(block); }
-void operator delete[](void* block) noexcept { Release(block); }
-void operator delete(void* block, std::size_t) noexcept { Release(block); }
-void operator delete[](void* block, std::size_t) noexcept { Release(block); }
-void operator delete(void* block, std::align_val_t) noexcept { Release(block); }
-void operator delete[](void* block, std::align_val_t) noexcept { Release(block); }
-void operator delete(void* block, std::size_t, std::align_val_t) noexcept { Release(block); }
-void operator delete[](void* block, std::size_t, std::align_val_t) noexcept { Release(block); }
+extern "C"
+{
+    [[gnu::visibility("default")]] void* malloc(std::size_t size) { return Obtained(__libc_malloc(size)); }
+
+    [[gnu::visibility("default")]] void* calloc(std::size_t count, std::size_t size)
+    {
+        return Obtained(__libc_calloc(count, size));
+    }
+
+    [[gnu::visibility("default")]] void* realloc(void* block, std::size_t size)
+    {
+        Released(block);
+        return Obtained(__libc_realloc(block, size));
+    }
+
+    [[gnu::visibility("default")]] void* memalign(std::size_t alignment, std::size_t size)
+    {
+        return Obtained(__libc_memalign(alignment, size));
+    }
+
+    [[gnu::visibility("default")]] void* aligned_alloc(std::size_t alignment, std::size_t size)
+    {
+        return Obtained(__libc_memalign(alignment, size));
+    }
+
+    [[gnu::visibility("default")]] int posix_memalign(void** result, std::size_t alignment, std::size_t size)
+    {
+        void* const block = Obtained(__libc_memalign(alignment, size));
+        if (block == nullptr)
+            return ENOMEM;
+        *result = block;
+        return 0;
+    }
+
+    [[gnu::visibility("default")]] void free(void* block)
+    {
+        Released(block);
+        __libc_free(block);
+    }
+}
 
 namespace Support
 {
 
-std::int64_t GetLiveMemory() { return live.load(); }
-std::int64_t GetPeakMemory() { return peak.load(); }
-void ResetPeakMemory() { peak.store(live.load()); }
+void StartPeakMemory()
+{
+    live = 0;
+    peak = 0;
+    counting = true;
+}
+
+std::int64_t StopPeakMemory()
+{
+    counting = false;
+    return peak;
+}
 
 } // namespace Support

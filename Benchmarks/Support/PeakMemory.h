@@ -5,11 +5,11 @@
 namespace Support
 {
 
-// What operator new has handed out and not got back, in bytes of usable memory, for all threads together.
-std::int64_t GetLiveMemory();
+// Counts what the program obtains from malloc and its like, operator new included, between the two calls. At other
+// times nothing is counted, so that the time that is measured isn't the counting's. For programs of one thread.
+void StartPeakMemory();
 
-// The highest that was since the last ResetPeakMemory.
-std::int64_t GetPeakMemory();
-void ResetPeakMemory();
+// The most that was held at once of what was obtained since, in bytes of usable memory.
+std::int64_t StopPeakMemory();
 
 } // namespace Support

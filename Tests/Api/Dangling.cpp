@@ -7,8 +7,8 @@ std::string MakeTemporary();
 
 void Readers(Vellum::ISerializable& root)
 {
-    const Vellum::CReaderJson constantJson(MakeConstant()); // refused
-    const Vellum::CReaderXml constantXml(MakeConstant());   // refused
+    const Vellum::CReaderJson constantJson(MakeConstant()); // refused: 1
+    const Vellum::CReaderXml constantXml(MakeConstant());   // refused: 1
     constantJson.Read(root);
     constantXml.Read(root);
 
@@ -23,5 +23,5 @@ void Readers(Vellum::ISerializable& root)
 Vellum::CReaderJson Escape()
 {
     const std::string local = MakeTemporary();
-    return Vellum::CReaderJson(local); // refused
+    return Vellum::CReaderJson(local); // refused: 1
 }

@@ -1,19 +1,16 @@
 #include "Platform/CFile.h"
 
-#include <atomic>
-#include <chrono>
 #include <csignal>
-#include <fstream>
-#include <pthread.h>
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 #include "Platform/FilePath.h"
 
 #include "Support/CTempFolder.h"
+#include "Support/Fates.h"
 #include "Support/Testing.h"
 
 using namespace Vellum::Platform;
@@ -21,32 +18,105 @@ using namespace Vellum::Platform;
 namespace
 {
 
-TEST(CFile, WritesAndReadsWhatItIsGiven)
+RC_GTEST_PROP(CFile, TheSameBytesArriveHoweverTheSystemMovesThem, ())
 {
     const CTempFolder folder;
     const char* const name = "n\xC3\xA4me \xF0\x9F\x98\x80.bin"; // an umlaut and a character beyond 16 bits
+    WriteWhole(folder.GetPath() / name, std::string(1000, 'x'));
     const std::ptrdiff_t openBefore = CountOpenFiles();
-    WriteWhole(folder.GetPath() / name, "what was there before");
+    CSystemCalls calls;
+    for (const CSystemCalls::ECall call : {CSystemCalls::Open, CSystemCalls::Lock, CSystemCalls::Truncate})
+        calls.fates[call].assign(*rc::gen::inRange(0u, 3u), {EINTR});
+    calls.fates[CSystemCalls::Write] = AnyDelays();
+    calls.fates[CSystemCalls::Read] = AnyDelays();
+    std::string bytes;
     {
-        CFile file;
-        ASSERT_TRUE(file.OpenForWriting(folder.GetName(name)));
-        EXPECT_TRUE(file.Write("abc", 3) && file.Write(nullptr, 0) && file.Write("de", 2));
-        CFile moved(std::move(file));
-        EXPECT_TRUE(moved.Close());
-        EXPECT_FALSE(moved.Close());
+        CFile first;
+        RC_ASSERT(first.OpenForWriting(folder.GetName(name)));
+        CFile file(std::move(first));
+        for (const std::string& piece : AnyPieces(rc::gen::inRange<std::size_t>(0, 300)))
+        {
+            RC_ASSERT(file.Write(piece.data(), piece.size()));
+            bytes += piece;
+        }
+        RC_ASSERT(file.Close() && !file.Close() && !first.IsOpen());
     }
-    EXPECT_EQ(ReadWhole(folder.GetPath() / name), "abcde");
+    RC_ASSERT(ReadWhole(folder.GetPath() / name) == bytes);
 
     CFile file;
-    char bytes[8] = {};
-    ASSERT_TRUE(file.OpenForReading(folder.GetName(name)));
-    EXPECT_EQ(file.GetSize(), 5u);
-    EXPECT_EQ(file.Read(bytes, 4), 4u);
-    EXPECT_EQ(file.Read(bytes + 4, 4), 1u);
-    EXPECT_EQ(file.Read(bytes, 4), 0u);
-    EXPECT_STREQ(bytes, "abcde");
-    EXPECT_TRUE(file.Close());
+    RC_ASSERT(file.OpenForReading(folder.GetName(name)));
+    RC_ASSERT(file.GetSize() == bytes.size());
+    RC_ASSERT(file.MayHold(bytes.size()) && !file.MayHold(bytes.size() + 1));
+    std::string read(bytes.size() + 5, '?');
+    const std::size_t some = *rc::gen::inRange<std::size_t>(0, bytes.size() + 1);
+    RC_ASSERT(file.Read(read.data(), some) == some);
+    RC_ASSERT(file.Read(read.data() + some, read.size() - some) == bytes.size() - some);
+    RC_ASSERT(read == bytes + "?????");
+    RC_ASSERT(file.Close());
+    RC_ASSERT(CountOpenFiles() == openBefore);
+}
+
+TEST(CFile, TellsEachFailureOfTheSystemAndStaysOpenForNone)
+{
+    const CTempFolder folder;
+    const std::wstring name = folder.GetName("file");
+    WriteWhole(folder.GetPath() / "file", "old");
+    const std::ptrdiff_t openBefore = CountOpenFiles();
+    char bytes[3];
+    const auto writes = [&]
+    {
+        CFile file;
+        return file.OpenForWriting(name) && file.Write("new", 3) && file.Close();
+    };
+    const auto reads = [&]
+    {
+        CFile file;
+        return file.OpenForReading(name) && file.Read(bytes, 3) == 3u && file.Close();
+    };
+    for (const CSystemCalls::ECall call : {CSystemCalls::Open, CSystemCalls::Settings, CSystemCalls::Status,
+                                           CSystemCalls::Truncate, CSystemCalls::Write, CSystemCalls::Close})
+    {
+        CSystemCalls calls;
+        calls.fates[call] = {{EIO}};
+        EXPECT_FALSE(writes()) << call;
+        EXPECT_EQ(calls.made[CSystemCalls::Close], call == CSystemCalls::Open ? 0 : 1) << call;
+    }
+    for (const CSystemCalls::ECall call :
+         {CSystemCalls::Open, CSystemCalls::Settings, CSystemCalls::Status, CSystemCalls::Read, CSystemCalls::Close})
+    {
+        EXPECT_TRUE(writes());
+        CSystemCalls calls;
+        calls.fates[call] = {{EIO}};
+        EXPECT_FALSE(reads()) << call;
+    }
+    CSystemCalls calls;
+    calls.fates[CSystemCalls::Lock] = {{ENOTSUP}}; // a file system without locks
+    calls.fates[CSystemCalls::Close] = {{EINTR}};  // it is closed all the same, and mustn't be again
+    EXPECT_TRUE(writes());
+    EXPECT_EQ(calls.made[CSystemCalls::Close], 1);
+    calls.fates[CSystemCalls::Open] = {{EWOULDBLOCK}}; // a lease, which is waited for
+    EXPECT_TRUE(reads());
+    calls.fates[CSystemCalls::Write] = {{0, 0}};
+    EXPECT_FALSE(writes());
+    calls.fates[CSystemCalls::Read] = {{EIO}};
+    CFile file;
+    ASSERT_TRUE(file.OpenForReading(name));
+    EXPECT_EQ(file.Read(bytes, std::size_t{1} << 40), std::nullopt);
+    EXPECT_EQ(calls.mostAsked, std::size_t{1} << 30); // systems refuse more, or move part of it
+    file = CFile();
     EXPECT_EQ(CountOpenFiles(), openBefore);
+}
+
+TEST(CFile, IsMadeForEverybodyAndHandedToNoOtherProgram)
+{
+    const CTempFolder folder;
+    const ::mode_t before = ::umask(0);
+    CSystemCalls calls;
+    CFile file;
+    EXPECT_TRUE(file.OpenForWriting(folder.GetName("file")));
+    ::umask(before);
+    EXPECT_EQ(std::filesystem::status(folder.GetPath() / "file").permissions(), std::filesystem::perms(0666));
+    EXPECT_EQ(calls.openFlags & (O_CLOEXEC | O_NOCTTY | O_TRUNC), O_CLOEXEC | O_NOCTTY);
 }
 
 TEST(CFile, OneThatIsNotOpenRefusesAndOneThatIsOpenedAgainLetsTheOldLockGo)
@@ -87,20 +157,36 @@ TEST(CFile, ClosedItIsFreeWhateverAForkedProcessHolds)
     EXPECT_EQ(::waitpid(child, nullptr, 0), child);
 }
 
-TEST(CFile, PipesAndDevicesAreEverybodys)
+TEST(CFile, PipesAreRefusedAtOnceOrAwaitedAndDevicesAreEverybodys)
 {
     const CTempFolder folder;
+    const std::wstring name = folder.GetName("pipe");
     ASSERT_EQ(::mkfifo((folder.GetPath() / "pipe").c_str(), 0600), 0);
     CFile reader;
-    std::thread opener([&] { EXPECT_TRUE(reader.OpenForReading(folder.GetName("pipe"))); }); // waits for a writer
     CFile writer;
-    EXPECT_TRUE(writer.OpenForWriting(folder.GetName("pipe")));
+    EXPECT_FALSE(reader.OpenForReading(name) || writer.OpenForWriting(name)); // with no other end
+    std::thread opener([&] { EXPECT_TRUE(reader.OpenForReading(name, CFile::EPipes::Await)); });
+    EXPECT_TRUE(writer.OpenForWriting(name, CFile::EPipes::Await));
     opener.join();
     EXPECT_EQ(reader.GetSize(), std::nullopt);
+    EXPECT_TRUE(reader.MayHold(1) && writer.Write("x", 1));
+    EXPECT_FALSE(CFile().OpenForReading(name) || CFile().OpenForWriting(name)); // with one
+
     EXPECT_TRUE(writer.OpenForWriting(L"/dev/null") && reader.OpenForWriting(L"/dev/null"));
+    ASSERT_TRUE(reader.OpenForReading(L"/dev/zero"));
+    char bytes[] = "xyz";
+    EXPECT_TRUE(reader.MayHold(4) && reader.Read(bytes, 4) == 4u);
+    EXPECT_EQ(std::string(bytes, 4), std::string(4, '\0'));
+    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY); // its reader waits
+    ASSERT_TRUE(terminal >= 0 && ::grantpt(terminal) == 0 && ::unlockpt(terminal) == 0);
+    ASSERT_TRUE(reader.OpenForReading(std::filesystem::path(::ptsname(terminal)).wstring()));
+    std::thread typist([&] { EXPECT_EQ(::write(terminal, "ab\n", 3), 3); });
+    EXPECT_EQ(reader.Read(bytes, 3), 3u);
+    typist.join();
+    ::close(terminal);
 }
 
-TEST(CFile, SizesBeyond32BitsAreTold)
+TEST(CFile, SizesAreToldBeyond32BitsAndAreNotTheLastWordOnFilesThatTheSystemMakesUp)
 {
     const CTempFolder folder;
     WriteWhole(folder.GetPath() / "sparse", "");
@@ -108,6 +194,13 @@ TEST(CFile, SizesBeyond32BitsAreTold)
     CFile file;
     ASSERT_TRUE(file.OpenForReading(folder.GetName("sparse")));
     EXPECT_EQ(file.GetSize(), 0x100000005u);
+    EXPECT_TRUE(file.MayHold(0x100000005) && !file.MayHold(0x100000006));
+    ASSERT_TRUE(file.OpenForReading(L"/proc/self/status"));
+    EXPECT_EQ(file.GetSize(), 0u);
+    EXPECT_TRUE(file.MayHold(10) && !file.MayHold(0x10000000));
+    CSystemCalls calls;
+    calls.fates[CSystemCalls::ReadAt] = {{EINTR}, {ESPIPE}}; // nothing can be known then
+    EXPECT_TRUE(file.MayHold(0x10000000));
 }
 
 TEST(CFile, FullDevicesAndLimitsAreFailuresAndEndNoProcess)
@@ -131,41 +224,6 @@ TEST(CFile, FullDevicesAndLimitsAreFailuresAndEndNoProcess)
     ::sigset_t pending;
     ::sigpending(&pending);
     EXPECT_EQ(sigismember(&pending, SIGXFSZ), 0);
-}
-
-TEST(CFile, InterruptedAndPartialReadsGoOn)
-{
-    const CTempFolder folder;
-    const std::filesystem::path pipe = folder.GetPath() / "pipe";
-    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-    struct sigaction interrupt = {};
-    struct sigaction before = {};
-    static std::atomic<int> interruptions;
-    interrupt.sa_handler = [](int) { ++interruptions; };
-    ::sigaction(SIGUSR1, &interrupt, &before); // without SA_RESTART
-
-    std::thread writer(
-        [&pipe, reader = ::pthread_self()]
-        {
-            std::ofstream stream(pipe, std::ios::binary);
-            for (int part = 0; part < 5; ++part)
-            {
-                stream << part << std::flush;
-                std::this_thread::sleep_for(std::chrono::milliseconds(5));
-                ::pthread_kill(reader, SIGUSR1);
-                std::this_thread::sleep_for(std::chrono::milliseconds(5));
-            }
-        });
-    CFile file;
-    std::string bytes(10, '?');
-    const bool opened = file.OpenForReading(folder.GetName("pipe"));
-    const std::optional<std::size_t> moved = file.Read(bytes.data(), bytes.size());
-    writer.join();
-    ::sigaction(SIGUSR1, &before, nullptr);
-    EXPECT_TRUE(opened);
-    EXPECT_EQ(moved, 5u);
-    EXPECT_EQ(bytes, "01234?????");
-    EXPECT_GT(interruptions, 0);
 }
 
 TEST(FilePath, LoneSurrogatesAreReplaced)

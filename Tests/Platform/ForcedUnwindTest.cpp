@@ -2,6 +2,9 @@
 
 #include <pthread.h>
 
+#include "Platform/CFile.h"
+#include "Platform/StandardError.h"
+
 #include "Support/Testing.h"
 
 namespace
@@ -15,14 +18,32 @@ void Cancel()
     ::pthread_testcancel();
 }
 
-// Ends by itself, is cancelled, throws, and is cancelled where that is held back.
 enum class EEnd
 {
     Exit,
     Cancelled,
     Exception,
-    CancelledLater
+    CancelledInScope,
+    CancelledWithFiles
 };
+
+// All of it is noexcept, or is called by what is.
+void UseFilesWhenCancelled(std::string& told)
+{
+    ::pthread_cancel(::pthread_self());
+    char byte = 'x';
+    Platform::CFile file;
+    file.OpenForWriting(L"/dev/null");
+    file.Write(&byte, 1);
+    file.OpenForReading(L"/dev/zero");
+    file.Read(&byte, 1);
+    file.OpenForReading(L"/proc/self/status");
+    file.MayHold(1000000);
+    file.Close();
+    file.OpenForReading(L"/dev/zero");
+    Platform::WriteToStandardError("");
+    told += "held back, ";
+}
 
 void End(EEnd end, std::string& told)
 {
@@ -32,12 +53,15 @@ void End(EEnd end, std::string& told)
         Cancel();
     if (end == EEnd::Exception)
         throw 42;
+    if (end == EEnd::CancelledWithFiles)
+        UseFilesWhenCancelled(told);
+    else
     {
         const Platform::CNoCancellation outer;
         const Platform::CNoCancellation inner;
         Cancel();
+        told += "held back, ";
     }
-    told += "held back, ";
     ::pthread_testcancel();
 }
 
@@ -75,7 +99,8 @@ TEST(ForcedUnwind, PassesWhatCatchesEverythingAndCanBeHeldBack)
     EXPECT_EQ(RunThread(EEnd::Exit), "unwound");
     EXPECT_EQ(RunThread(EEnd::Cancelled), "unwound");
     EXPECT_EQ(RunThread(EEnd::Exception), "caught, unwound");
-    EXPECT_EQ(RunThread(EEnd::CancelledLater), "held back, unwound");
+    EXPECT_EQ(RunThread(EEnd::CancelledInScope), "held back, unwound");
+    EXPECT_EQ(RunThread(EEnd::CancelledWithFiles), "held back, unwound");
 }
 
 } // namespace

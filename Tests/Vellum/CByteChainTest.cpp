@@ -140,7 +140,7 @@ TEST(CByteChain, SurvivesEveryFailedAllocation)
     {
         CByteChain chain;
         expected.clear();
-        for (const std::size_t size : {10, 100, 1000, 3000, 10})
+        for (const std::size_t size : {10u, 100u, 1000u, 3000u, 10u})
         {
             CByteChain inner;
             const bool isWritten = GetsThrough(

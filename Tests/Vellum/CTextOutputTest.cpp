@@ -47,6 +47,7 @@ TEST(CTextOutput, GivesItsStreamWhatTheStreamsOwnInsertersWould)
     for (int round = 0; round < 300; ++round)
     {
         std::ostringstream expected;
+        expected.imbue(std::locale::classic());
         std::ostringstream stream;
         stream.imbue(locales[round % 2]);
         {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <string_view>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 
 #include "Describe/Members.h"
@@ -14,6 +15,7 @@ namespace Vellum::Describing
 {
 
 inline constexpr std::size_t MostMembers = 64;
+inline constexpr std::size_t MostInitialisers = 256; // each element of an array is one
 
 // Becomes whatever a member is initialised with.
 struct SAnything
@@ -43,7 +45,7 @@ consteval bool TakesBraces(std::index_sequence<Before...>, std::index_sequence<B
 template <class T, std::size_t Count = 0>
 consteval std::size_t CountInitialisers()
 {
-    if constexpr (Takes<T>(std::make_index_sequence<Count + 1>()))
+    if constexpr (Count <= MostInitialisers && Takes<T>(std::make_index_sequence<Count + 1>()))
         return CountInitialisers<T, Count + 1>();
     else
         return Count;
@@ -74,8 +76,31 @@ consteval std::size_t CountMembers()
         return 1 + CountMembers<T, At + CountSlots<T, At, Initialisers<T> - At - 1>()>();
 }
 
+// An aggregate's base classes come first.
 template <class T>
-inline constexpr std::size_t MemberCount = CountMembers<T>();
+struct SAnyBaseOf
+{
+    template <class Base>
+    requires(std::is_base_of_v<Base, T> && !std::is_same_v<Base, T>) operator Base() const noexcept;
+};
+
+template <class T>
+inline constexpr bool HasBase = requires
+{
+    T{SAnyBaseOf<T>()};
+};
+
+template <class T>
+consteval std::size_t FindMemberCount()
+{
+    if constexpr (Initialisers < T >> MostInitialisers)
+        return MostMembers + 1;
+    else
+        return CountMembers<T>();
+}
+
+template <class T>
+inline constexpr std::size_t MemberCount = FindMemberCount<T>();
 
 // The name of a member is part of the name of a function that is made for the member's address. The object that it
 // belongs to is never defined, since nothing but its address is taken, in constant expressions.
@@ -122,8 +147,9 @@ consteval auto GetMemberAddress()
 // "... = {&UndefinedObject.value.count}]"
 consteval std::string_view CutMemberName(std::string_view function)
 {
-    const std::size_t end = std::min(function.rfind(")}"), function.rfind("}]"));
-    const std::string_view name = function.substr(0, end);
+    std::string_view name = function.substr(0, std::min(function.rfind(")}"), function.rfind("}]")));
+    while (name.ends_with('}') || name.ends_with(')'))
+        name.remove_suffix(1);
     return name.substr(name.find_last_of(".:") + 1);
 }
 
@@ -185,6 +211,30 @@ consteval auto GatherMemberNames(std::index_sequence<Indices...>)
 {
     return std::array<const char*, sizeof...(Indices)>{SMemberName<T, Indices>::Literal.text...};
 }
+
+// Whether this compiler tells names in a way that is known here.
+struct SProbe
+{
+    int known;
+};
+
+template <class T>
+inline constexpr bool IsCompilerKnown = SMemberName<SProbe, 0>::Name == "known";
+
+// Raises at compile time, if it can't be had: what has to be written instead.
+template <class T>
+consteval bool FindReflection()
+{
+    static_assert(IsCompilerKnown<T>, "This compiler doesn't tell the names of members: describe this type with "
+                                      "Vellum::Fields");
+    static_assert(!HasBase<T>, "This aggregate has a base class: describe it with Vellum::Fields and Vellum::Base");
+    static_assert(HasBase<T> || MemberCount<T> <= MostMembers,
+                  "This aggregate has more than 64 fields or 256 elements of arrays: describe it with Vellum::Fields");
+    return IsCompilerKnown<T> && !HasBase<T> && MemberCount<T> <= MostMembers; // the rest would only say it again
+}
+
+template <class T>
+inline constexpr bool IsReflected = FindReflection<T>();
 
 // The keys of an aggregate, in the order of its members.
 template <class T>

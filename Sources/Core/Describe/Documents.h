@@ -85,32 +85,32 @@ void CallWithRoot(T& value, const SDocument& document, const Function& function)
 }
 
 template <class T>
-std::string ToText(const T& value, EFormat format)
+std::string ToText(const T& value, EFormat format, const char* function)
 {
     std::string text;
-    SDocument document{format};
+    SDocument document{format, function};
     CallWithRoot(value, document, [&](const auto& root) { text = WriteText(document, root); });
     return text;
 }
 
 template <class T>
-void ToText(const T& value, EFormat format, std::ostream& stream)
+void ToText(const T& value, EFormat format, const char* function, std::ostream& stream)
 {
-    SDocument document{format};
+    SDocument document{format, function};
     CallWithRoot(value, document, [&](const auto& root) { WriteText(document, root, stream); });
 }
 
 template <bool IsStrict, class T>
-void FromText(const char* text, T& value, EFormat format)
+void FromText(const char* text, T& value, EFormat format, const char* function)
 {
-    const SDocument document{format, text};
+    const SDocument document{format, function, text};
     CallWithRoot<IsStrict>(value, document, [&](auto& root) { ReadText(document, root, IsStrict); });
 }
 
 template <bool IsStrict, class T>
 void FromBytes(const void* data, std::size_t size, T& value)
 {
-    const SDocument document{EFormat::Binary};
+    const SDocument document{EFormat::Binary, "Vellum::FromBinary"};
     CallWithRoot<IsStrict>(value, document, [&](auto& root) { ReadBinary(document, data, size, root, IsStrict); });
 }
 
@@ -130,10 +130,17 @@ inline constexpr bool AreOptions = sizeof...(Options) <= 1 && (std::same_as<Opti
 template <class T, class Function>
 T MakeFilled(const Function& fill)
 {
-    CheckDefault<T>();
-    T value{};
-    fill(value);
-    return value;
+    if constexpr (std::default_initializable<T>)
+    {
+        T value{};
+        fill(value);
+        return value;
+    }
+    else
+    {
+        CheckDefault<T>();
+        throw; // doesn't get that far
+    }
 }
 
 } // namespace Describing
@@ -153,27 +160,27 @@ T MakeFilled(const Function& fill)
 template <class T>
 std::string ToJson(const T& value)
 {
-    return Describing::ToText(value, EFormat::Json);
+    return Describing::ToText(value, EFormat::Json, "Vellum::ToJson");
 }
 
 // The same onto a stream, whose flags and locale don't matter. A stream that can't take it tells by its state.
 template <class T>
 void ToJson(const T& value, std::ostream& stream)
 {
-    Describing::ToText(value, EFormat::Json, stream);
+    Describing::ToText(value, EFormat::Json, "Vellum::ToJson", stream);
 }
 
 // The XML document of a value, as CWriterXml writes it.
 template <class T>
 std::string ToXml(const T& value)
 {
-    return Describing::ToText(value, EFormat::Xml);
+    return Describing::ToText(value, EFormat::Xml, "Vellum::ToXml");
 }
 
 template <class T>
 void ToXml(const T& value, std::ostream& stream)
 {
-    Describing::ToText(value, EFormat::Xml, stream);
+    Describing::ToText(value, EFormat::Xml, "Vellum::ToXml", stream);
 }
 
 // The binary document of a value, as CWriterBinary writes it.
@@ -181,7 +188,7 @@ template <class T>
 std::vector<unsigned char> ToBinary(const T& value)
 {
     std::vector<unsigned char> bytes;
-    const Describing::SDocument document{EFormat::Binary};
+    const Describing::SDocument document{EFormat::Binary, "Vellum::ToBinary"};
     Describing::CallWithRoot(value, document, [&](const auto& root) { bytes = Describing::WriteBinary(root); });
     return bytes;
 }
@@ -206,7 +213,7 @@ template <class T, class... Options>
 requires Describing::AreOptions<Options...>
 void FromJson(const Describing::SText& text, T& value, Options...)
 {
-    Describing::FromText<sizeof...(Options) != 0>(text.text, value, EFormat::Json);
+    Describing::FromText<sizeof...(Options) != 0>(text.text, value, EFormat::Json, "Vellum::FromJson");
 }
 template <class T, class... Options>
 requires Describing::AreOptions<Options...> T FromJson(const Describing::SText& text, Options... options)
@@ -219,7 +226,7 @@ template <class T, class... Options>
 requires Describing::AreOptions<Options...>
 void FromXml(const Describing::SText& text, T& value, Options...)
 {
-    Describing::FromText<sizeof...(Options) != 0>(text.text, value, EFormat::Xml);
+    Describing::FromText<sizeof...(Options) != 0>(text.text, value, EFormat::Xml, "Vellum::FromXml");
 }
 template <class T, class... Options>
 requires Describing::AreOptions<Options...> T FromXml(const Describing::SText& text, Options... options)

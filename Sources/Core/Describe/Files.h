@@ -60,7 +60,7 @@ constexpr EFormat GetFormat(EFormat format) { return format; }
 template <class T>
 void Save(const Describing::SFileName& name, const T& value, EFormat format = EFormat::Any)
 {
-    Describing::SDocument document{format == EFormat::Any ? Describing::FindFormat(name) : format};
+    Describing::SDocument document{format == EFormat::Any ? Describing::FindFormat(name) : format, "Vellum::Save"};
     Describing::CallWithRoot(value, document, [&](const auto& root) { SaveDocument(name, document, root); });
 }
 
@@ -77,7 +77,8 @@ void Load(const Describing::SFileName& name, T& value, Options... options)
     ((format = Describing::GetFormat(options) != EFormat::Any ? Describing::GetFormat(options) : format), ...);
     constexpr bool IsStrict = (std::same_as<Options, SStrict> || ...);
     const std::string bytes = Describing::ReadDocument(name);
-    const Describing::SDocument document{format == EFormat::Any ? Describing::FindFormat(name) : format, bytes.c_str()};
+    const Describing::SDocument document{format == EFormat::Any ? Describing::FindFormat(name) : format, "Vellum::Load",
+                                         bytes.c_str()};
     Describing::CallWithRoot<IsStrict>(
         value, document, [&](auto& root) { Describing::LoadDocument(name, document, bytes, root, IsStrict); });
 }

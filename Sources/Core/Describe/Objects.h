@@ -100,29 +100,17 @@ void ReadDescribed(T& object, IDataReader& reader, const SPlace& place)
 }
 
 template <class T>
-concept Reflected = MemberCount<T>
-<= MostMembers;
-
-template <class T>
-void CheckReflection()
-{
-    static_assert(Reflected<T>, "Vellum finds more than 64 fields in this type: describe it with Vellum::Fields");
-}
-
-template <class T>
 void WriteFields(const T& object, IDataWriter& writer, const SPlace& place)
 {
     if constexpr (Described<T>)
         WriteDescribed(object, writer, place);
-    else if constexpr (Reflected<T>)
+    else if constexpr (IsReflected<T>)
         VisitMembers<MemberCount<T>>(object,
                                      [&](const auto&... members)
                                      {
                                          [[maybe_unused]] std::size_t index = 0;
                                          (WriteValue(members, SFieldOut{writer, MemberNames<T>[index++], place}), ...);
                                      });
-    else
-        CheckReflection<T>();
 }
 
 template <bool IsStrict, class T>
@@ -130,15 +118,13 @@ void ReadFields(T& object, IDataReader& reader, const SPlace& place)
 {
     if constexpr (Described<T>)
         ReadDescribed<IsStrict>(object, reader, place);
-    else if constexpr (Reflected<T>)
+    else if constexpr (IsReflected<T>)
         VisitMembers<MemberCount<T>>(object,
                                      [&](auto&... members)
                                      {
                                          [[maybe_unused]] std::size_t index = 0;
                                          (ReadMember<IsStrict>(members, MemberNames<T>[index++], reader, place), ...);
                                      });
-    else
-        CheckReflection<T>();
 }
 
 // ---- Which keys there are, for Strict. ----
@@ -170,12 +156,16 @@ bool IsKnown(const char* key, const SPlace& place)
         return (Fields.version != 0 && AreEqualKeys(place, Fields.versionKey, key)) ||
                std::apply([&](const auto&... items) { return (IsKeyOf(items, key, place) || ...); }, Fields.items);
     }
-    else
+    else if constexpr (IsReflected<T>)
     {
         for (const char* const name : MemberNames<T>)
             if (AreEqualKeys(place, name, key))
                 return true;
         return false;
+    }
+    else
+    {
+        return true; // refused already
     }
 }
 

@@ -40,8 +40,9 @@ constexpr bool IsText(EFormat format) { return format == EFormat::Json || format
 struct SDocument
 {
     EFormat format = EFormat::Any;
-    const char* text = nullptr;            // of a text document that is read
-    std::exception_ptr* failure = nullptr; // takes what was raised, since text writers replace it by their own
+    const char* function = "Vellum::Stored"; // which the client has called
+    const char* text = nullptr;              // of a text document that is read
+    std::exception_ptr* failure = nullptr;   // takes what was raised, since text writers replace it by their own
 };
 
 inline constexpr SDocument UnknownDocument{};

@@ -49,8 +49,9 @@ struct SSequenceShape
         CheckDefault<Element>();
         value.clear();
         std::uint32_t index = 0;
-        while (readElement(value, SElementIn<IsStrict>{reader, index, place}))
-            ++index;
+        if constexpr (std::default_initializable<Element>)
+            while (readElement(value, SElementIn<IsStrict>{reader, index, place}))
+                ++index;
         if constexpr (IsStrict)
             CheckEnd(reader, index, place);
     }

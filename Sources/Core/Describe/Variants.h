@@ -105,6 +105,13 @@ constexpr const char* GetVariantName()
     }
 }
 
+template <const auto& Keys>
+constexpr void CheckDistinct()
+{
+    static_assert(AreDistinct(Keys), "Two types of this variant have no name or the same one: list them in a function "
+                                     "Describe with Vellum::OneOf");
+}
+
 template <class Variant, class Indices>
 struct SVariantShape;
 
@@ -117,6 +124,7 @@ struct SVariantShape<Variant<T...>, std::index_sequence<Indices...>>
 
     static void WriteInside(const Value& value, IDataWriter& writer, const SPlace& place)
     {
+        CheckDistinct<Keys>();
         if (!(write<Indices>(value, writer, place) || ...))
             RaiseUnlisted(place);
     }
@@ -124,6 +132,7 @@ struct SVariantShape<Variant<T...>, std::index_sequence<Indices...>>
     template <bool IsStrict>
     static void ReadInside(Value& value, IDataReader& reader, const SPlace& place)
     {
+        CheckDistinct<Keys>();
         const std::uint32_t count = reader.GetKeyCount();
         const char* const key = count == 0 ? "" : reader.GetKey(0);
         if (!(read<Indices, IsStrict>(value, reader, key, place) || ...))
@@ -134,8 +143,6 @@ struct SVariantShape<Variant<T...>, std::index_sequence<Indices...>>
 
 private:
     static constexpr std::array<const char*, sizeof...(T)> Keys{GetVariantName<Value, T>()...};
-    static_assert(AreDistinct(Keys), "Two types of this variant have no name or the same one: list them in a function "
-                                     "Describe with Vellum::OneOf");
 
     template <std::size_t Index>
     static bool write(const Value& value, IDataWriter& writer, const SPlace& place)
@@ -169,7 +176,12 @@ template <class Base, class Derived>
 consteval bool HasDescriptionOfBase()
 {
     if constexpr (HasOwnDescription<Base> && HasOwnDescription<Derived> && !std::same_as<Base, Derived>)
-        return &Base::Describe == &Derived::Describe;
+    {
+        if constexpr (std::same_as<decltype(&Base::Describe), decltype(&Derived::Describe)>)
+            return &Base::Describe == &Derived::Describe;
+        else
+            return false;
+    }
     else
         return false;
 }

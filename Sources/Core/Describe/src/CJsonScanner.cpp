@@ -65,20 +65,37 @@ std::string_view CJsonScanner::takeWord(char terminator)
     return word;
 }
 
+template <class Function>
+void CJsonScanner::under(const std::string& step, const Function& function)
+try
+{
+    function();
+}
+catch (SFault& fault)
+{
+    const bool isPlain = fault.path.empty() || fault.path.front() == '[';
+    fault.path = step + (isPlain ? "" : ".") + fault.path;
+    throw;
+}
+
 void CJsonScanner::skipValue(char terminator)
 {
     switch (*at)
     {
     case '{':
-        forEachMember([&](std::string_view) { skipValue('}'); });
+        forEachMember([&](std::string_view key) { under(std::string(key), [&] { skipValue('}'); }); });
         break;
     case '[':
         forEachElement(
-            [&](std::uint32_t)
+            [&](std::uint32_t index)
             {
-                if (isStrict && std::strncmp(at, "null", 4) == 0)
-                    throw SFault{at, "A sequence can't hold a null."};
-                skipValue(']');
+                under('[' + std::to_string(index) + ']',
+                      [&]
+                      {
+                          if (isStrict && std::strncmp(at, "null", 4) == 0)
+                              throw SFault{at, "A sequence can't hold a null."};
+                          skipValue(']');
+                      });
             });
         break;
     case '"':

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace Vellum::Describing
@@ -17,6 +18,7 @@ public:
     {
         const char* at;
         const char* reason;
+        std::string path = {}; // as CDocumentException::GetPath tells it
     };
 
     // The text is zero-terminated and stays the caller's.
@@ -39,6 +41,10 @@ private:
     std::string_view takeWord(char terminator);
     void skipValue(char terminator);
     void takeComma(char terminator);
+
+    // A fault that comes out of a value gets the value's part of the path.
+    template <class Function>
+    static void under(const std::string& step, const Function& function);
 
     // Call the function with each key or index, with the scanner before the value.
     template <class Function>

@@ -20,10 +20,10 @@ STextPosition GetPosition(const char* text, const char* at)
             static_cast<std::uint32_t>(before.size() - (before.rfind('\n') + 1)) + 1}; // npos + 1 is 0
 }
 
-[[noreturn]] void RaiseIn(std::string reason, STextPosition position)
+[[noreturn]] void RaiseIn(const SDocument& document, std::string reason, STextPosition position, std::string path = {})
 {
-    throw CDocumentException(__FILE__, __LINE__, "Vellum::Describing::CheckText",
-                             {std::move(reason), {}, {}, position.line, position.column});
+    throw CDocumentException(__FILE__, __LINE__, document.function,
+                             {std::move(reason), std::move(path), {}, position.line, position.column});
 }
 
 void CheckJson(const SDocument& document, bool isSequence, bool isStrict)
@@ -34,7 +34,7 @@ void CheckJson(const SDocument& document, bool isSequence, bool isStrict)
     }
     catch (const CJsonScanner::SFault& fault)
     {
-        RaiseIn(fault.reason, GetPosition(document.text, fault.at));
+        RaiseIn(document, fault.reason, GetPosition(document.text, fault.at), fault.path);
     }
 }
 
@@ -85,9 +85,9 @@ void CheckXml(const SDocument& document, const char* typeName)
 {
     const SXmlOutcome outcome = CReaderXml(document.text).Check();
     if (outcome.error != 0)
-        RaiseIn(DescribeXmlError(outcome.error), {outcome.line, outcome.column});
+        RaiseIn(document, DescribeXmlError(outcome.error), {outcome.line, outcome.column});
     if (!HasRoot(document.text, typeName))
-        RaiseIn(std::string("The document has no root for the type ") + typeName + ".", {});
+        RaiseIn(document, std::string("The document has no root for the type ") + typeName + ".", {});
 }
 
 // The value of a place in a JSON text, or the innermost one around it that is there.

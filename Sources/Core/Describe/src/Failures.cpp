@@ -79,7 +79,7 @@ std::string GetPath(const SPlace& place)
 void RaiseAt(const SPlace& place, const std::string& reason)
 {
     const STextPosition position = FindPosition(place);
-    const CDocumentException failure(__FILE__, __LINE__, "Vellum::Describing::RaiseAt",
+    const CDocumentException failure(__FILE__, __LINE__, place.document->function,
                                      {reason, GetPath(place), {}, position.line, position.column});
     if (place.document->failure != nullptr)
         *place.document->failure = std::make_exception_ptr(failure);

@@ -233,7 +233,8 @@ bool IsBlobAlone(const IDataReader& reader, const char* key)
 void CheckEnd(IContainerReader& reader, std::uint32_t index, const SPlace& place)
 {
     if (HasElement(reader, index, place.document->format))
-        RaiseAt(SPlace{place.document, &place, nullptr, index}, "The element is of another kind than the others.");
+        RaiseAt(SPlace{place.document, &place, nullptr, index},
+                "The element is of another kind than what is read here.");
 }
 
 void CheckCount(IContainerReader& reader, std::uint32_t found, std::uint32_t wanted, const SPlace& place)
