@@ -110,7 +110,7 @@ public:
     void Read(IDataReader&) override {}
 
 private:
-    const COrder order;
+    COrder order;
 };
 
 TEST(Documents, AreThoseOfAHandWrittenClassByteForByte)
