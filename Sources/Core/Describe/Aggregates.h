@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <exception>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -16,11 +17,15 @@ namespace Vellum::Describing
 inline constexpr std::size_t MostMembers = 64;
 inline constexpr std::size_t MostInitialisers = 256; // each element of an array is one
 
-// Becomes whatever a member is initialised with.
+// Becomes whatever a member is initialised with, as far as the compiler is asked. Never called: it has a body for
+// clang++, which complains of one without for types in an unnamed namespace.
 struct SAnything
 {
     template <class T>
-    operator T() const noexcept;
+    operator T() const noexcept
+    {
+        std::terminate();
+    }
 };
 
 template <std::size_t>
