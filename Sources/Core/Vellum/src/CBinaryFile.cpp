@@ -71,10 +71,11 @@ template <BinaryFileData T>
 T CBinaryFile<T>::Read(const wchar_t* fileName)
 {
     Platform::CFile file;
-    const std::optional<std::uint64_t> size = file.OpenForReading(ToName(fileName)) ? file.GetSize() : std::nullopt;
-    if (!size || *size > std::numeric_limits<std::uint32_t>::max())
+    constexpr std::uint64_t NoSize = std::numeric_limits<std::uint64_t>::max();
+    const std::uint64_t size = file.OpenForReading(ToName(fileName)) ? file.GetSize().value_or(NoSize) : NoSize;
+    if (size > std::numeric_limits<std::uint32_t>::max())
         throw CException(__FILE__, __LINE__, SContainer<T>::Read);
-    return ReadStart<T>(file, static_cast<unsigned int>(*size));
+    return ReadStart<T>(file, static_cast<unsigned int>(size));
 }
 
 template <BinaryFileData T>
