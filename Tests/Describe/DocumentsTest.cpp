@@ -229,6 +229,8 @@ TEST(Strict, TellsPathAndReasonInXmlAndBinary)
         {"<SStrictness><small>1</SStrictness>", "", "An element isn't closed.", 2, 24},
         {"<SStrictness>&nope;</SStrictness>", "", "A reference is malformed or unknown.", 2, 14},
         {"<Other></Other>", "", "The document has no root for the type SStrictness.", 0, 0},
+        {"<SStrictnesses/>", "", "The document has no root for the type SStrictness.", 0, 0},
+        {"<Other><SStrictness/></Other>", "", "The document has no root for the type SStrictness.", 0, 0},
     };
     for (const SRefused& refused : table)
         ExpectRefused(refused, [&] { FromXml<SStrictness>(head + refused.document, Strict); });

@@ -65,8 +65,9 @@ std::string_view CJsonScanner::takeWord(char terminator)
     return word;
 }
 
-template <class Function>
-void CJsonScanner::under(const std::string& step, const Function& function)
+// `step` makes the piece of the path, for a fault alone.
+template <class Step, class Function>
+void CJsonScanner::under(const Step& step, const Function& function)
 try
 {
     function();
@@ -74,7 +75,7 @@ try
 catch (SFault& fault)
 {
     const bool isPlain = fault.path.empty() || fault.path.front() == '[';
-    fault.path = step + (isPlain ? "" : ".") + fault.path;
+    fault.path = step() + (isPlain ? "" : ".") + fault.path;
     throw;
 }
 
@@ -83,13 +84,13 @@ void CJsonScanner::skipValue(char terminator)
     switch (*at)
     {
     case '{':
-        forEachMember([&](std::string_view key) { under(std::string(key), [&] { skipValue('}'); }); });
+        forEachMember([&](std::string_view key) { under([&] { return std::string(key); }, [&] { skipValue('}'); }); });
         break;
     case '[':
         forEachElement(
             [&](std::uint32_t index)
             {
-                under('[' + std::to_string(index) + ']',
+                under([&] { return '[' + std::to_string(index) + ']'; },
                       [&]
                       {
                           if (isStrict && std::strncmp(at, "null", 4) == 0)

@@ -43,8 +43,8 @@ private:
     void takeComma(char terminator);
 
     // A fault that comes out of a value gets the value's part of the path.
-    template <class Function>
-    static void under(const std::string& step, const Function& function);
+    template <class Step, class Function>
+    static void under(const Step& step, const Function& function);
 
     // Call the function with each key or index, with the scanner before the value.
     template <class Function>

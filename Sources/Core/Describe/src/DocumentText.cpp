@@ -5,6 +5,9 @@
 
 #include "Vellum/CReaderXml.h"
 
+#include "Vellum/src/XmlNames.h"
+#include "Vellum/src/XmlParser.h"
+
 #include "Describe/CDocumentException.h"
 #include "Describe/src/CJsonScanner.h"
 
@@ -42,51 +45,38 @@ const char* DescribeXmlError(std::int32_t error)
 {
     switch (error)
     {
-    case 1:
+    case XmlElementNotClosed:
         return "An element isn't closed.";
-    case 4:
+    case XmlNoElementName:
         return "An element has no name.";
-    case 5:
+    case XmlBadEndTag:
         return "An end tag is malformed.";
-    case 7:
+    case XmlStrayEndTag:
         return "An end tag has no element.";
-    case 8:
+    case XmlClearNotClosed:
         return "A comment or another section isn't closed.";
-    case 9:
+    case XmlUnexpectedToken:
         return "Something in a tag doesn't belong there.";
-    case 14:
+    case XmlBadReference:
         return "A reference is malformed or unknown.";
-    case 15:
+    case XmlTooDeep:
         return "The elements are nested too deep.";
     default:
         return "The text is too long.";
     }
 }
 
-// Answers whether the root is there, by being called with a reader that has something, or by the way of its name.
-bool HasRoot(std::string_view text, std::string_view typeName)
-{
-    std::string tag = "<";
-    for (; !typeName.empty(); typeName.remove_prefix(1))
-    {
-        const bool isSeparator = typeName.starts_with("::");
-        tag += isSeparator ? '-' : typeName.front();
-        typeName.remove_prefix(isSeparator ? 1 : 0);
-    }
-    const auto areEqual = [](char first, char second)
-    {
-        const auto lower = [](char byte) { return byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte; };
-        return lower(first) == lower(second);
-    };
-    return std::search(text.begin(), text.end(), tag.begin(), tag.end(), areEqual) != text.end();
-}
-
+// The root is looked for as CReaderXml does it.
 void CheckXml(const SDocument& document, const char* typeName)
 {
-    const SXmlOutcome outcome = CReaderXml(document.text).Check();
-    if (outcome.error != 0)
+    SXmlParseOutcome parse{};
+    const CXmlNode tree = ParseXmlText(document.text, &parse);
+    if (parse.error != XmlOk)
+    {
+        const SXmlOutcome outcome = CReaderXml(document.text).Check();
         RaiseIn(document, DescribeXmlError(outcome.error), {outcome.line, outcome.column});
-    if (!HasRoot(document.text, typeName))
+    }
+    if (tree.GetChild(ToElementName(typeName).c_str()).IsEmpty())
         RaiseIn(document, std::string("The document has no root for the type ") + typeName + ".", {});
 }
 

@@ -3,6 +3,8 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/TextCompare.h"
+
 #include "Vellum/Encodings.h"
 
 #include "Describe/Maps.h"
@@ -19,18 +21,16 @@ bool FitsJson(std::string_view key)
     return key.find('"') == std::string_view::npos && backslashes % 2 == 0;
 }
 
-constexpr char ToLower(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte; }
-
 constexpr bool IsNameByte(char byte)
 {
-    const char lower = ToLower(byte);
+    const char lower = Platform::FoldCase(byte);
     return (lower >= 'a' && lower <= 'z') || (byte >= '0' && byte <= '9') ||
            std::string_view("_-.:").find(byte) != std::string_view::npos || static_cast<unsigned char>(byte) >= 0x80;
 }
 
 std::string Lower(std::string text)
 {
-    std::ranges::transform(text, text.begin(), ToLower);
+    std::ranges::transform(text, text.begin(), Platform::FoldCase);
     return text;
 }
 

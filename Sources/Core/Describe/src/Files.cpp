@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "Platform/CNewFile.h"
+#include "Platform/TextCompare.h"
 
 #include "Groundwork/CbStreamWriteBinary.h"
 
@@ -163,11 +164,9 @@ catch (const IException& exception)
 
 EFormat FindFormat(const SFileName& name)
 {
-    std::string extension = std::filesystem::path(name.name).extension().string();
-    std::ranges::transform(extension, extension.begin(),
-                           [](char byte)
-                           { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte; });
-    return extension == ".json" ? EFormat::Json : extension == ".xml" ? EFormat::Xml : EFormat::Binary;
+    const std::string extension = std::filesystem::path(name.name).extension().string();
+    const auto is = [&](const char* other) { return Platform::CompareWithoutCase(extension.c_str(), other) == 0; };
+    return is(".json") ? EFormat::Json : is(".xml") ? EFormat::Xml : EFormat::Binary;
 }
 
 void SaveDocument(const SFileName& name, SDocument& document, const ISerializable& root)

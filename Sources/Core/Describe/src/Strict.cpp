@@ -6,6 +6,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "Platform/TextCompare.h"
+
 #include "Groundwork/CbDateTime.h"
 #include "Groundwork/IException.h"
 
@@ -20,13 +22,6 @@ namespace Vellum::Describing
 {
 namespace
 {
-
-constexpr char ToLower(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte; }
-
-bool AreEqualWithoutCase(std::string_view first, std::string_view second)
-{
-    return std::ranges::equal(first, second, {}, ToLower, ToLower);
-}
 
 constexpr bool IsDigit(char byte) { return byte >= '0' && byte <= '9'; }
 
@@ -156,7 +151,7 @@ void CheckBase64(const std::string& text, const SPlace& place)
 bool AreEqualKeys(const SPlace& place, const char* first, const char* second)
 {
     if (place.document->format == EFormat::Xml)
-        return AreEqualWithoutCase(first, second);
+        return Platform::CompareWithoutCase(first, second) == 0;
     return std::string_view(first) == second;
 }
 
