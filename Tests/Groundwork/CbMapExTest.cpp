@@ -5,34 +5,6 @@
 #include "Model/Values.h"
 #include "Support/Testing.h"
 
-// A key that somebody has chosen so that all share two buckets. How often it is compared is counted.
-struct SChosenKey
-{
-    static inline std::uint64_t comparisons = 0;
-    unsigned int number;
-    explicit SChosenKey(unsigned int chosen) : number(chosen) {}
-    operator unsigned int() const { return number; }
-};
-
-template <>
-struct CbMapTypes::SKeyTraits<SChosenKey>
-{
-    using View = unsigned int;
-    static constexpr bool IsText = false;
-    static std::uint64_t Hash(View key) { return key % 2 * 77; }
-    static bool Equal(std::uint64_t, const SChosenKey& stored, std::uint64_t, View key)
-    {
-        ++SChosenKey::comparisons;
-        return stored.number == key;
-    }
-};
-
-template <>
-struct CbTypeName<SChosenKey>
-{
-    static constexpr auto Value = CbText("struct SChosenKey");
-};
-
 namespace
 {
 
@@ -177,23 +149,6 @@ TEST(CbMapEx, OrderIsThatOfTheModel)
             ExpectToldOrder(stringMap, strings);
         },
         60);
-}
-
-TEST(CbMapEx, ChosenKeysCostNoLongWalks)
-{
-    CbMapEx<SChosenKey, int> map;
-    for (unsigned int key = 0; key < 3000; ++key)
-        map.FindOrInsert(key);
-    for (unsigned int key = 0; key < 6000; ++key)
-        EXPECT_EQ(map.Find(key) != nullptr, key < 3000);
-    EXPECT_LT(SChosenKey::comparisons, 3000u * 10); // two million without an index
-    std::vector<unsigned int> order;
-    for (const auto* node = map.GetFirst(); node != nullptr; node = node->next)
-        order.push_back(node->key.number);
-    const std::size_t half = order.size() / 2; // even ones, then odd ones
-    EXPECT_TRUE(order.size() == 3000 &&
-                std::all_of(order.begin(), order.begin() + 1500, [](auto key) { return key % 2 == 0; }));
-    EXPECT_EQ(order[half] % 2, 1u);
 }
 
 TEST(CbMapEx, ClearedTableIsAsNewAndItsNodesServeAgain)
