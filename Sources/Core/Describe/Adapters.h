@@ -39,59 +39,33 @@ private:
     SPlace place;
 };
 
-template <class Shape, class T>
-using CObjectOut = COut<Shape, T, ISerializable, IDataWriter, IDataReader>;
-template <class Shape, class T, bool IsStrict>
-using CObjectIn = CIn<Shape, T, ISerializable, IDataWriter, IDataReader, IsStrict>;
-template <class Shape, class T>
-using CSequenceOut = COut<Shape, T, ISerializableContainer, IContainerWriter, IContainerReader>;
-template <class Shape, class T, bool IsStrict>
-using CSequenceIn = CIn<Shape, T, ISerializableContainer, IContainerWriter, IContainerReader, IsStrict>;
-
-// What is stored as an object.
-template <class Shape, class T>
-struct SStoredObject
+// What is stored as an object or as a sequence, by the interface that it takes of the contract.
+template <class Shape, class T, class ForInterface, class Writer, class Reader, EElement ForElement>
+struct SStoredInside
 {
-    using Interface = ISerializable;
-    using Out = CObjectOut<Shape, T>;
+    using Interface = ForInterface;
+    using Out = COut<Shape, T, Interface, Writer, Reader>;
     template <bool IsStrict>
-    using In = CObjectIn<Shape, T, IsStrict>;
+    using In = CIn<Shape, T, Interface, Writer, Reader, IsStrict>;
 
-    static constexpr EElement Element = EElement::Object;
+    static constexpr EElement Element = ForElement;
 
     static void Write(const T& value, const auto& out)
     {
-        out.Put(static_cast<const ISerializable&>(Out(value, out.GetPlace())));
+        out.Put(static_cast<const Interface&>(Out(value, out.GetPlace())));
     }
     template <class Place>
     static bool Read(T& value, const Place& in)
     {
         In<Place::IsStrict> adapter(value, in.GetPlace());
-        return in.Get(static_cast<ISerializable&>(adapter));
+        return in.Get(static_cast<Interface&>(adapter));
     }
 };
 
-// What is stored as a sequence.
 template <class Shape, class T>
-struct SStoredSequence
-{
-    using Interface = ISerializableContainer;
-    using Out = CSequenceOut<Shape, T>;
-    template <bool IsStrict>
-    using In = CSequenceIn<Shape, T, IsStrict>;
-
-    static constexpr EElement Element = EElement::Sequence;
-
-    static void Write(const T& value, const auto& out)
-    {
-        out.Put(static_cast<const ISerializableContainer&>(Out(value, out.GetPlace())));
-    }
-    template <class Place>
-    static bool Read(T& value, const Place& in)
-    {
-        In<Place::IsStrict> adapter(value, in.GetPlace());
-        return in.Get(static_cast<ISerializableContainer&>(adapter));
-    }
-};
+using SStoredObject = SStoredInside<Shape, T, ISerializable, IDataWriter, IDataReader, EElement::Object>;
+template <class Shape, class T>
+using SStoredSequence =
+    SStoredInside<Shape, T, ISerializableContainer, IContainerWriter, IContainerReader, EElement::Sequence>;
 
 } // namespace Vellum::Describing
