@@ -35,7 +35,7 @@ for compiler in "g++ -O0" "g++ -O2" "clang++ -O0" "clang++ -O2"; do
     printf '%-14s %12s %12s %12s %18s %14s\n' "$compiler" "$d" "$h" "$c" "$(ratio "$d" "$h")" "$(ratio "$d" "$c")"
 done
 
-cmake --preset release -DVELLUM_BUILD_TESTS=OFF -DVELLUM_BUILD_EXAMPLES=OFF >/dev/null
+cmake --preset release -DVELLUM_BUILD_TESTS=OFF -DVELLUM_BUILD_EXAMPLES=OFF -DVELLUM_BUILD_TOOLS=OFF >/dev/null
 cmake --build --preset release --target DescriptionBenchmarks >/dev/null
 printf '\nMicroseconds to write and to read, and the ratio\n'
 printf '%-22s %12s %12s %18s\n' "" described "by hand" "described/by hand"

@@ -39,7 +39,7 @@ step "The blocks and the recipes of the pages"
 Scripts/CheckPages.sh
 
 step "ThreadSanitizer"
-cmake --preset tsan -DVELLUM_BUILD_EXAMPLES=OFF >/dev/null
+cmake --preset tsan -DVELLUM_BUILD_EXAMPLES=OFF -DVELLUM_BUILD_TOOLS=OFF >/dev/null
 cmake --build --preset tsan --target ApiTests
 ctest --test-dir Build/tsan/Tests/Api --output-on-failure -j "$(nproc)" # sets where the locales are
 

@@ -90,7 +90,7 @@ checkStatic()
 
 checkAbsoluteFolders()
 {
-    cmake -G Ninja -S . -B Build/package/absolute -DVELLUM_BUILD_TESTS=OFF -DVELLUM_BUILD_EXAMPLES=OFF \
+    cmake -G Ninja -S . -B Build/package/absolute -DVELLUM_BUILD_TESTS=OFF -DVELLUM_BUILD_EXAMPLES=OFF -DVELLUM_BUILD_TOOLS=OFF \
         -DCMAKE_INSTALL_PREFIX="/one place" -DCMAKE_INSTALL_LIBDIR=/another/lib >/dev/null
     local flags
     flags=$(PKG_CONFIG_LIBDIR=Build/package/absolute/Package pkg-config --cflags --libs vellum)

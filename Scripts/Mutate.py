@@ -166,7 +166,7 @@ class Tree:
         self.copy_sources()
         tools = {"ccache": "-DCMAKE_CXX_COMPILER_LAUNCHER=ccache", "ld.lld": "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld"}
         self.call("cmake", "-G", "Ninja", "-S", self.folder, "-B", self.build, "-DCMAKE_BUILD_TYPE=Debug",
-                  "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DVELLUM_BUILD_EXAMPLES=OFF",
+                  "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DVELLUM_BUILD_EXAMPLES=OFF", "-DVELLUM_BUILD_TOOLS=OFF",
                   "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST",
                   *[option for tool, option in tools.items() if shutil.which(tool)])
         for path in sorted(self.folder.glob("Tests/*/CMakeLists.txt")):

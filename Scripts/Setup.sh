@@ -7,7 +7,7 @@
 #   Scripts/Setup.sh --docs         ... and what Scripts/Docs.sh needs: doxygen
 set -euo pipefail
 
-packages=(g++ cmake ninja-build pkg-config libuchardet-dev libgtest-dev librapidcheck-dev locales tzdata iso-codes shared-mime-info)
+packages=(g++ cmake ninja-build pkg-config libuchardet-dev libcli11-dev libgtest-dev librapidcheck-dev locales tzdata iso-codes shared-mime-info)
 for option in "$@"; do
     case "$option" in
         --check) packages+=(clang clang-format libclang-rt-14-dev) ;;

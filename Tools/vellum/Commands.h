@@ -1,0 +1,20 @@
+#pragma once
+
+#include <vector>
+
+#include "Command.h"
+
+// Each command is one source of that name.
+
+// What is told about the program as a whole.
+struct SProgram
+{
+    const char* name;
+    const char* version;
+    const char* summary;
+    const char* details;
+    const char* exitStatus;
+    std::vector<SCommand> commands;
+};
+
+SProgram DescribeProgram();

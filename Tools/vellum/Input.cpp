@@ -1,0 +1,86 @@
+#include "Input.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <stdexcept>
+#include <vector>
+
+#include "CProgress.h"
+
+namespace
+{
+
+[[noreturn]] void Fail(const std::string& name, const char* what)
+{
+    throw std::runtime_error((name == "-" ? "Standard input" : name) + ' ' + what);
+}
+
+std::string ReadAll(std::istream& stream, const std::string& name, std::uint64_t size)
+{
+    CProgress progress("reading " + name, size);
+    std::string bytes;
+    bytes.reserve(static_cast<std::size_t>(size));
+    std::vector<char> piece(1 << 16);
+    while (stream.read(piece.data(), static_cast<std::streamsize>(piece.size())) || stream.gcount() != 0)
+    {
+        bytes.append(piece.data(), static_cast<std::size_t>(stream.gcount()));
+        progress.Advance(bytes.size());
+    }
+    if (stream.bad())
+        Fail(name, "can't be read.");
+    return bytes;
+}
+
+} // namespace
+
+std::string ReadInput(const std::string& name)
+{
+    if (name == "-")
+        return ReadAll(std::cin, name, 0);
+    std::ifstream file(name, std::ios::binary);
+    if (!file)
+        Fail(name, "can't be opened.");
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(name, error);
+    return ReadAll(file, name, error ? 0 : size);
+}
+
+Vellum::EFormat Recognize(std::string_view document)
+{
+    if (document.starts_with("\xEF\xBB\xBF"))
+        document.remove_prefix(3);
+    const std::size_t start = document.find_first_not_of(" \t\r\n");
+    if (start == std::string_view::npos)
+        return Vellum::EFormat::Any;
+    if (document[start] == '{' || document[start] == '[')
+        return Vellum::EFormat::Json;
+    if (document[start] == '<')
+        return Vellum::EFormat::Xml;
+    // A number of four bytes, the lowest first, which will be small for long, and the tag of the root.
+    const bool isBinary = document.size() > 4 && document.substr(1, 3) == std::string_view("\0\0\0", 3) &&
+                          (document[4] == '\x10' || document[4] == '\x11');
+    return isBinary ? Vellum::EFormat::Binary : Vellum::EFormat::Any;
+}
+
+const char* GetName(Vellum::EFormat format)
+{
+    static constexpr std::array<const char*, 4> Names{"unknown", "binary", "json", "xml"};
+    return Names.at(static_cast<std::size_t>(format));
+}
+
+void WriteOutput(const std::string& name, std::string_view bytes)
+{
+    if (name == "-")
+    {
+        std::cout.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        return; // whether all has arrived is found out at the end
+    }
+    std::ofstream file(name, std::ios::binary);
+    if (!file)
+        Fail(name, "can't be created.");
+    if (!file.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush())
+        Fail(name, "can't be written.");
+}
