@@ -9,6 +9,8 @@
 #include "Groundwork/CbStreamReadBinaryBuffer.h"
 #include "Groundwork/CbStreamWriteBinaryBuffer.h"
 
+#include "Vellum/src/CBinaryWalker.h"
+
 #include "Model/Documents.h"
 #include "Model/Formats.h"
 #include "Model/Library.h"
@@ -151,6 +153,28 @@ void BinaryReads(CTape tape)
     ExpectSame(library.GetNotes(), model.GetNotes());
 }
 
+// The walker accepts what the reader accepts, and its parts lie side by side from the start to the end or the damage.
+void BinaryWalks(CTape tape)
+{
+    const SNode root = AnyTree(tape, true);
+    const std::string document = Mutated(WriteBinary(root, tape.OneIn(3)).document, tape, true);
+    CbStreamReadBinaryBuffer read(document.data(), document.size()), walked = read;
+    const bool isSound = Raised([&] { const Vellum::CReaderBinary reader(read); }).empty();
+
+    std::uint64_t end = 0;
+    Vellum::CBinaryWalker walker(walked,
+                                 [&](const Vellum::SBinaryPart& part)
+                                 {
+                                     RC_ASSERT(part.offset == end);
+                                     RC_ASSERT(part.head <= part.size);
+                                     end += part.size;
+                                 });
+    const std::optional<Vellum::SBinaryDamage> damage = walker.Walk();
+    RC_ASSERT(damage.has_value() != isSound);
+    RC_ASSERT((isSound ? end == document.size() - read.GetLeft() : damage->offset <= document.size()));
+    RC_ASSERT(end <= document.size());
+}
+
 template <class Writer>
 SWritten LibraryText(const SNode& root, const std::function<void(Writer&)>& setUp)
 {
@@ -208,6 +232,7 @@ void XmlReads(CTape tape)
 
 TEST(Model, BinaryWritesTheSame) { Check(BinaryWrites); }
 TEST(Model, BinaryReadsTheSame) { Check(BinaryReads); }
+TEST(Model, BinaryWalksTheSame) { Check(BinaryWalks); }
 TEST(Model, JsonWritesTheSame) { Check(JsonWrites); }
 TEST(Model, JsonReadsTheSame) { Check(JsonReads); }
 TEST(Model, XmlWritesTheSame) { Check(XmlWrites); }
