@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 #include <string_view>
+#include <typeinfo>
 
 #include "Platform/DateNames.h"
 #include "Platform/SystemTime.h"
@@ -64,6 +65,39 @@ bool TakeLiteral(const char*& at, char literal)
         ++at;
     else
         return false;
+    return true;
+}
+
+constexpr unsigned NoNumber = 0x10000; // larger than any field
+
+// The number of two digits, or else NoNumber.
+unsigned TwoDigits(const char* at)
+{
+    const auto tens = static_cast<unsigned char>(at[0] - '0');
+    const auto ones = static_cast<unsigned char>(at[1] - '0');
+    return tens <= 9 && ones <= 9 ? 10u * tens + ones : NoNumber;
+}
+
+// The six numbers of a text that has digits alone between its signs, and no further one behind them, as everything has
+// that was written by a program: they stand where one knows. False, with nothing changed, if they must be scanned for.
+// Where it is true, the scan would give the same.
+template <class Fields>
+bool TakeInPlace(const char* text, Fields& fields)
+{
+    const unsigned year = 100 * TwoDigits(text) + TwoDigits(text + 2);
+    const unsigned month = TwoDigits(text + 5);
+    const unsigned day = TwoDigits(text + 8);
+    const unsigned hour = TwoDigits(text + 11);
+    const unsigned minute = TwoDigits(text + 14);
+    const unsigned second = TwoDigits(text + 17);
+    if ((year | month | day | hour | minute | second) >= NoNumber || IsDigit(text[19]))
+        return false;
+    fields.year = static_cast<std::uint16_t>(year);
+    fields.month = static_cast<std::uint16_t>(month);
+    fields.day = static_cast<std::uint16_t>(day);
+    fields.hour = static_cast<std::uint16_t>(hour);
+    fields.minute = static_cast<std::uint16_t>(minute);
+    fields.second = static_cast<std::uint16_t>(second);
     return true;
 }
 
@@ -190,7 +224,15 @@ CbDateTime::CbDateTime(const IDateTime& other)
 
 CbDateTime& CbDateTime::operator=(const IDateTime& other)
 {
-    IDateTime::operator=(other);
+    if (typeid(other) != typeid(CbDateTime) || typeid(*this) != typeid(CbDateTime))
+    {
+        IDateTime::operator=(other);
+        return *this;
+    }
+    // Nothing is added to the getters and setters, so this gives the same.
+    const std::uint16_t dayOfWeek = fields.dayOfWeek;
+    fields = static_cast<const CbDateTime&>(other).fields;
+    fields.dayOfWeek = dayOfWeek;
     return *this;
 }
 
@@ -210,7 +252,8 @@ CbDateTime& CbDateTime::operator=(const char* text)
 CbDateTime::CbDateTime(std::uint64_t ticks)
 {
     SSystemTime date = FirstDay;
-    TicksToFields(ticks, date);
+    if (ticks != 0)
+        TicksToFields(ticks, date);
     fields = std::bit_cast<SFields>(date);
 }
 
@@ -258,6 +301,8 @@ bool CbDateTime::parse(const char* text)
     const char separator = text[10];
     if (separator != ' ' && separator != 'T')
         return false;
+    if (TakeInPlace(text, fields))
+        return true;
 
     const char* at = text;
     return TakeNumber(at, fields.year) && TakeLiteral(at, '-') && TakeNumber(at, fields.month) &&

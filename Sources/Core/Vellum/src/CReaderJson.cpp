@@ -274,10 +274,10 @@ bool ReadText(std::string_view raw, std::wstring& value)
 bool ReadText(std::string_view raw, IDateTime& value)
 {
     CbDateTime date(std::uint64_t{0}); // the default would read the clock
-    std::array<char, 32> shortText{};
+    std::array<char, 32> shortText;
     if (raw.size() < shortText.size())
     {
-        std::ranges::copy(raw, shortText.begin());
+        *std::ranges::copy(raw, shortText.begin()).out = '\0';
         date = shortText.data();
     }
     else

@@ -32,6 +32,27 @@ int TakeBase(std::string_view& digits)
     return 16;
 }
 
+// A decimal number that begins with another digit than 0, and has too few of them to pass 64 bits. False for any other
+// text, with the value as it was.
+bool TryShortDecimal(std::string_view text, std::int64_t& value)
+{
+    constexpr std::size_t MostDigits = 18;
+    const bool isNegative = text.starts_with('-');
+    text.remove_prefix(isNegative ? 1 : 0);
+    if (text.empty() || !IsDigit(text.front()) || text.front() == '0')
+        return false;
+    std::int64_t magnitude = 0;
+    std::size_t digits = 0;
+    for (; digits < text.size() && IsDigit(text[digits]); ++digits)
+    {
+        if (digits == MostDigits)
+            return false;
+        magnitude = magnitude * 10 + (text[digits] - '0');
+    }
+    value = isNegative ? -magnitude : magnitude;
+    return true;
+}
+
 // A decimal number in its plain form, for which std::from_chars does in any locale with a point what strtod does.
 // Words, hexadecimal numbers, white space and a plus sign in front are left to strtod, and so is what the type can't
 // hold.
@@ -55,6 +76,8 @@ void StoreInt(const std::string& text, T& value)
 
 std::int64_t ViewToInt(std::string_view text)
 {
+    if (std::int64_t value = 0; TryShortDecimal(text, value))
+        return value;
     while (!text.empty() && IsWhiteSpace(text.front()))
         text.remove_prefix(1);
     const bool isNegative = text.starts_with('-');
