@@ -1,4 +1,3 @@
-#include <cstdlib>
 #include <ctime>
 #include <rapidcheck.h>
 
@@ -19,6 +18,7 @@
 #include "Support/CEnvironment.h"
 #include "Support/Clients.h"
 #include "Support/GermanLocales.h"
+#include "Support/Property.h"
 #include "Support/Texts.h"
 
 // The library and a second, plain telling of its formats are given the same trees and documents, and must agree: in
@@ -36,9 +36,7 @@ void Check(void (*property)(CTape))
 {
     Scribing::SetSink([](const Scribing::SEntry&) {});
     const Support::CEnvironment zone("TZ", "Europe/Berlin");
-    const char* const seconds = std::getenv("VELLUM_MODEL_SECONDS");
-    const double most = seconds == nullptr ? 0.7 : std::atof(seconds);
-    const std::clock_t end = std::clock() + static_cast<std::clock_t>(most * CLOCKS_PER_SEC);
+    const std::clock_t end = Support::GetEndOfTest(0.7);
     const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
     rc::detail::TestParams params = rc::detail::configuration().testParams;
     do

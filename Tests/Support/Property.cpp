@@ -1,6 +1,7 @@
 #include "Support/Property.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <sstream>
 
 #include <gtest/gtest-spi.h>
@@ -10,6 +11,13 @@
 
 namespace Support
 {
+
+std::clock_t GetEndOfTest(double seconds)
+{
+    if (const char* const asked = std::getenv("VELLUM_MODEL_SECONDS"))
+        seconds = std::atof(asked);
+    return std::clock() + static_cast<std::clock_t>(seconds * CLOCKS_PER_SEC);
+}
 
 void CheckProperty(const std::function<void(CTape&)>& property, int cases)
 {

@@ -1,54 +1,52 @@
 #include "Vellum/src/RealText.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
+
+#include "Vellum/src/RealDigits.h"
 
 namespace Vellum
 {
 namespace
 {
 
-constexpr int MostDigits = 17;
-
-// A decimal number: digits d1 d2 d3 ... and exponent x stand for d1.d2d3... * 10^x.
-struct SDecimal
+constexpr auto DigitPairs = []
 {
-    bool negative = false;
-    char digits[MostDigits];
-    int count = 0;
-    int exponent = 0;
-};
+    std::array<std::array<char, 2>, 100> pairs{};
+    for (std::size_t number = 0; number < pairs.size(); ++number)
+        pairs[number] = {static_cast<char>('0' + number / 10), static_cast<char>('0' + number % 10)};
+    return pairs;
+}();
 
-// Rounds to the given number of digits.
-SDecimal ToDecimal(double value, int precision)
+void WriteFourDigits(char* to, std::uint32_t digits)
 {
-    SDecimal decimal;
-    decimal.negative = std::signbit(value);
-    char text[MostDigits + 8];
-    const auto end =
-        std::to_chars(text, text + sizeof text, std::fabs(value), std::chars_format::scientific, precision - 1).ptr;
-    decimal.count = precision;
-    decimal.digits[0] = text[0];
-    std::memcpy(decimal.digits + 1, text + 2, static_cast<std::size_t>(precision - 1)); // behind the point
-    const char* const exponent = text + precision + 2;                                  // behind the e
-    std::from_chars(exponent + 1, end, decimal.exponent);
-    if (*exponent == '-')
-        decimal.exponent = -decimal.exponent;
-    return decimal;
+    std::memcpy(to, DigitPairs[digits / 100].data(), 2);
+    std::memcpy(to + 2, DigitPairs[digits % 100].data(), 2);
+}
+
+// With zeros in front.
+void WriteDigits(char* to, std::uint64_t digits, int count)
+{
+    constexpr std::uint32_t EightDigits = 100000000;
+    for (; count >= 8; digits /= EightDigits)
+    {
+        const auto last = static_cast<std::uint32_t>(digits % EightDigits);
+        count -= 8;
+        WriteFourDigits(to + count, last / 10000);
+        WriteFourDigits(to + count + 4, last % 10000);
+    }
+    for (; count > 0; digits /= 10)
+        to[--count] = static_cast<char>('0' + digits % 10);
 }
 
 char* Append(char* to, std::string_view text)
 {
     std::memcpy(to, text.data(), text.size());
     return to + text.size();
-}
-
-char* AppendZeros(char* to, int count)
-{
-    std::memset(to, '0', static_cast<std::size_t>(count));
-    return to + count;
 }
 
 char* AppendExponent(char* to, int exponent)
@@ -61,46 +59,41 @@ char* AppendExponent(char* to, int exponent)
     return std::to_chars(to, to + 3, magnitude).ptr;
 }
 
-// Digits with a point behind the first `whole` of them, which may be more than there are.
-char* AppendFixed(char* to, std::string_view digits, int whole, bool showPoint)
+char* DropZeros(char* end)
 {
-    const int count = static_cast<int>(digits.size());
-    if (whole >= count)
-    {
-        to = AppendZeros(Append(to, digits), whole - count);
-        if (showPoint)
-            *to++ = '.';
-        return to;
-    }
-    to = Append(to, digits.substr(0, static_cast<std::size_t>(whole)));
-    *to++ = '.';
-    return Append(to, digits.substr(static_cast<std::size_t>(whole)));
+    while (*(end - 1) == '0')
+        --end;
+    return *(end - 1) == '.' ? end - 1 : end;
 }
 
 } // namespace
 
 char* FormatReal(char* text, double value, int precision, bool showPoint)
 {
-    if (!std::isfinite(value))
-    {
-        if (std::signbit(value))
-            *text++ = '-';
-        return Append(text, std::isnan(value) ? "nan" : "inf");
-    }
-
-    SDecimal decimal = ToDecimal(value, precision);
-    if (!showPoint)
-        while (decimal.count > 1 && decimal.digits[decimal.count - 1] == '0')
-            --decimal.count;
-    const std::string_view digits(decimal.digits, static_cast<std::size_t>(decimal.count));
-
-    if (decimal.negative)
+    if (std::signbit(value))
         *text++ = '-';
-    if (decimal.exponent < -4 || decimal.exponent >= precision)
-        return AppendExponent(AppendFixed(text, digits, 1, showPoint), decimal.exponent);
-    if (decimal.exponent < 0)
-        return Append(AppendZeros(Append(text, "0."), -decimal.exponent - 1), digits);
-    return AppendFixed(text, digits, decimal.exponent + 1, showPoint);
+    if (!std::isfinite(value))
+        return Append(text, std::isnan(value) ? "nan" : "inf");
+
+    const auto [digits, exponent] = RoundToDigits(std::fabs(value), precision);
+    const bool isFixed = exponent >= -4 && exponent < precision;
+    char* end = text + precision + 1; // behind the digits and a point
+    if (isFixed && exponent < 0)
+    {
+        std::memcpy(text, "0.000", 5);
+        WriteDigits(text + 1 - exponent, digits, precision);
+        end -= exponent;
+    }
+    else
+    {
+        const std::size_t whole = isFixed ? static_cast<std::size_t>(exponent) + 1 : 1;
+        WriteDigits(text + 1, digits, precision);
+        std::memmove(text, text + 1, whole);
+        text[whole] = '.';
+    }
+    if (!showPoint)
+        end = DropZeros(end);
+    return isFixed ? end : AppendExponent(end, exponent);
 }
 
 } // namespace Vellum
