@@ -5,6 +5,8 @@
 #include "Command.h"
 
 // Each command is one source of that name.
+SCommand MakeDump();
+SCommand MakeStat();
 
 // What is told about the program as a whole.
 struct SProgram

@@ -15,7 +15,7 @@ namespace
 
 [[noreturn]] void Fail(const std::string& name, const char* what)
 {
-    throw std::runtime_error((name == "-" ? "Standard input" : name) + ' ' + what);
+    throw std::runtime_error(GetShownName(name) + ' ' + what);
 }
 
 std::string ReadAll(std::istream& stream, const std::string& name, std::uint64_t size)
@@ -35,6 +35,8 @@ std::string ReadAll(std::istream& stream, const std::string& name, std::uint64_t
 }
 
 } // namespace
+
+std::string GetShownName(const std::string& name) { return name == "-" ? "Standard input" : name; }
 
 std::string ReadInput(const std::string& name)
 {

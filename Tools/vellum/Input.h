@@ -7,6 +7,9 @@
 // The bytes of a file, or of standard input if the name is "-". std::runtime_error if they can't be had.
 std::string ReadInput(const std::string& name);
 
+// The name of an input as it is told: "Standard input" for "-".
+std::string GetShownName(const std::string& name);
+
 // Which format a document seems to have by its first bytes; EFormat::Any if they are those of none. A binary document
 // of a later version is one, too.
 Vellum::EFormat Recognize(std::string_view document);

@@ -83,7 +83,7 @@ public:
     {
         if (depth == MaxDepth)
             walker.fail(walker.offset, "Expected no more than " + std::to_string(MaxDepth) +
-                                           " levels of objects and sequences, but another one begins here.");
+                                           " levels of objects and sequences, found another one.");
         ++depth;
     }
     CLevel(const CLevel&) = delete;
@@ -101,13 +101,13 @@ std::optional<SBinaryDamage> CBinaryWalker::Walk()
         const auto version = read<std::uint32_t>("the version");
         visit({.what = EBinaryPart::Version, .size = sizeof version, .count = version});
         if (version != 0)
-            fail(0, "Expected version 0 of the format, but found version " + std::to_string(version) + '.');
+            fail(0, "Expected version 0 of the format, found version " + std::to_string(version) + '.');
         const auto tag = read<std::uint8_t>("the root's tag");
         visit({.what = EBinaryPart::RootTag, .tag = tag, .size = sizeof tag});
         walkStringTable();
         if (tag != TagObject && tag != TagSequence)
             fail(sizeof version,
-                 "Expected the tag of an object, 10, or of a sequence, 11, but found " + ShowByte(tag) + '.');
+                 "Expected the tag of an object, 16, or of a sequence, 17, found " + std::to_string(tag) + '.');
         walkNested(tag);
         return {};
     }
@@ -167,7 +167,7 @@ const std::string& CBinaryWalker::readIndex(const char* what)
     const auto index = read<std::uint32_t>(what);
     const SString* const string = find(index);
     if (string == nullptr)
-        fail(start, std::string("Expected ") + what + ", but no string has the index " + std::to_string(index) + '.');
+        fail(start, std::string("Expected ") + what + ", found " + std::to_string(index) + ", which no string has.");
     return string->text;
 }
 
@@ -217,7 +217,7 @@ void CBinaryWalker::walkElements(std::uint8_t tag, std::uint32_t count)
 {
     if (tag >= Shapes.size())
         fail(offset - sizeof tag - sizeof count,
-             "Expected the tag of a kind, 00 to 11, but found " + ShowByte(tag) + '.');
+             "Expected the tag of a kind, 0 to 17, found " + std::to_string(tag) + '.');
     if (tag == TagObject)
         walkTypes(count);
     if (Shapes[tag].width != 0)
@@ -267,8 +267,7 @@ void CBinaryWalker::walkNumbers(std::uint8_t tag, std::uint32_t count)
 {
     const std::uint64_t size = std::uint64_t{count} * Shapes[tag].width;
     if (size > 0xFFFFFFFF)
-        fail(offset - sizeof count, "Expected less than 4 GiB of numbers, but found the number of " +
-                                        std::to_string(size) + " bytes of them.");
+        fail(offset - sizeof count, "Expected less than 4 GiB of numbers, found " + std::to_string(size) + " bytes.");
     skip(count, Shapes[tag].width, "a sequence of numbers");
     visit({.what = EBinaryPart::Numbers, .tag = tag, .size = size, .count = count});
 }
@@ -301,8 +300,8 @@ void CBinaryWalker::skipWideText()
     std::array<std::uint8_t, 3> mark{};
     readBytes(mark.data(), mark.size(), "the mark of a wide text");
     if (mark != std::array<std::uint8_t, 3>{0xFF, 0xFE, 0xFF})
-        fail(start, "Expected FF FE FF, the mark of a wide text, but found " + ShowByte(mark[0]) + ' ' +
-                        ShowByte(mark[1]) + ' ' + ShowByte(mark[2]) + '.');
+        fail(start, "Expected FF FE FF, the mark of a wide text, found " + ShowByte(mark[0]) + ' ' + ShowByte(mark[1]) +
+                        ' ' + ShowByte(mark[2]) + '.');
     std::uint64_t count = read<std::uint8_t>("the length of a wide text");
     if (count == 0xFF)
         count = read<std::uint16_t>("the length of a wide text");
@@ -318,7 +317,7 @@ void CBinaryWalker::skipDate()
     const std::uint64_t start = offset;
     const auto version = read<std::uint32_t>("the version of a date");
     if (version != 0)
-        fail(start, "Expected version 0 of a date, but found version " + std::to_string(version) + '.');
+        fail(start, "Expected version 0 of a date, found version " + std::to_string(version) + '.');
     read<std::uint64_t>("the ticks of a date");
 }
 
@@ -338,7 +337,7 @@ std::uint8_t CBinaryWalker::readTag()
     const std::uint64_t start = offset;
     const auto tag = read<std::uint8_t>("the tag of a section");
     if (tag >= Shapes.size())
-        fail(start, "Expected the tag of a kind, 00 to 11, but found " + ShowByte(tag) + '.');
+        fail(start, "Expected the tag of a kind, 0 to 17, found " + std::to_string(tag) + '.');
     return tag;
 }
 
@@ -346,8 +345,8 @@ void CBinaryWalker::readBytes(void* data, std::size_t count, const char* what)
 {
     const std::uint64_t delivered = stream.Read(data, count);
     if (delivered != count)
-        fail(offset, std::string("Expected ") + what + ", but the document ends after " + std::to_string(delivered) +
-                         " of " + std::to_string(count) + " bytes.");
+        fail(offset, std::string("Expected ") + what + ", found the end of the document after " +
+                         std::to_string(delivered) + " of " + std::to_string(count) + " bytes.");
     offset += count;
 }
 
@@ -362,7 +361,7 @@ void CBinaryWalker::skip(std::uint64_t count, std::uint32_t width, const char* w
         offset += delivered;
         if (delivered != most * width)
             fail(start, std::string("Expected ") + what + " of length " + std::to_string(count) +
-                            ", but the document ends " + std::to_string(offset - start) + " bytes into it.");
+                            ", found the end of the document after " + std::to_string(offset - start) + " bytes.");
         left -= most;
     }
 }

@@ -55,7 +55,7 @@ struct SBinaryPart
     std::uint64_t size = 0;   // in bytes
     std::uint32_t head = 0; // how many of them, at the front, are no value: sizes of strings, indices of keys and types
     std::uint64_t count = 0;    // see EBinaryPart
-    std::string_view text = {}; // see EBinaryPart; good for one call
+    std::string_view text = {}; // see EBinaryPart; of keys and types it lives as long as the walker
 };
 
 // One step of the way from the root to a value.

@@ -1,0 +1,109 @@
+#include "BinaryValue.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdio>
+#include <Vellum/Vellum.h>
+
+#include "Vellum/src/CBinaryWalker.h"
+
+#include "Text.h"
+
+namespace
+{
+
+std::string ShowNumber(bool value) { return value ? "true" : "false"; }
+std::string ShowNumber(char value) { return '\'' + ShowText(std::string_view(&value, 1), 1) + '\''; }
+
+template <class T>
+std::string ShowNumber(T value)
+{
+    std::array<char, 32> text{};
+    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
+}
+
+template <class T>
+std::string Show(std::string_view bytes, std::size_t)
+{
+    T value{};
+    CbStreamReadBinaryBuffer(bytes.data(), bytes.size()).Read(value);
+    return ShowNumber(value);
+}
+
+std::string ShowNarrowText(std::string_view bytes, std::size_t most) { return Quote(bytes.substr(4), most); }
+
+std::string ShowWideText(std::string_view bytes, std::size_t most)
+{
+    const std::array<std::size_t, 3> heads{4, 6, 10}; // the mark, and its length in one of four forms
+    const auto has = [&](std::size_t at, std::string_view ones) { return bytes.substr(at, ones.size()) == ones; };
+    const std::size_t head = !has(3, "\xFF")               ? heads[0]
+                             : !has(4, "\xFF\xFF")         ? heads[1]
+                             : !has(6, "\xFF\xFF\xFF\xFF") ? heads[2]
+                                                           : 18;
+    std::wstring text;
+    for (std::size_t at = head; at + 1 < bytes.size() && text.size() <= 2 * most; at += 2)
+        text += static_cast<wchar_t>(static_cast<unsigned char>(bytes[at]) | static_cast<unsigned char>(bytes[at + 1])
+                                                                                 << 8);
+    return Quote(Vellum::Encodings::ToUTF8(text), most);
+}
+
+std::string ShowDate(std::string_view bytes, std::size_t)
+{
+    std::uint64_t ticks = 0;
+    CbStreamReadBinaryBuffer(bytes.data() + 4, bytes.size() - 4).Read(ticks);
+    const CbDateTime date(ticks);
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d.%03d", date.GetYear(), date.GetMonth(),
+                  date.GetDay(), date.GetHour(), date.GetMinute(), date.GetSecond(), date.GetMilliseconds());
+    return text.data();
+}
+
+std::string ShowBlob(std::string_view bytes, std::size_t) { return Count(bytes.size() - 4, "byte"); }
+
+std::string ShowNothing(std::string_view, std::size_t) { return {}; }
+
+struct SKindOfValue
+{
+    std::size_t width;
+    std::string (*show)(std::string_view bytes, std::size_t most);
+};
+
+constexpr std::size_t MostOfPath = 300; // code points
+
+// By tag.
+constexpr std::array<SKindOfValue, 18> Kinds{{
+    {1, Show<bool>},
+    {1, Show<char>},
+    {1, Show<unsigned char>},
+    {1, Show<signed char>},
+    {2, Show<unsigned short>},
+    {2, Show<short>},
+    {4, Show<unsigned int>},
+    {4, Show<int>},
+    {8, Show<std::uint64_t>},
+    {8, Show<std::int64_t>},
+    {4, Show<float>},
+    {8, Show<double>},
+    {0, ShowNarrowText},
+    {0, ShowWideText},
+    {0, ShowDate},
+    {0, ShowBlob},
+    {0, ShowNothing},
+    {0, ShowNothing},
+}};
+
+} // namespace
+
+std::string ShowValue(std::uint8_t tag, std::string_view bytes, std::size_t most)
+{
+    return Kinds.at(tag).show(bytes, most);
+}
+
+std::size_t GetWidth(std::uint8_t tag) { return Kinds.at(tag).width; }
+
+std::string ShowDamage(const Vellum::SBinaryDamage& damage)
+{
+    const std::string path = ShowText(damage.path, MostOfPath);
+    return "Damaged at " + std::to_string(damage.offset) + (path.empty() ? "" : ", in " + path) + ": " + damage.reason;
+}
