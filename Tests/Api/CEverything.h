@@ -1,86 +1,59 @@
 #pragma once
 
-#include <cstddef>
+#include <Describe/Describe.h>
 #include <string>
-#include <tuple>
 #include <vector>
 #include <Vellum/Vellum.h>
 
 #include "Formats.h"
 
-// Client classes that have all eighteen kinds.
-class CNumbers : public Vellum::ISerializableContainer
+// All eighteen kinds.
+struct SContent
 {
-public:
-    const char* GetTypeName() const override { return "Numbers"; }
-    void Write(Vellum::IContainerWriter& writer) const override
+    struct SInner
     {
-        for (const double number : numbers)
-            writer.Write(number);
-    }
-    void Read(Vellum::IContainerReader& reader) override
-    {
-        numbers.clear();
-        for (double number; reader.Read(static_cast<std::uint32_t>(numbers.size()), number);)
-            numbers.push_back(number);
-    }
-
-    std::vector<double> numbers;
+        std::vector<double> numbers;
+    };
+    SInner inner;
+    CbDateTime date{"2024-03-07T09:05:01"};
+    std::vector<unsigned char> blob;
+    std::wstring wide;
+    std::string narrow;
+    char letter = 'x';
+    double real = 0;
+    float small = 0.1f;
+    std::int64_t int64 = 0;
+    std::uint64_t uint64 = 18'000'000'000'000'000'000u;
+    std::int32_t int32 = 0;
+    std::uint32_t uint32 = 4'000'000'000u;
+    std::int16_t int16 = -300;
+    std::uint16_t uint16 = 60'000;
+    signed char int8 = -5;
+    unsigned char uint8 = 200;
+    bool yes = true;
 };
 
-class CInner : public Vellum::ISerializable
-{
-public:
-    const char* GetTypeName() const override { return "Inner"; }
-    void Write(Vellum::IDataWriter& writer) const override { writer.Write("numbers", numbers); }
-    void Read(Vellum::IDataReader& reader) override { reader.Read("numbers", numbers); }
-
-    CNumbers numbers;
-};
-
+// A client class that has them.
 class CEverything : public Vellum::ISerializable
 {
 public:
     const char* GetTypeName() const override { return "Everything"; }
-
-    void Write(Vellum::IDataWriter& writer) const override
-    {
-        writer.Write("blob", blob.size(), blob.data());
-        Visit(values, [&](const char* key, const auto& value) { writer.Write(key, value); });
-    }
-
-    void Read(Vellum::IDataReader& reader) override
-    {
-        const auto [begin, end] = reader.GetBlob("blob");
-        blob.assign(begin, end);
-        Visit(values, [&](const char* key, auto& value) { hasAll = reader.Read(key, value) && hasAll; });
-    }
+    void Write(Vellum::IDataWriter& writer) const override { Vellum::WriteField(writer, "content", content); }
+    void Read(Vellum::IDataReader& reader) override { Vellum::ReadField(reader, "content", content); }
 
     // Some values that depend on the number, so that objects can be told apart.
     static CEverything Make(int number)
     {
         CEverything object;
-        object.blob = {1, static_cast<unsigned char>(number), 3};
-        CInner inner;
-        inner.numbers.numbers = {0.5, number / 3.0};
-        CbDateTime date("2024-03-07T09:05:01");
-        date.SetYear(static_cast<unsigned short>(2000 + number % 1000));
-        object.values = {inner,
-                         date,
-                         L"Wide \u00E4 " + std::to_wstring(number),
-                         "narrow \t\" " + std::to_string(number),
-                         'x',
-                         1.0 / (number + 3),
-                         0.1f,
-                         -5'000'000'000 - number,
-                         18'000'000'000'000'000'000u,
-                         -number,
-                         4'000'000'000u,
-                         std::int16_t{-300},
-                         std::uint16_t{60'000},
-                         static_cast<signed char>(-5),
-                         static_cast<unsigned char>(200),
-                         true};
+        SContent& content = object.content;
+        content.inner.numbers = {0.5, number / 3.0};
+        content.date.SetYear(static_cast<unsigned short>(2000 + number % 1000));
+        content.blob = {1, static_cast<unsigned char>(number), 3};
+        content.wide = L"Wide \u00E4 " + std::to_wstring(number);
+        content.narrow = "narrow \t\" " + std::to_string(number);
+        content.real = 1.0 / (number + 3);
+        content.int64 = -5'000'000'000 - number;
+        content.int32 = -number;
         return object;
     }
 
@@ -90,17 +63,6 @@ public:
         return Formats::SBinary::Write(*this) == Formats::SBinary::Write(other);
     }
 
-    bool hasAll = true; // the last Read found each field
-
 private:
-    static void Visit(auto& values, auto action)
-    {
-        char key[] = "a"; // one letter for each value
-        std::apply([&](auto&... value) { ((action(key, value), ++key[0]), ...); }, values);
-    }
-
-    std::vector<unsigned char> blob;
-    std::tuple<CInner, CbDateTime, std::wstring, std::string, char, double, float, std::int64_t, std::uint64_t,
-               std::int32_t, std::uint32_t, std::int16_t, std::uint16_t, signed char, unsigned char, bool>
-        values{};
+    SContent content;
 };

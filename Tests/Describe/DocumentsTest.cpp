@@ -50,74 +50,49 @@ public:
 };
 
 // The same, written by hand.
-class CSequence final : public Support::CElements
+template <class Items, class Convert = std::identity>
+Support::CElements SequenceOf(const Items& items, const Convert& convert = {})
 {
-public:
-    explicit CSequence(Writing writing) : CElements(std::move(writing), {}, "sequence") {}
-};
-
-class CHandLine final : public ISerializable
-{
-public:
-    explicit CHandLine(const SLine& source) : line(source) {}
-    const char* GetTypeName() const override { return "SLine"; }
-    void Write(IDataWriter& writer) const override
+    const auto write = [=](IContainerWriter& writer)
     {
-        writer.Write("count", line.count);
-        writer.Write("price", line.price);
+        for (const auto& item : items)
+            writer.Write(convert(item));
+    };
+    return Support::CElements(write, {}, "sequence");
+}
+
+Support::CFields HandLine(const SLine& line)
+{
+    const auto write = [&line](IDataWriter& writer)
+    {
+        Support::WriteFields(writer, "count", line.count, "price", line.price);
         if (line.note)
             writer.Write("note", *line.note);
-    }
-    void Read(IDataReader&) override {}
+    };
+    return Support::CFields(write, {}, "SLine");
+}
 
-private:
-    const SLine& line;
-};
-
-class CHandOrder final : public ISerializable
+Support::CFields HandOrder(const COrder& order)
 {
-public:
-    const char* GetTypeName() const override { return "shop::Order"; }
-    void Write(IDataWriter& writer) const override
+    const auto write = [&order](IDataWriter& writer)
     {
-        writer.Write("id", order.id);
-        writer.Write("small", order.small);
-        writer.Write("paid", order.paid);
-        writer.Write("grade", order.grade);
-        writer.Write("lines", CSequence(
-                                  [&](IContainerWriter& lines)
-                                  {
-                                      for (const SLine& line : order.lines)
-                                          lines.Write(CHandLine(line));
-                                  }));
-        writer.Write("codes", CSequence(
-                                  [&](IContainerWriter& codes)
-                                  {
-                                      for (const std::int64_t code : order.codes)
-                                          codes.Write(code);
-                                  }));
-        writer.Write("pair", CSequence(
-                                 [](IContainerWriter& pair)
-                                 {
-                                     pair.Write(3);
-                                     pair.Write(4);
-                                 }));
-        writer.Write("map", Support::CFields([](IDataWriter& map) { map.Write("a", 0.5F); }, {}, "map"));
+        Support::WriteFields(writer, "id", order.id, "small", order.small, "paid", order.paid, "grade", order.grade,
+                             "lines", SequenceOf(order.lines, HandLine), "codes", SequenceOf(order.codes), "pair",
+                             SequenceOf(std::array{3, 4}), "map",
+                             Support::CFields([](IDataWriter& map) { map.Write("a", 0.5F); }, {}, "map"));
         writer.Write("thumb", order.thumb.size(), order.thumb.data());
-        writer.Write("wide", order.wide);
-        writer.Write("created", order.created);
-    }
-    void Read(IDataReader&) override {}
-
-private:
-    COrder order;
-};
+        Support::WriteFields(writer, "wide", order.wide, "created", order.created);
+    };
+    return Support::CFields(write, {}, "shop::Order");
+}
 
 TEST(Documents, AreThoseOfAHandWrittenClassByteForByte)
 {
-    EXPECT_EQ(ToJson(COrder()), ToJson(CHandOrder()));
-    EXPECT_EQ(ToXml(COrder()), ToXml(CHandOrder()));
-    EXPECT_EQ(ToBinary(COrder()), ToBinary(CHandOrder()));
+    const COrder order;
+    const Support::CFields byHand = HandOrder(order);
+    EXPECT_EQ(ToJson(order), ToJson(byHand));
+    EXPECT_EQ(ToXml(order), ToXml(byHand));
+    EXPECT_EQ(ToBinary(order), ToBinary(byHand));
     std::ostringstream stream;
     CWriterJson(stream).Write(Stored(COrder()));
     EXPECT_EQ(stream.str(), ToJson(COrder()));

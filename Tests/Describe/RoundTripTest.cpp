@@ -66,7 +66,16 @@ public:
     std::vector<CPoint> points;
 };
 
-// An aggregate around any type, with it in every place.
+// An aggregate around any type, with it alone and in a sequence.
+template <class T>
+struct SBrief
+{
+    T value{};
+    std::vector<T> list;
+    bool operator==(const SBrief&) const = default;
+};
+
+// ... and with it in every place there is.
 template <class T>
 struct SAround
 {
@@ -177,6 +186,12 @@ void Make(CTape& tape, Container& value)
     }
 }
 template <class T>
+void Make(CTape& tape, SBrief<T>& value)
+{
+    Make(tape, value.value);
+    Make(tape, value.list);
+}
+template <class T>
 void Make(CTape& tape, SAround<T>& value)
 {
     Vellum::Describing::VisitMembers<11>(value, [&](auto&... members) { (Make(tape, members), ...); });
@@ -202,14 +217,16 @@ class Described : public testing::Test
 {
 };
 
-using Leaves =
-    testing::Types<bool, char, signed char, std::uint16_t, std::int32_t, unsigned long long, double, std::string,
-                   std::wstring, std::u8string, std::vector<unsigned char>, std::vector<std::byte>, EColor, ESize,
-                   CPoint, CHand, std::filesystem::path, std::bitset<5>, std::complex<double>,
-                   std::chrono::milliseconds, std::chrono::system_clock::time_point, std::deque<int>,
-                   std::set<std::string>, std::vector<bool>, std::multimap<std::string, int>,
-                   std::unordered_map<int, std::string>, SAround<std::string>>;
-TYPED_TEST_SUITE(Described, Leaves);
+// What a sequence holds as it is, what it has to wrap, an object, a sequence and a blob go everywhere.
+template <class... Brief>
+using WithAround = testing::Types<SAround<std::int32_t>, SAround<std::string>, SAround<CPoint>,
+                                  SAround<std::deque<int>>, SAround<std::vector<unsigned char>>, SBrief<Brief>...>;
+using Shapes = WithAround<bool, char, signed char, std::uint16_t, unsigned long long, double, std::wstring,
+                          std::u8string, std::vector<std::byte>, EColor, ESize, CHand, std::filesystem::path,
+                          std::bitset<5>, std::complex<double>, std::chrono::milliseconds,
+                          std::chrono::system_clock::time_point, std::set<std::string>, std::vector<bool>,
+                          std::multimap<std::string, int>, std::unordered_map<int, std::string>, SAround<bool>>;
+TYPED_TEST_SUITE(Described, Shapes);
 
 TYPED_TEST(Described, ComesBackEqualFromEveryPlaceInEveryFormat)
 {
@@ -217,7 +234,7 @@ TYPED_TEST(Described, ComesBackEqualFromEveryPlaceInEveryFormat)
         [](const std::vector<std::uint32_t>& numbers)
         {
             CTape tape(numbers);
-            SAround<TypeParam> value;
+            TypeParam value;
             Make(tape, value);
             CheckFormats(value);
         });

@@ -15,42 +15,6 @@ namespace
 // By kind.
 constexpr std::uint8_t Tags[Kinds] = {0, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 1, 12, 13, 14, 15, 16, 17};
 
-template <class Number>
-std::string Raw(Number number)
-{
-    return std::string(reinterpret_cast<const char*>(&number), sizeof number);
-}
-
-std::string Size(std::size_t size) { return Raw(static_cast<std::uint32_t>(size)); }
-
-std::string Counted(const std::string& bytes) { return Size(bytes.size()) + bytes; }
-
-// What a value without parts is stored as.
-struct SEncode
-{
-    template <class Number>
-    std::string operator()(const Number& number) const
-    {
-        return Raw(number);
-    }
-    std::string operator()(const std::string& text) const { return Counted(UpToNul(text)); }
-    std::string operator()(const SDate& date) const { return Size(0) + Raw(ToTicks(date)); }
-    std::string operator()(const SBlob& blob) const { return Counted(blob.bytes); }
-    std::string operator()(const Part&) const { return {}; }
-    std::string operator()(const std::wstring& text) const
-    {
-        const std::vector<std::uint16_t> units = ToUnits(text);
-        const auto size = static_cast<std::uint32_t>(units.size());
-        const std::string longest = "\xFF\xFF\xFF" + Raw(size);
-        std::string bytes = size < 0xFF     ? longest.substr(3, 1)
-                            : size < 0xFFFE ? "\xFF" + longest.substr(3, 2)
-                                            : longest;
-        for (const std::uint16_t unit : units)
-            bytes += Raw(unit);
-        return "\xFF\xFE\xFF" + bytes;
-    }
-};
-
 class CBinaryWriter
 {
 public:
@@ -109,7 +73,7 @@ private:
             auto entry = std::ranges::find(section, key, &std::pair<std::string, std::string>::first);
             if (entry == section.end() || isOdd)
                 entry = section.insert(section.end(), {key, {}});
-            entry->second = std::visit(SEncode(), item.value);
+            entry->second = Encoded(item.value);
             if (const auto* part = std::get_if<Part>(&item.value))
             {
                 const std::string type = index((*part)->typeName), front = (*part)->isSequence ? "" : type;
@@ -147,7 +111,7 @@ private:
                 throw SRaised{Exception, kind < KindBlob ? "Vellum::CContainerWriterBinary::write"
                                                          : "Vellum::CContainerWriterBinary::Write"};
             fixed = kind;
-            std::string bytes = std::visit(SEncode(), item.value);
+            std::string bytes = Encoded(item.value);
             if (kind >= KindObject) // a part that fails leaves nothing
             {
                 const SNode& part = *std::get<Part>(item.value);

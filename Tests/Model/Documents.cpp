@@ -3,6 +3,7 @@
 #include <cctype>
 
 #include "Model/Tree.h"
+#include "Model/Values.h"
 
 namespace Model
 {

@@ -6,6 +6,7 @@
 
 #include "Model/Tree.h"
 #include "Model/Visitor.h"
+#include "Support/Clients.h"
 
 // The library's clients: trees that are written, and visitors that read.
 namespace Model
@@ -39,35 +40,19 @@ private:
 template <class Writer, class... Key>
 void WriteItem(Writer& writer, const SItem& item, Key... key);
 
-class CTreeObject final : public Vellum::ISerializable
+inline Support::CFields ObjectOf(const SNode& node)
 {
-public:
-    explicit CTreeObject(const SNode& node) : node(node) {}
-    const char* GetTypeName() const override { return node.typeName.c_str(); }
-    void Write(Vellum::IDataWriter& writer) const override
-    {
-        RunClient(node, [&](const SItem& item) { WriteItem(writer, item, item.key.c_str()); });
-    }
-    void Read(Vellum::IDataReader&) override {}
+    const auto write = [&node](Vellum::IDataWriter& writer)
+    { RunClient(node, [&](const SItem& item) { WriteItem(writer, item, item.key.c_str()); }); };
+    return Support::CFields(write, {}, node.typeName);
+}
 
-private:
-    const SNode& node;
-};
-
-class CTreeSequence final : public Vellum::ISerializableContainer
+inline Support::CElements SequenceOf(const SNode& node)
 {
-public:
-    explicit CTreeSequence(const SNode& node) : node(node) {}
-    const char* GetTypeName() const override { return node.typeName.c_str(); }
-    void Write(Vellum::IContainerWriter& writer) const override
-    {
-        RunClient(node, [&](const SItem& item) { WriteItem(writer, item); });
-    }
-    void Read(Vellum::IContainerReader&) override {}
-
-private:
-    const SNode& node;
-};
+    const auto write = [&node](Vellum::IContainerWriter& writer)
+    { RunClient(node, [&](const SItem& item) { WriteItem(writer, item); }); };
+    return Support::CElements(write, {}, node.typeName);
+}
 
 template <class Writer, class... Key>
 void WriteItem(Writer& writer, const SItem& item, Key... key)
@@ -84,9 +69,9 @@ void WriteItem(Writer& writer, const SItem& item, Key... key)
         else if constexpr (!std::is_same_v<T, std::shared_ptr<const SNode>>)
             writer.Write(key..., value);
         else if (value->isSequence)
-            writer.Write(key..., CTreeSequence(*value));
+            writer.Write(key..., SequenceOf(*value));
         else
-            writer.Write(key..., CTreeObject(*value));
+            writer.Write(key..., ObjectOf(*value));
     };
     std::visit(write, item.value);
 }
@@ -94,7 +79,7 @@ void WriteItem(Writer& writer, const SItem& item, Key... key)
 template <class Body>
 void WithRoot(const SNode& root, const Body& body)
 {
-    root.isSequence ? body(CTreeSequence(root)) : body(CTreeObject(root));
+    root.isSequence ? body(SequenceOf(root)) : body(ObjectOf(root));
 }
 
 // A library's reader as a visitor takes it.
@@ -131,38 +116,29 @@ private:
 
 // A client that lets a visitor read.
 template <bool IsSequence>
-class CVisitingClient final
-    : public std::conditional_t<IsSequence, Vellum::ISerializableContainer, Vellum::ISerializable>
+auto VisitingClient(CVisitor& visitor)
 {
-public:
-    using Writer = std::conditional_t<IsSequence, Vellum::IContainerWriter, Vellum::IDataWriter>;
-    using Reader = std::conditional_t<IsSequence, Vellum::IContainerReader, Vellum::IDataReader>;
-
-    explicit CVisitingClient(CVisitor& visitor) : visitor(visitor) {}
-    const char* GetTypeName() const override { return visitor.GetTypeName().c_str(); }
-    void Write(Writer&) const override {}
-    void Read(Reader& reader) override
+    using Client = std::conditional_t<IsSequence, Support::CElements, Support::CFields>;
+    const auto read = [&visitor](auto& reader)
     {
-        CReaderView<Reader> view(reader);
+        CReaderView view(reader);
         CVisitor::SNested<IsSequence>{visitor}.Visit(view);
-    }
-
-private:
-    CVisitor& visitor;
-};
+    };
+    return Client({}, read, visitor.GetTypeName());
+}
 
 template <class Reader>
 template <class Name, bool IsSequence>
 bool CReaderView<Reader>::Read(Name name, CVisitor::SNested<IsSequence> value)
 {
-    CVisitingClient<IsSequence> client(value.visitor);
+    auto client = VisitingClient<IsSequence>(value.visitor);
     return reader.Read(name, client);
 }
 
 inline void ReadRoot(const Vellum::IReader& reader, bool isSequence, CVisitor& visitor)
 {
-    CVisitingClient<true> sequence(visitor);
-    CVisitingClient<false> object(visitor);
+    auto sequence = VisitingClient<true>(visitor);
+    auto object = VisitingClient<false>(visitor);
     isSequence ? reader.Read(sequence) : reader.Read(object);
 }
 

@@ -17,6 +17,7 @@
 #include "Model/Values.h"
 #include "Support/CEnvironment.h"
 #include "Support/Clients.h"
+#include "Support/FailEachAllocation.h"
 #include "Support/GermanLocales.h"
 #include "Support/Property.h"
 #include "Support/Texts.h"
@@ -228,6 +229,76 @@ void XmlReads(CTape tape)
     ExpectSame(library.GetNotes(), model.GetNotes());
 }
 
+// With one allocation failing, of the library or of its client, a binary document is written as a whole or not at all;
+// if the client goes on all the same, with the parts that could be had. Texts end where it happened.
+void WritesWithoutMemory(CTape tape)
+{
+    const std::size_t which = tape.Below(tape.OneIn(4) ? 3000 : 100);
+    const bool isTame = tape.OneIn(2);
+    const SNode root = AnyTree(tape, isTame);
+    constexpr std::size_t AtOnce = 0x1000; // larger documents go out in pieces, which the stream may have no room for
+    SWritten binary, json, xml;
+    const auto isRaised = [](const SWritten& written, const char* function)
+    { return written.raised == "no memory" || written.raised.starts_with(function); };
+    const auto isCutOff = [&](const SWritten& written, const SWritten& whole) // or the stream's state tells
+    {
+        return (written.raised.empty() || isRaised(written, Exception)) && whole.document.starts_with(written.document);
+    };
+    const auto write = [&](SWritten& written, const std::function<SWritten()>& attempt)
+    { return Support::GetsThrough([&] { Support::FailAllocation(which, [&] { written = attempt(); }); }); };
+
+    const SWritten whole = WriteBinary(root, false);
+    const auto expectReadable = [&](const std::string& document)
+    {
+        const CVisitor start = VisitorOf(root, tape);
+        const auto raised = [&](const std::string& bytes, CVisitor visitor)
+        { return Raised([&] { ReadBinary(bytes, root.isSequence, visitor); }); };
+        ExpectSame(raised(document, start), raised(whole.document, start)); // which may be too deep
+    };
+    const bool differs = write(binary, [&] { return LibraryBinary(root, false); }) && binary != whole;
+    if (differs && (isTame || isRaised(binary, MemoryException)))
+        RC_ASSERT(isRaised(binary, MemoryException) && (binary.document.empty() || whole.document.size() >= AtOnce));
+    else if (differs && binary.raised.empty())
+        expectReadable(binary.document);
+    if (!isTame)
+        return;
+    const SWritten wholeJson = WriteJson(root, true), wholeXml = WriteXml(root);
+    if (write(json, [&] { return LibraryText<Vellum::CWriterJson>(root, [](auto&) {}); }) && json != wholeJson)
+        RC_ASSERT(isCutOff(json, wholeJson));
+    if (write(xml, [&] { return LibraryText<Vellum::CWriterXml>(root, [](auto&) {}); }) && xml != wholeXml)
+        RC_ASSERT(isCutOff(xml, wholeXml));
+}
+
+// A read that ran out of memory changes nothing for the next one.
+void ReadsWithoutMemory(CTape tape)
+{
+    const std::size_t which = tape.Below(tape.OneIn(4) ? 3000 : 100);
+    const SNode root = AnyTree(tape, true);
+    const CVisitor start = VisitorOf(root, tape);
+    const auto expectRead = [&](const auto& read, const auto& readModel)
+    {
+        CVisitor spoiled = start, library = start, model = start;
+        Support::FailAllocation(which, [&] { Support::GetsThrough([&] { read(spoiled); }); });
+        library.Run([&] { read(library); });
+        model.Run([&] { readModel(model); });
+        ExpectSame(library.GetNotes(), model.GetNotes());
+    };
+    const std::string binary = WriteBinary(root, false).document, json = WriteJson(root, true).document,
+                      xml = WriteXml(root).document;
+    const auto readBinary = [&](CVisitor& visitor)
+    {
+        CbStreamReadBinaryBuffer stream(binary.data(), binary.size());
+        ReadRoot(Vellum::CReaderBinary(stream), root.isSequence, visitor);
+    };
+    expectRead(readBinary, [&](CVisitor& visitor) { ReadBinary(binary, root.isSequence, visitor); });
+    const Vellum::CReaderJson jsonReader(json);
+    expectRead([&](CVisitor& visitor) { ReadRoot(jsonReader, root.isSequence, visitor); },
+               [&](CVisitor& visitor) { ReadJson(json, root.isSequence, visitor); });
+    const Vellum::CReaderXml xmlReader(xml);
+    expectRead([&](CVisitor& visitor) { ReadRoot(xmlReader, root.isSequence, visitor); },
+               [&](CVisitor& visitor) { ReadXml(xml, root.isSequence, visitor); });
+}
+
 TEST(Model, BinaryWritesTheSame) { Check(BinaryWrites); }
 TEST(Model, BinaryReadsTheSame) { Check(BinaryReads); }
 TEST(Model, BinaryWalksTheSame) { Check(BinaryWalks); }
@@ -235,5 +306,7 @@ TEST(Model, JsonWritesTheSame) { Check(JsonWrites); }
 TEST(Model, JsonReadsTheSame) { Check(JsonReads); }
 TEST(Model, XmlWritesTheSame) { Check(XmlWrites); }
 TEST(Model, XmlReadsTheSame) { Check(XmlReads); }
+TEST(Model, WritesWithoutMemory) { Check(WritesWithoutMemory); }
+TEST(Model, ReadsWithoutMemory) { Check(ReadsWithoutMemory); }
 
 } // namespace

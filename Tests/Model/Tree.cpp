@@ -2,7 +2,8 @@
 
 #include <bit>
 #include <cmath>
-#include <sstream>
+
+#include "Model/Values.h"
 
 namespace Model
 {
@@ -47,7 +48,7 @@ public:
         {
             const bool isOther = !isOneKind || (!isTame && tape.OneIn(24));
             const std::string key = isSequence ? "" : isOneKind ? Names[1 + tape.Below(3)] : name();
-            node.items.push_back({key, value(isOther ? anyKind(depth) : kind, depth), !isTame && tape.OneIn(2)});
+            node.items.push_back({key, MakeValue(isOther ? anyKind(depth) : kind, depth), !isTame && tape.OneIn(2)});
         }
         if (size >= 14)
             addMany(node);
@@ -56,6 +57,20 @@ public:
         if (!isTame && tape.OneIn(12))
             node.raisesBefore = tape.Below(node.items.size() + 1);
         return node;
+    }
+
+    Value MakeValue(std::size_t kind, int depth)
+    {
+        if (kind == KindChar)
+            return static_cast<char>(isTame ? 'A' + tape.Below(26) : tape.Below(256));
+        if (kind < KindText)
+            return bits(kind);
+        if (kind >= KindObject)
+            return std::make_shared<const SNode>(MakeNode(kind == KindSequence, depth + 1));
+        return kind == KindText ? Value(text())
+               : kind == 13     ? Value(wideText())
+               : kind == 14     ? Value(date())
+                                : SBlob{blob()};
     }
 
 private:
@@ -141,20 +156,6 @@ private:
         return WithKind(kind, make);
     }
 
-    Value value(std::size_t kind, int depth)
-    {
-        if (kind == KindChar)
-            return static_cast<char>(isTame ? 'A' + tape.Below(26) : tape.Below(256));
-        if (kind < KindText)
-            return bits(kind);
-        if (kind >= KindObject)
-            return std::make_shared<const SNode>(MakeNode(kind == KindSequence, depth + 1));
-        return kind == KindText ? Value(text())
-               : kind == 13     ? Value(wideText())
-               : kind == 14     ? Value(date())
-                                : SBlob{blob()};
-    }
-
     // A number: small, or any bits.
     Value bits(std::size_t kind)
     {
@@ -225,15 +226,6 @@ private:
 
 } // namespace
 
-std::vector<std::string> Words(const std::string& text)
-{
-    std::vector<std::string> words;
-    std::istringstream stream(text);
-    for (std::string word; std::getline(stream, word, '~');)
-        words.push_back(word);
-    return words;
-}
-
 std::string AnyText(CTape& tape)
 {
     std::string text;
@@ -244,6 +236,8 @@ std::string AnyText(CTape& tape)
     }
     return text;
 }
+
+Value AnyValue(CTape& tape, std::size_t kind) { return CTreeMaker(tape, false).MakeValue(kind, 1); }
 
 SNode AnyTree(CTape& tape, bool isTame) { return CTreeMaker(tape, isTame).MakeNode(tape.OneIn(3), 1); }
 

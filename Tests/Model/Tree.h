@@ -39,8 +39,8 @@ using Value =
                  std::uint64_t, std::int64_t, float, double, char, std::string, std::wstring, SDate, SBlob, Part>;
 
 // Kinds are counted in the order of Value, which is that of the sections of a record; then objects and sequences.
-inline constexpr std::size_t KindChar = 11, KindText = 12, KindBlob = 15, KindObject = 16, KindSequence = 17,
-                             Kinds = 18;
+inline constexpr std::size_t KindChar = 11, KindText = 12, KindWideText = 13, KindBlob = 15, KindObject = 16,
+                             KindSequence = 17, Kinds = 18;
 
 struct SItem
 {
@@ -106,11 +106,11 @@ void RunClient(const SNode& node, const WriteItem& writeItem)
     }
 }
 
-// The words between signs of ~.
-std::vector<std::string> Words(const std::string& text);
-
 // Pieces of texts, some of which mean something to a format or to a conversion.
 std::string AnyText(CTape& tape);
+
+// Of a kind, with whatever a client might write.
+Value AnyValue(CTape& tape, std::size_t kind);
 
 // A root. A tame one has what every format brings back: names that XML can carry, no failures, no mixed sequences.
 SNode AnyTree(CTape& tape, bool isTame);

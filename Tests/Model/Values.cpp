@@ -6,11 +6,21 @@
 #include <cstdlib>
 #include <list>
 #include <map>
+#include <sstream>
 
 #include "Support/GermanLocales.h"
 
 namespace Model
 {
+
+std::vector<std::string> Words(const std::string& text)
+{
+    std::vector<std::string> words;
+    std::istringstream stream(text);
+    for (std::string word; std::getline(stream, word, '~');)
+        words.push_back(word);
+    return words;
+}
 
 std::vector<std::size_t> TableOrder(const std::vector<std::uint64_t>& hashes)
 {
@@ -275,5 +285,37 @@ double ToDouble(const std::string& text)
         throw SRaised{Exception, "Vellum::Conversion::StringToDouble"};
     return value;
 }
+
+namespace
+{
+
+struct SEncode
+{
+    template <class Number>
+    std::string operator()(const Number& number) const
+    {
+        return Raw(number);
+    }
+    std::string operator()(const std::string& text) const { return Counted(UpToNul(text)); }
+    std::string operator()(const SDate& date) const { return Size(0) + Raw(ToTicks(date)); }
+    std::string operator()(const SBlob& blob) const { return Counted(blob.bytes); }
+    std::string operator()(const Part&) const { return {}; }
+    std::string operator()(const std::wstring& text) const
+    {
+        const std::vector<std::uint16_t> units = ToUnits(text);
+        const auto size = static_cast<std::uint32_t>(units.size());
+        const std::string longest = "\xFF\xFF\xFF" + Raw(size);
+        std::string bytes = size < 0xFF     ? longest.substr(3, 1)
+                            : size < 0xFFFE ? "\xFF" + longest.substr(3, 2)
+                                            : longest;
+        for (const std::uint16_t unit : units)
+            bytes += Raw(unit);
+        return "\xFF\xFE\xFF" + bytes;
+    }
+};
+
+} // namespace
+
+std::string Encoded(const Value& value) { return std::visit(SEncode(), value); }
 
 } // namespace Model

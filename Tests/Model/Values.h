@@ -12,6 +12,9 @@
 namespace Model
 {
 
+// The words between signs of ~.
+std::vector<std::string> Words(const std::string& text);
+
 // What the library raises: the class and the function name.
 struct SRaised
 {
@@ -19,7 +22,8 @@ struct SRaised
     const char* function;
 };
 inline constexpr const char *Exception = "CException", *ConversionException = "CbExceptionConversion",
-                            *StreamException = "CbExceptionStream", *VersionException = "CbExceptionWrongFileVersion";
+                            *StreamException = "CbExceptionStream", *VersionException = "CbExceptionWrongFileVersion",
+                            *MemoryException = "CbExceptionContainer";
 
 // The order in which a hash table iterates that has taken these hashes, as places in the list.
 std::vector<std::size_t> TableOrder(const std::vector<std::uint64_t>& hashes);
@@ -31,6 +35,16 @@ void AppendCodePoint(std::string& utf8, std::uint32_t codePoint);
 std::vector<std::uint16_t> ToUnits(const std::wstring& text); // UTF-16, up to the first NUL
 std::string ToUtf8(const std::wstring& text);                 // up to the first NUL
 std::wstring FromUtf8(const std::string& text);               // up to the first NUL
+
+// What a binary stream stores of a number, a size, bytes with their size in front, and a value; nothing of a part.
+template <class Number>
+std::string Raw(Number number)
+{
+    return std::string(reinterpret_cast<const char*>(&number), sizeof number);
+}
+inline std::string Size(std::size_t size) { return Raw(static_cast<std::uint32_t>(size)); }
+inline std::string Counted(const std::string& bytes) { return Size(bytes.size()) + bytes; }
+std::string Encoded(const Value& value);
 
 std::uint64_t ToTicks(const SDate& date);
 SDate FromTicks(std::uint64_t ticks);

@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cstring>
+#include <new>
 #include <typeinfo>
 
 #include "Groundwork/IException.h"
@@ -49,10 +50,15 @@ std::string ShowRaised()
     {
         // The compiler's name of a class has its length in front.
         const std::string name = typeid(exception).name();
-        for (const char* const known : {Exception, ConversionException, StreamException, VersionException})
+        for (const char* const known :
+             {Exception, ConversionException, StreamException, VersionException, MemoryException})
             if (name.find(std::to_string(std::strlen(known)) + known) != std::string::npos)
                 return std::string(known) + ' ' + exception.GetFunctionName();
         return name;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return "no memory";
     }
     catch (const SClientFailure&)
     {

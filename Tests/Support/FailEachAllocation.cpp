@@ -79,20 +79,24 @@ void operator delete[](void* block, std::size_t, std::align_val_t) noexcept { Fr
 namespace Support
 {
 
-std::uint32_t FailEachAllocation(const std::function<void()>& body)
+bool FailAllocation(std::uint64_t which, const std::function<void()>& body)
 {
     const struct SReset
     {
         ~SReset() { allocationsLeft = Never; }
     } reset;
-    for (std::uint32_t failures = 0;; ++failures)
-    {
-        hasFailed = false;
-        allocationsLeft = failures;
-        body();
-        if (!hasFailed)
-            return failures;
-    }
+    hasFailed = false;
+    allocationsLeft = which;
+    body();
+    return hasFailed;
+}
+
+std::uint32_t FailEachAllocation(const std::function<void()>& body)
+{
+    std::uint32_t failures = 0;
+    while (FailAllocation(failures, body))
+        ++failures;
+    return failures;
 }
 
 CAllocationCounter::CAllocationCounter()

@@ -9,6 +9,9 @@
 namespace Support
 {
 
+// Runs the body with one of its allocations by operator new failing, counted from 0. False if it has fewer.
+bool FailAllocation(std::uint64_t which, const std::function<void()>& body);
+
 // Runs the body again and again, with its first allocation by operator new failing, then its second, and so on, until
 // the body gets through with none failing. The body catches what it expects and checks what must hold then. Returns
 // how many allocations failed. Allocations of other threads are not touched.

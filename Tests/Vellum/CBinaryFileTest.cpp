@@ -147,26 +147,7 @@ TYPED_TEST(CBinaryFileOf, PipesAreRefusedAtOnceAndDevicesAreNot)
     EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name));
     EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name, 1));
     EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, this->Make("x")));
-    EXPECT_RAISES(CException, this->write.c_str(), File::Write(L"/dev/full", this->Make("x")));
-    File::Write(L"/dev/null", this->Make("x"));
-    EXPECT_EQ(this->Text(File::Read(L"/dev/null")), "");
-    EXPECT_EQ(this->Text(File::Read(L"/dev/zero", 2)), std::string(2, '\0'));
     EXPECT_EQ(this->Text(File::Read(L"/proc/self/status", 5)), "Name:");
-}
-
-TYPED_TEST(CBinaryFileOf, ReadersShareAndWritersExcludeEverybody)
-{
-    using File = CBinaryFile<TypeParam>;
-    WriteWhole(this->folder.GetPath() / "file", "before");
-    Vellum::Platform::CFile other;
-    ASSERT_TRUE(other.OpenForReading(this->name));
-    EXPECT_EQ(this->Text(File::Read(this->name)), "before");
-    EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, this->Make("x")));
-    EXPECT_EQ(this->Content("file"), "before");
-    ASSERT_TRUE(other.OpenForWriting(this->name) && other.Write("other", 5));
-    EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name));
-    EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, this->Make("x")));
-    EXPECT_EQ(this->Content("file"), "other");
 }
 
 TEST(CBinaryFile, FailedAllocationsLeaveNoFileOpen)

@@ -71,20 +71,6 @@ TEST(CReaderBinary, ReadsTheExampleAndLeavesTheStreamBehindIt)
     EXPECT_RAISES(Vellum::CException, "Vellum::CReaderBinary::Read", document.Read(tags));
 }
 
-TEST(CReaderBinary, FindsNothingInAnEmptyRoot)
-{
-    CFields nothing;
-    CFields root = ReadFields(
-        [&](IDataReader& r)
-        {
-            EXPECT_EQ(r.GetKeyCount(), 0u);
-            EXPECT_EQ(Get<int>(r, "k"), std::nullopt);
-            EXPECT_EQ(r.GetBlob("k"), Vellum::BlobRange());
-            EXPECT_FALSE(r.Read("k", nothing));
-        });
-    ReadBinary(Bytes("00 00 00 00 10 00 00 00 00 00"), root);
-}
-
 TEST(CReaderBinary, RefusesWhatNoWriterMakes)
 {
     for (const std::string& later : {"01 00 00 00"s, OneKey + "01 0E 01 00 00 00 00 00 00 00 01 00 00 00"})
@@ -210,30 +196,6 @@ TEST(CReaderBinary, KnowsALongKeyThatItHandedOut)
             }
         });
     ReadBinary(WriteBinary(FieldsOf(longKey.c_str(), 1000, (longKey + "2").c_str(), 1001, "s", 1)), root);
-}
-
-// What no writer repeats: a field of a kind and key that is there already, in records that are searched in two ways.
-TEST(CReaderBinary, TheLastOfManyEntriesWithOneKeyCounts)
-{
-    for (const char count : {char{2}, char{16}, char{17}, char{40}})
-    {
-        std::string document = Bytes(OneKey + "01 02") + std::string({count, 0, 0, 0});
-        for (char value = 1; value <= count; ++value)
-            document += std::string({0, 0, 0, 0, value});
-        ReadBinary(document, ReadFields([&](IDataReader& r) { EXPECT_EQ(Get<unsigned char>(r, "k"), count); }));
-    }
-}
-
-TEST(CReaderBinary, SurvivesEveryFailedAllocation)
-{
-    const CLogObserver quiet;
-    const std::string document = Bytes(ExampleDocument);
-    const auto parse = [&]
-    {
-        CbStreamReadBinaryBuffer stream(document.data(), document.size());
-        const Vellum::CReaderBinary reader(stream);
-    };
-    EXPECT_GT(FailEachAllocation([&] { GetsThrough(parse); }), 5u);
 }
 
 } // namespace

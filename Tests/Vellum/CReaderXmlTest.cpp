@@ -12,35 +12,6 @@ using Vellum::IDataReader;
 namespace
 {
 
-// Hands the fields, or the elements, of a document to the client. The inner text is what stands in the root.
-void Fields(const std::string& inner, const CFields::Reading& reading)
-{
-    CFields root = ReadFields(reading);
-    CReaderXml(ExactText("<?xml?><Fields>" + inner + "</Fields>").get()).Read(root);
-}
-
-void Elements(const std::string& inner, const CElements::Reading& reading)
-{
-    CElements root = ReadElements(reading);
-    CReaderXml(ExactText("<?xml?><Elements>" + inner + "</Elements>").get()).Read(root);
-}
-
-template <class T>
-std::optional<T> Field(const std::string& inner)
-{
-    std::optional<T> found;
-    Fields(inner, [&](IDataReader& r) { found = Get<T>(r, "k"); });
-    return found;
-}
-
-template <class T>
-std::optional<T> Element(const std::string& inner)
-{
-    std::optional<T> found;
-    Elements(inner, [&](IContainerReader& r) { found = Get<T>(r, 0); });
-    return found;
-}
-
 std::string BlobText(const Vellum::BlobRange& blob)
 {
     EXPECT_EQ(blob.first == nullptr, blob.second == nullptr);
@@ -77,59 +48,6 @@ TEST(CReaderXml, ReadsTheWorkedExample)
         CFields order({}, readOrder, typeName);
         CReaderXml(document).Read(order);
     }
-}
-
-TEST(CReaderXml, FieldsAreTheFirstOfTheirNameAndTrimmed)
-{
-    EXPECT_EQ(Field<int>("<K>5</K><k>6</k>"), 5);
-    EXPECT_EQ(Field<int>("<k>  12  </k>"), 12);
-    EXPECT_EQ(Field<double>("<k><![CDATA[ 12 ]]></k>"), 12);
-    EXPECT_EQ(Field<std::string>("<k>a<!-- c -->b</k>"), "a");
-    EXPECT_EQ(Field<std::string>("<k><!-- c --><![CDATA[d]]></k>"), "c");
-    EXPECT_EQ(Field<std::string>("<k>a&#0;b</k>"), "a");
-    EXPECT_EQ(Field<char>("<k></k>"), '\0');
-    EXPECT_EQ(Field<double>("<k/>"), 0.0);
-    EXPECT_EQ(Field<int>("k='1'"), std::nullopt);
-    EXPECT_RAISES(CException, "Vellum::Conversion::StringToInt", Field<int>("<k><b>1</b></k>"));
-    EXPECT_RAISES(CException, "Vellum::Conversion::StringToDouble", Field<float>("<k>1,5</k>"));
-
-    // A bool or a date is the first text as it stands.
-    for (const char* text : {"", "TRUE", "1", "&#32;true", "<![CDATA[true]]>"})
-        EXPECT_EQ(Field<bool>("<k>" + std::string(text) + "</k>"), std::nullopt) << text;
-    EXPECT_EQ(Field<bool>("<k> true </k>"), true);
-    const auto readDate = [](IDataReader& r)
-    {
-        CbDateTime date("1999-01-01T00:00:00");
-        EXPECT_TRUE(r.Read("good", date));
-        EXPECT_EQ(DateText(date), "2024-03-07T14:05:09.000");
-        EXPECT_RAISES(CbExceptionConversion, "CbDateTime::CbDateTime", r.Read("bad", date));
-        EXPECT_EQ(DateText(date), "2024-03-07T14:05:09.000");
-    };
-    Fields("<good>2024-03-07 14:05:09.500Z</good><bad><![CDATA[2024-03-07 14:05:09]]></bad>", readDate);
-}
-
-TEST(CReaderXml, ElementsAreCalledEltAndNotTrimmed)
-{
-    EXPECT_EQ(Element<std::string>("<elt>abc&#10;</elt>"), "abc\n");
-    EXPECT_EQ(Element<int>("<elt><![CDATA[ 12 ]]></elt>"), 12);
-    EXPECT_RAISES(CException, "Vellum::Conversion::StringToDouble", Element<double>("<elt><![CDATA[ 12 ]]></elt>"));
-    EXPECT_EQ(Element<bool>("<elt><![CDATA[true]]></elt>"), true);
-    EXPECT_EQ(Element<bool>("<elt>yes</elt>"), std::nullopt);
-    EXPECT_EQ(Element<std::string>("<elt></elt>"), "");
-    EXPECT_RAISES(CException, "Vellum::CContainerReaderXml::readValue", Element<int>("<ELT>1</ELT>"));
-    EXPECT_RAISES(CException, "Vellum::CContainerReaderXml::readValue", Element<bool>("<k>true</k>"));
-    Elements("<ELT>1</ELT><elt><![CDATA[2024-03-07 14:05:09]]></elt><elt/>",
-             [](IContainerReader& r)
-             {
-                 CFields nested;
-                 CElements sequence;
-                 EXPECT_TRUE(r.Read(0u, nested) && r.Read(0u, sequence));
-                 CbDateTime date;
-                 EXPECT_TRUE(r.Read(1u, date));
-                 EXPECT_EQ(DateText(date), "2024-03-07T14:05:09.000");
-                 EXPECT_RAISES(CbExceptionConversion, "CbDateTime::CbDateTime", r.Read(2u, date));
-                 EXPECT_FALSE(r.Read(3u, date) || r.Read(0xFFFFFFFFu, nested));
-             });
 }
 
 // What is found of a document, for a root that wants the fields a, b and c.

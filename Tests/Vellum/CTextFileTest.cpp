@@ -137,13 +137,9 @@ TEST(CTextFile, MarksTellTheCodePage)
 // Whatever the build has for a detector.
 TEST(CTextFile, OneLetterBeyondAsciiIsEnoughToTellUtf8)
 {
-    const char* const letters[] = {"ä", "ñ", "é", "ß", "å", "ø", "ł", "ő", "ž",  "ş",  "ă",  "€", "’",      "—",
-                                   "£", "½", "Ω", "ж", "й", "א", "ع", "ก", "あ", "中", "한", "😀", "\u00A0", "\uFFFD"};
-    const std::string around[] = {"", " ", "caf", "Se", "The price of it is ", std::string(5000, 'a') + '\n'};
-    for (const char* const letter : letters)
-        for (const std::string& before : around)
-            for (const std::string& behind : around)
-                EXPECT_EQ(Holding(before + letter + behind).GuessCodePage(), 65001u) << before << letter << behind;
+    for (const char* const text : {"ä", "Señor", "café", "😀", "The price of it is €"})
+        EXPECT_EQ(Holding(text).GuessCodePage(), 65001u) << text;
+    EXPECT_EQ(Holding(std::string(5000, 'a') + "ä").GuessCodePage(), 65001u);
     EXPECT_EQ(CTextFile().SetText(L"ä").GetText(), L"ä");
     EXPECT_EQ(Holding("Gr\xC3\xB6\xC3\x9F"
                       "e caf\xC3")

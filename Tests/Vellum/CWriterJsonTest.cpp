@@ -22,12 +22,6 @@ std::string WriteJson(const Root& root, bool showPoint = true)
     return stream.str();
 }
 
-std::string ValueText(const std::string& value)
-{
-    const std::string text = WriteJson(ElementsOf(value));
-    return text.substr(2, text.size() - 5); // between "[→" and "\n]\n"
-}
-
 // Sequences of sequences, the innermost empty.
 void WriteNested(IContainerWriter& writer, int depth)
 {
@@ -53,28 +47,6 @@ TEST(CWriterJson, EmptyRootsAndDeepOnes)
     // Deeper than any block of TABs and than any reader would follow.
     const std::string deep = WriteJson(CElements([](IContainerWriter& w) { WriteNested(w, 3000); }));
     EXPECT_NE(deep.find('\n' + std::string(3000, '\t') + "]\n"), std::string::npos);
-}
-
-// Each byte at each place of two blocks of eight, and what is longer than any buffer.
-TEST(CWriterJson, TextsAreEscapedByteByByteUpToTheirFirstNul)
-{
-    const std::string letters = "btn.fr";
-    for (int byte = 0; byte < 256; ++byte)
-        for (std::size_t at = 0; at < 17; ++at)
-        {
-            const auto character = static_cast<char>(byte);
-            std::string escaped(1, character);
-            if (character == '"' || character == '\\')
-                escaped.insert(0, 1, '\\');
-            else if (byte >= 8 && byte <= 13 && byte != 11)
-                escaped = {'\\', letters[static_cast<std::size_t>(byte - 8)]};
-            std::string text(17, 'x');
-            text[at] = character;
-            const std::string behind = byte == 0 ? "" : escaped + std::string(16 - at, 'x');
-            EXPECT_EQ(ValueText(text), '"' + std::string(at, 'x') + behind + '"') << byte;
-        }
-    const std::string large(100000, 'y');
-    EXPECT_EQ(ValueText(large + '"' + large), '"' + large + "\\\"" + large + '"');
 }
 
 TEST(CWriterJson, ShowPointReachesNestedLevelsAndTakesEffectAtTheNextWrite)
@@ -111,12 +83,5 @@ TEST(CWriterJson, PrecisionShowpointAndBoolalphaStayOnTheStreamAsSetLast)
     EXPECT_EQ(stream.precision(), 9);
     EXPECT_EQ(stream.flags(), std::ios_base::dec | std::ios_base::skipws | std::ios_base::boolalpha);
 }
-
-// Takes a few characters and no more.
-class CFullBuffer : public std::streambuf
-{
-    int_type overflow(int_type character) override { return left-- > 0 ? character : traits_type::eof(); }
-    int left = 5;
-};
 
 } // namespace

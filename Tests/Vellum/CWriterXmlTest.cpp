@@ -59,14 +59,6 @@ TEST(CWriterXml, TypeNamesLoseTheirColonsAndKeysKeepThem)
               std::string::npos);
 }
 
-TEST(CWriterXml, IsIndentedByAsManyTabsAsThereAreLevels)
-{
-    CElements deep;
-    for (int depth = 0; depth < 100; ++depth)
-        deep = CElements([inner = deep](IContainerWriter& w) { w.Write(inner); });
-    EXPECT_NE(WriteXml(deep).find('\n' + std::string(100, '\t') + "</Elements>\n"), std::string::npos);
-}
-
 TEST(CWriterXml, LeavesPrecisionAndBoolalphaOnTheStreamAsSetLast)
 {
     std::ostringstream stream;

@@ -227,34 +227,6 @@ TYPED_TEST(TextFormats, AFullStreamTellsByItsStateOrAsTheClientAskedForIt)
         }
 }
 
-TYPED_TEST(TextFormats, NoLocaleOrTimeZoneChangesADocumentOrWhatIsRead)
-{
-    const CbDateTime date("2024-07-01T12:00:00");
-    CFields root([&](IDataWriter& w) { WriteFields(w, "real", 1234.5, "whole", 1234567, "date", date); },
-                 [&](IDataReader& r)
-                 {
-                     CbDateTime read;
-                     EXPECT_EQ(Get<double>(r, "real"), 1234.5);
-                     EXPECT_EQ(Get<int>(r, "whole"), 1234567);
-                     EXPECT_TRUE(r.Read("date", read));
-                     EXPECT_EQ(read.ToString("Y-m-dTH:i:s", false), "2024-07-01T12:00:00");
-                 });
-    const std::string plain = Written<TypeParam>(root);
-    const auto expectPlain = [&]
-    {
-        EXPECT_EQ(Written<TypeParam>(root), plain);
-        typename TypeParam::Reader(plain).Read(root);
-    };
-    const CEnvironment zone("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
-    expectPlain();
-    {
-        const CGermanProcess process;
-        expectPlain();
-    }
-    const CGermanThread thread;
-    expectPlain();
-}
-
 TYPED_TEST(TextFormats, ReadersKeepTemporariesAndCopiesReadTheSameText)
 {
     int count = 0;
@@ -300,47 +272,6 @@ TYPED_TEST(TextFormats, WritesScalarsWithoutAllocating)
         });
     typename TypeParam::Writer(stream).Write(root);
     EXPECT_EQ(allocations, 0u);
-}
-
-TYPED_TEST(TextFormats, AnyAllocationMayFail)
-{
-    const std::string text(200, '%'), bytes(200, 'b');
-    bool isComplete = false;
-    CFields inner([](IDataWriter& w) { w.Write("a_key_that_is_longer_than_any_small_text", 7); },
-                  [&](IDataReader& r) { isComplete = Get<int>(r, r.GetKey(0)) == 7; });
-    CFields root(
-        [&](IDataWriter& w)
-        {
-            WriteFields(w, "inner", inner, "text", text, "wide", std::wstring(100, L'w'));
-            w.Write("blob", bytes.size(), bytes.data());
-        },
-        [&](IDataReader& r)
-        {
-            r.Read("inner", inner);
-            const Vellum::BlobRange blob = r.GetBlob("blob");
-            isComplete = isComplete && Get<std::string>(r, "text") == text &&
-                         Get<std::wstring>(r, "wide") == std::wstring(100, L'w') &&
-                         std::equal(blob.first, blob.second, bytes.begin(), bytes.end());
-        });
-    const CLogObserver quiet;
-    const auto write = [&]
-    {
-        std::ostringstream stream;
-        try
-        {
-            typename TypeParam::Writer(stream).Write(root);
-        }
-        catch (const IException& exception)
-        {
-            EXPECT_STREQ(exception.GetFunctionName(), TypeParam::Function);
-        }
-    };
-    EXPECT_GT(FailEachAllocation(write), 3u);
-    const std::string document = Written<TypeParam>(root);
-    const auto read = [&]
-    { isComplete = GetsThrough([&] { typename TypeParam::Reader(document).Read(root); }) && isComplete; };
-    EXPECT_GT(FailEachAllocation(read), 5u);
-    EXPECT_TRUE(isComplete);
 }
 
 } // namespace

@@ -90,52 +90,18 @@ const STree Trees[] = {
     {"<a? b?/>", "a?(@b?)"},
     {"<a b=\"1", "a(@b=\"1)", Vellum::XmlElementNotClosed}, // a quote without its partner is a letter
 
-    // End tags.
-    {"<A>x</a>", "A('x')"},
+    // End tags and texts.
     {"<a><b>text</a>", "a(b('text'))", Vellum::XmlElementNotClosed},
-    {"<a><b><c>x</a><d/>", "*(a(b(c('x'))) d())", Vellum::XmlElementNotClosed},
-    {"<a/></x>y", "a()", Vellum::XmlElementNotClosed},
-    {"<a></a/b>", "a()"}, // the name ends where a tag could
-    {"<ab>x</ab\n><c/>", "*(ab('x') c())"},
-    {"<a>x", "a()", Vellum::XmlElementNotClosed},
-    {"<a>< /b></ /b></a>", "a(/b())"}, // blanks may stand in front of a name, and names aren't checked
-    {"<a>x<b>y</b>z", "a('x' b('y'))", Vellum::XmlElementNotClosed},
-
-    // Text.
-    {"<a>  x  y  </a>", "a('x  y')"},
-    {"<a>  </a>", "a()"},
-    {"<a>\v x\f</a>", "a('\v x\f')"},
-    {"<a>a=b/>c>d</a>", "a('a=b/>c>d')"},
-    {"<a>don't \"</a>", "a('don't \"')"},
-    {"<a>\"x<b/>\"</a>", "a('\"x' b() '\"')"},
-    {"<a>&#10; x &#10;</a>", "a('\n x \n')"},
-    {"<a>1 &lt; 2 &AMP; &Quot;&apos;&GT;</a>", "a('1 < 2 & \"'>')"},
-    {"<a>&#xFf;&#x4A;&#X4a;&#xC4;</a>", "a('\xFFJJ\xC4')"},
-    {"<a>&#37;&#x41;&#X4a;&#300;&#99999999999999999999999999999999999999;</a>", "a('%AJ,\xFF')"},
-    {"<a>x&#0;y&#;</a>", "a('x')"},
-    {"<a>\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80</a>", "a('\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80')"},
-
-    // A lead byte hides what its step jumps over.
-    {"<a>\xE9</a>", "a()", Vellum::XmlElementNotClosed},
-    {"<a>\xE9</a></a>", "a('\xE9</a>')"},
-    {"<a>\xC3& x</a>", "a('\xC3& x')"},
-    {"<a>\xF5\xC1\x80</a>", "a('\xF5\xC1\x80')"},
-    {"<a>\xE9  <b/></a>", "a('\xE9' b())"}, // the trim cuts the character
-    {"<a>&lt;\xE9  <b/></a>", "a('<\xE9' b())"},
-    {"<?x a=&lt;\xF0", "?x(@a=<\xF0)"}, // the step would pass the end
+    {"<a>  x  &lt;&#65; \"y&quot;  </a>", "a('x  <A \"y\"')"},
+    {"<a>\xE9</a>", "a()", Vellum::XmlElementNotClosed}, // a lead byte hides what its step jumps over
+    {"<?x a=&lt;\xF0", "?x(@a=<\xF0)"},                  // the step would pass the end
 
     // Clear sections.
     {"<a>x<!-- c -->y</a>", "a('x' <!--{ c } 'y')"},
-    {"<a><![CDATA[]]></a>", "a(<![CDATA[{})"},
     {"<a><![cdata[ <b>&]] ]]></a>", "a(<![CDATA[{ <b>&]] })"},
-    {"<a>x &amp; <![CDATA[y]]></a>", "a('x &amp;' <![CDATA[{y})"},
-    {"<a>x & <!--y--></a>", "a('x &' <!--{y})"},
     {"<a><![CDATA[1]]><!--2--><![CDATA[3]]>4</a>", "a(<![CDATA[{1} <!--{2} <![CDATA[{3} '4')"},
     {"<a><PRE>x<b></PRE><script>y</Script></a>", "a(<PRE>{x<b>} <Script>{y})"},
-    {"<prefix/><pre a='1'></pre>", "*(prefix() pre(@a=1))"},
-    {"<!doctypes x><a/>", "*(<!DOCTYPE{s x} a())"},
     {"<!DOCTYPE a [<!ENTITY e \"v\">]><a/>", "*(<!DOCTYPE{ a [<!ENTITY e \"v\"} ']>' a())"},
-    {"<a><!ELEMENT></a>", "a(!ELEMENT())", Vellum::XmlElementNotClosed},
 };
 
 const SRejected RejectedTexts[] = {
