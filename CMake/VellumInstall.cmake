@@ -1,6 +1,9 @@
 # The library as a package: the target Vellum::Vellum for find_package, vellum.pc for pkg-config, and the headers that
 # <Vellum/Vellum.h> reaches. The headers have a folder of their own, since names such as Platform/ are too plain to
 # stand among those of others.
+#
+# Components: Runtime is what a program needs that is linked with the shared library; Development what it is built with;
+# Tools the program `vellum`; Documentation the pages.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -26,12 +29,12 @@ endif()
 
 # For CMake
 install(TARGETS Vellum EXPORT VellumTargets
-    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
-    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-    FILE_SET HEADERS DESTINATION "${headerFolder}"
+    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT Runtime
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT Runtime NAMELINK_COMPONENT Development
+    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT Development
+    FILE_SET HEADERS DESTINATION "${headerFolder}" COMPONENT Development
     INCLUDES DESTINATION "${headerFolder}")
-install(EXPORT VellumTargets NAMESPACE Vellum:: DESTINATION "${packageFolder}")
+install(EXPORT VellumTargets NAMESPACE Vellum:: DESTINATION "${packageFolder}" COMPONENT Development)
 
 list(JOIN requiredModules " " requiredModules)
 configure_file("${CMAKE_CURRENT_LIST_DIR}/VellumConfig.cmake.in" "${generated}/VellumConfig.cmake" @ONLY)
@@ -40,7 +43,7 @@ install(FILES
     "${generated}/VellumConfig.cmake"
     "${generated}/VellumConfigVersion.cmake"
     "${CMAKE_CURRENT_LIST_DIR}/VellumAddResource.cmake"
-    DESTINATION "${packageFolder}")
+    DESTINATION "${packageFolder}" COMPONENT Development)
 
 # For pkg-config. Seen from a relative library folder the prefix is some levels up, wherever the tree is moved to.
 # Absolute folders are where they are.
@@ -60,4 +63,10 @@ foreach(folder IN ITEMS prefix libraryFolder headerFolder)
 endforeach()
 list(JOIN requiredLibraries " " requiredLibraries)
 configure_file("${CMAKE_CURRENT_LIST_DIR}/vellum.pc.in" "${generated}/vellum.pc" @ONLY)
-install(FILES "${generated}/vellum.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+install(FILES "${generated}/vellum.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT Development)
+
+# For people
+install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+    DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Documentation)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/Docs" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Documentation
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.svg")

@@ -1,6 +1,7 @@
 # Everything beside the library itself is off when another project includes this one.
 option(VELLUM_CODE_PAGE_DETECTOR "Let CTextFile guess the code page of texts without a mark; needs uchardet" ON)
 option(VELLUM_INSTALL "Make the rules that install the library as a package" ${PROJECT_IS_TOP_LEVEL})
+option(VELLUM_PACKAGES "Let cpack make Debian packages; see the preset \"deb\"" OFF)
 option(VELLUM_BUILD_TESTS "Build the tests and the replay of the fuzz corpus" ${PROJECT_IS_TOP_LEVEL})
 option(VELLUM_BUILD_TOOLS "Build the program vellum; needs CLI11" ${PROJECT_IS_TOP_LEVEL})
 option(VELLUM_BUILD_EXAMPLES "Build the examples" ${PROJECT_IS_TOP_LEVEL})

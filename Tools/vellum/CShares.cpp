@@ -22,7 +22,9 @@ void PrintRow(const std::string& name, std::uint64_t count, std::uint64_t bytes,
     const double share = size == 0 ? 0 : static_cast<double>(bytes) / static_cast<double>(size);
     const auto letters =
         static_cast<std::size_t>(std::ranges::count_if(name, [](char c) { return (c & 0xC0) != 0x80; }));
-    std::string line = "  " + name + std::string(NameWidth - std::min(NameWidth, letters), ' ');
+    std::string line("  ");
+    line += name;
+    line.append(NameWidth - std::min(NameWidth, letters), ' ');
     std::array<char, 80> numbers{};
     std::snprintf(numbers.data(), numbers.size(), "%10ju %12ju %5.1f %%", static_cast<std::uintmax_t>(count),
                   static_cast<std::uintmax_t>(bytes), share * 100);
@@ -59,5 +61,5 @@ void CShares::Print(std::uint64_t size) const
         others.bytes += at < MostRows ? 0 : share.bytes;
     }
     if (rows.size() > MostRows)
-        PrintRow("(" + std::to_string(rows.size() - MostRows) + " others)", others.count, others.bytes, size);
+        PrintRow('(' + std::to_string(rows.size() - MostRows) + " others)", others.count, others.bytes, size);
 }
