@@ -11,6 +11,10 @@ fail()
     failures=$((failures + 1))
 }
 
+# The name Platform/ is too plain: a client may have such a folder himself, whose headers would come first. Public headers
+# therefore include ours beside them, as "../Platform/Export.h".
+publicOfPlatform='Platform/(CStringT|Export|ModuleHandle)\.h'
+
 # A layer includes itself and what is below it. The private headers of a layer are above its public ones; those of
 # Describe use the contract as a client does.
 layerOf()
@@ -31,6 +35,10 @@ checkOwnInclude()
 {
     local file=$1 line=$2 included=$3
     local to
+    if [[ $file =~ ^[A-Z][a-z]+/[A-Za-z0-9]+\.h$ && $included =~ ^(\.\./)?$publicOfPlatform$ ]]; then
+        [[ $included == ../* || $file == Platform/* ]] || fail "$file:$line: \"$included\" may be a client's; write \"../$included\""
+        included=${included#../}
+    fi
     to=$(layerOf "$included")
     if [[ $to == none || ! -f $included ]]; then
         fail "$file:$line: \"$included\" is no path from Sources/Core"

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the library, shared and static, moves the tree, and builds programs against it with CMake and with
-# pkg-config; adds the repository to another project with add_subdirectory. All in Build/package, from the libraries of
-# Build/clang and Build/static, which are built if need be.
+# pkg-config; does the same with the Debian packages; adds the repository to another project with add_subdirectory. All
+# in Build/package, from Build/clang, Build/static and Build/deb, which are built if need be.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -42,7 +42,8 @@ checkHeaders() # tree
 
 checkSharedLibrary() # tree
 {
-    local library=$1/lib/libVellum.so.1.0.0
+    local library
+    library=$(realpath "$1/lib/libVellum.so")
     Scripts/CheckExports.sh "$library" "$1/include/vellum-1"
     readelf -d "$library" | grep -q 'SONAME.*\[libVellum\.so\.1\]' || fail "the SONAME isn't libVellum.so.1"
 }
@@ -67,25 +68,66 @@ checkShared()
 {
     local tree="Build/package/shared tree"
     cmake --preset clang >/dev/null
-    build --preset clang --target Vellum
+    build --preset clang --target Vellum VellumTool VellumMadePages
     install Build/clang "$tree"
     (checkHeaders "$tree")
     checkSharedLibrary "$tree"
+    checkLanguage "$tree"
     # Neither pkg-config nor what the library is linked with is at hand.
     buildWithCMake "$tree" Build/package/shared -DCMAKE_DISABLE_FIND_PACKAGE_PkgConfig=ON
     PKG_CONFIG_LIBDIR="$tree/lib/pkgconfig" buildWithPkgConfig "$tree"
+    "$tree/bin/vellum" --version >/dev/null || fail "vellum doesn't find its library"
 }
 
 checkStatic()
 {
     local tree="Build/package/static tree"
     cmake --preset dev -B Build/static -DBUILD_SHARED_LIBS=OFF -DVELLUM_BUILD_TESTS=OFF >/dev/null
-    build Build/static --target Vellum
+    build Build/static --target Vellum VellumTool VellumMadePages
     install Build/static "$tree"
     (checkHeaders "$tree")
     buildWithCMake "$tree" Build/package/static
     PKG_CONFIG_PATH="$tree/lib/pkgconfig" buildWithPkgConfig "$tree"
     PKG_CONFIG_PATH="$tree/lib/pkgconfig" buildWithPkgConfig "$tree" --static
+}
+
+# An older language ends the compiler's work in the first header.
+checkLanguage() # tree
+{
+    local said
+    said=$(echo '#include <Vellum/Vellum.h>' | g++ -std=c++17 -fsyntax-only -I"$1/include/vellum-1" -x c++ - 2>&1) && fail "C++17 passes"
+    [[ $(grep -c 'error: #error' <<<"$said") == 1 && $(grep -c 'error:' <<<"$said") == 2 ]] || fail "$said"
+}
+
+# The packages are installed into a root of their own, on which the system's other packages seem to be.
+installPackages() # root package...
+{
+    local root=$1
+    rm -rf "$root"
+    mkdir -p "$root"/var/lib/dpkg/{info,updates,triggers}
+    cp /var/lib/dpkg/status "$root/var/lib/dpkg"
+    if ((EUID == 0)); then
+        dpkg --root="$root" --force-script-chrootless -i "${@:2}" >"$root.log" 2>&1 || fail "$(cat "$root.log")"
+    else # dependencies are not looked at then
+        for package in "${@:2}"; do dpkg-deb -x "$package" "$root"; done
+    fi
+}
+
+checkDebianPackages()
+{
+    local root=$PWD/Build/package/debian output
+    cmake --preset deb >/dev/null
+    build --preset deb
+    rm -f Build/deb/*.deb
+    output=$(cd Build/deb && cpack -G DEB 2>&1) || fail "$output"
+    lintian --fail-on error Build/deb/*.deb
+    installPackages "$root" Build/deb/{libvellum1,libvellum-dev,vellum-tools}_*.deb
+    local libraries
+    libraries=$(dirname "$root"/usr/lib/*/libVellum.so)
+    buildWithCMake "${root#"$PWD"/}/usr" Build/package/debian-client -DCMAKE_DISABLE_FIND_PACKAGE_PkgConfig=ON
+    LD_LIBRARY_PATH=$libraries "$root/usr/bin/vellum" dump Fuzz/Corpus/Binary/FourFields >/dev/null
+    man --warnings -l "$root/usr/share/man/man1/vellum.1.gz" >/dev/null
+    bash -n "$root/usr/share/bash-completion/completions/vellum"
 }
 
 checkAbsoluteFolders()
@@ -121,6 +163,7 @@ checkParent()
 
 checkShared
 checkStatic
+checkDebianPackages
 checkAbsoluteFolders
 checkParent
 echo "CheckPackage: what is installed and what is included can be used."

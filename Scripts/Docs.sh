@@ -19,7 +19,7 @@ publicHeaders()
         while IFS= read -r included; do
             [[ -n ${seen[$included]:-} ]] || waiting+=("$included")
             seen[$included]=1
-        done < <(sed -n 's/^#include "\(.*\)"$/\1/p' "Sources/Core/$header")
+        done < <(sed -n 's,^#include "\(\.\./\)\{0\,1\}\(.*\)"$,\2,p' "Sources/Core/$header")
     done
 }
 

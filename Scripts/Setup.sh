@@ -2,7 +2,7 @@
 # Installs what is missing on a Debian 12 machine. Does nothing, and asks for no privilege, when nothing is missing.
 #
 #   Scripts/Setup.sh                what building, testing and the examples need
-#   Scripts/Setup.sh --check        ... and what Scripts/Check.sh and Scripts/Fuzz.sh need: clang, clang-format
+#   Scripts/Setup.sh --check        ... and what Scripts/Check.sh and Scripts/Fuzz.sh need: clang, clang-format, lintian
 #   Scripts/Setup.sh --benchmarks   ... and what the benchmarks are built with and compared to
 #   Scripts/Setup.sh --docs         ... and what Scripts/Docs.sh needs: doxygen
 set -euo pipefail
@@ -10,7 +10,7 @@ set -euo pipefail
 packages=(g++ cmake ninja-build pkg-config libuchardet-dev libcli11-dev libgtest-dev librapidcheck-dev locales tzdata iso-codes shared-mime-info)
 for option in "$@"; do
     case "$option" in
-        --check) packages+=(clang clang-format libclang-rt-14-dev) ;;
+        --check) packages+=(clang clang-format libclang-rt-14-dev dpkg-dev file lintian man-db) ;;
         --benchmarks)
             packages+=(libbenchmark-dev python3 util-linux)
             packages+=(libboost-serialization-dev libcereal-dev libflatbuffers-dev flatbuffers-compiler

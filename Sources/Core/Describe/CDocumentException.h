@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 #include "Vellum/CException.h"
 

@@ -5,7 +5,7 @@
 #include <exception>
 #include <string>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 #include "Vellum/BlobRange.h"
 #include "Vellum/IContainerReader.h"

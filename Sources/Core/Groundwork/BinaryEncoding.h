@@ -10,7 +10,7 @@
 #include <limits>
 #include <string_view>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 // The encoding whose grammar CbStreamWriteBinary.h shows, written once for all streams. Each function uses the raw
 // Write of the stream that it is given and is bound to it at compile time if the stream's class is final.

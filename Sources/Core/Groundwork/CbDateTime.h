@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
-#include "Platform/CStringT.h"
-#include "Platform/Export.h"
+#include "../Platform/CStringT.h"
+#include "../Platform/Export.h"
 
 #include "Groundwork/IDateTime.h"
 

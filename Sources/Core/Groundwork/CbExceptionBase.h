@@ -4,7 +4,7 @@
 #include <exception>
 #include <memory>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 #include "Groundwork/CbExceptionOrigin.h"
 #include "Groundwork/IException.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 // CbExceptionOrigin: what an exception remembers: where and on which thread it was raised, and the line that tells it.
 //

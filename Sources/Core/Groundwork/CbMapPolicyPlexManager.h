@@ -3,7 +3,7 @@
 #include <memory>
 #include <utility>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 #include "Groundwork/CbPlexManager.h"
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "Platform/CStringT.h"
+#include "../Platform/CStringT.h"
 
 #include "Groundwork/CbTypeName.h"
 

@@ -5,7 +5,7 @@
 #include <limits>
 #include <new>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 #include "Groundwork/CbTypeName.h"
 

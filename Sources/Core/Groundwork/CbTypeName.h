@@ -10,7 +10,7 @@
 #include <string_view>
 #include <utility>
 
-#include "Platform/CStringT.h"
+#include "../Platform/CStringT.h"
 
 // Names of types, spelled at compile time in one fixed way, whatever compiler builds the library: the exceptions of
 // the container templates carry them, and clients and logs compare those texts. A class has "class" or "struct" in

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 // IDateTime: a calendar time as seven 16-bit fields, by convention in UTC, behind getters and setters, so that a
 // client may keep dates in a class of its own. CbDateTime is the library's implementation.

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 // IException: base of every failure that the library detects. It is thrown by value, so a handler for IException&
 // catches all of them. It has no other base; the library's own classes are std::exceptions beside it

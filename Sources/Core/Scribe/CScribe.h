@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 // The log. There is one level, error, and an entry says where a failure was raised and one sentence about it.
 namespace Scribing

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 #include "Groundwork/CbArray.h"
 

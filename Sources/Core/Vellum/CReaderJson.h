@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 #include "Vellum/IReader.h"
 #include "Vellum/LifetimeBound.h"

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/Export.h"
-#include "Platform/ModuleHandle.h"
+#include "../Platform/Export.h"
+#include "../Platform/ModuleHandle.h"
 
 namespace Vellum
 {

@@ -2,7 +2,7 @@
 
 #include <iosfwd>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 #include "Vellum/IWriter.h"
 

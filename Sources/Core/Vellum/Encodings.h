@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 // Encodings: whole texts between wide text and narrow text in a code page.
 //

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 #include "Groundwork/NaturalArguments.h"
 

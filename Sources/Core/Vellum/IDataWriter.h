@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 #include "Groundwork/NaturalArguments.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Export.h"
+#include "../Platform/Export.h"
 
 // Documents: what a client implements to be stored, and what stores it as binary, JSON or XML and reads it back.
 namespace Vellum
