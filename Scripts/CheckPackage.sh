@@ -36,7 +36,7 @@ install() # buildFolder tree
 checkHeaders() # tree
 {
     cd "$1/include/vellum-1"
-    diff <(printf '#include <%s>\n' Vellum/Vellum.h Describe/Describe.h | g++ -std=c++20 -MM -I. -x c++ - | tr -s ' \\' '\n' | grep '\.h$' | sort) \
+    diff <(printf '#include <%s>\n' Vellum/Vellum.h Describe/Describe.h | g++ -std=c++20 -MM -I. -x c++ - | tr -s ' \\' '\n' | sed -n 's,^[A-Za-z]*/\.\./,,; /\.h$/p' | sort -u) \
         <(find . -type f | cut -c 3- | sort)
 }
 

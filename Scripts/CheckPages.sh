@@ -3,7 +3,7 @@
 # built with, every recipe for the shell is carried out, as they stand. All in Build/pages; what installs does so there.
 #
 #   ```cpp            continues YourProgram.cpp, or begins the file that its first line names: // Order.h
-#   ```, ```json ...  behind a program: what it prints
+#   ```, ```json ...  behind a program or a recipe: what it prints
 #   ```cmake          a CMakeLists.txt without its first two lines
 #   ```sh             run in the root folder, or beside the page's sources if it names one
 #
@@ -17,7 +17,7 @@ export DESTDIR=$pages/root
 export PKG_CONFIG_PATH=$DESTDIR/usr/local/lib/pkgconfig
 export CMAKE_PREFIX_PATH=$DESTDIR/usr/local
 export LD_LIBRARY_PATH=$DESTDIR/usr/local/lib
-export PATH=$pages/bin:$PATH
+export PATH=$pages/bin:$DESTDIR/usr/local/bin:$PATH
 
 fail()
 {
@@ -40,7 +40,12 @@ takeApart() # page folder
             else file = ""
             next
         }
-        /^```/ { inBlock = 0; if (language != "cpp") program = ""; next }
+        /^```/ {
+            inBlock = 0
+            if (language == "sh") program = file
+            else if (language != "cpp") program = ""
+            next
+        }
         inBlock && language == "cpp" && isFirst {
             if (match($0, /^\/\/ [A-Za-z]+\.(cpp|h)$/)) { file = substr($0, 4); wasNamed[file] = 1 }
             else if (file in isComplete) file = source = "YourProgram" ++programs ".cpp"
@@ -67,6 +72,7 @@ runRecipe() # file
     ! grep -q '\.cpp' "$1" || folder=$(dirname "$1")
     grep -vxFf <(sed 's/^ *//' .ci/run) <(sed 's/ *#.*//' "$1") >"$1.sh" || true
     (cd "$folder" && bash -euo pipefail "$1.sh" >"$1.log" 2>&1) || { cat "$1.log" >&2; fail "$1 failed"; }
+    [[ ! -f $1.output ]] || diff "$1.output" "$1.log" || fail "$1 prints something else"
 }
 
 # Those that no block of CMake builds.

@@ -40,8 +40,8 @@ std::string MakeBashValues(const SCommand& command)
     for (const SOption& option : command.options)
         if (!option.argument.empty() && !IsFile(option))
             for (const std::string& name : Split(option.names, ','))
-                branches += "        '" + command.name + ' ' + name + "') COMPREPLY=($(compgen -W '" +
-                            (IsChoice(option) ? GetChoices(option) : "") + "' -- \"$word\")); return ;;\n";
+                branches += "        '" + command.name + ' ' + name + "') mapfile -t COMPREPLY < <(compgen -W '" +
+                            (IsChoice(option) ? GetChoices(option) : "") + "' -- \"$word\"); return ;;\n";
     return branches;
 }
 
@@ -65,9 +65,9 @@ std::string MakeBashCompletion(const SProgram& program)
         script += "        " + command.name + ") words='" + ListOptions(command) + "' ;;\n";
     return script + "    esac\n"
                     "    if [[ -z $command || $word == -* ]]; then\n"
-                    "        COMPREPLY=($(compgen -W \"$words\" -- \"$word\"))\n"
+                    "        mapfile -t COMPREPLY < <(compgen -W \"$words\" -- \"$word\")\n"
                     "    else\n"
-                    "        COMPREPLY=($(compgen -f -- \"$word\"))\n"
+                    "        mapfile -t COMPREPLY < <(compgen -f -- \"$word\")\n"
                     "    fi\n"
                     "}\n"
                     "complete -o filenames -F _vellum vellum\n";
