@@ -1,6 +1,7 @@
 #pragma once
 
 // With an older language all that follows would fail in a hundred places. A file that isn't there is the end of it.
+
 #if __cplusplus < 202002L && (!defined(_MSVC_LANG) || _MSVC_LANG < 202002L)
 #error Vellum needs C++20: compile with -std=c++20 or later.
 #include <vellum_needs_cxx20>
