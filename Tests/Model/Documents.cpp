@@ -36,6 +36,24 @@ std::string JsonText(CTape& tape)
     return '"' + text + '"';
 }
 
+// Records whose keys are nearly always the same: now and then one is left out, null, there twice or in another's place.
+std::string JsonRecords(CTape& tape)
+{
+    std::vector<std::string> keys(1 + tape.Below(12));
+    for (std::string& key : keys)
+        key = JsonText(tape);
+    std::string text = "[";
+    for (std::size_t count = tape.Below(24); count > 0; --count, text += "},")
+    {
+        text += '{' + Space(tape);
+        for (const std::string& key : keys)
+            if (!tape.OneIn(24))
+                text += (tape.OneIn(12) ? tape.From(keys) : key) + Space(tape) + ':' +
+                        (tape.OneIn(12) ? "null" : AnyJson(tape, 6)) + ',';
+    }
+    return text + "1]";
+}
+
 std::string XmlName(CTape& tape)
 {
     static const auto names = Words("a~b~elt~K~k~elt~ELT~else~kak~pre~prefix~a/b~\xC3\xA4~x?");
@@ -91,6 +109,8 @@ std::string AnyJson(CTape& tape, int depth)
     if (kind < 3)
         return kind == 0 ? JsonText(tape) : tape.From(words);
     const bool isArray = kind == 3;
+    if (isArray && tape.OneIn(4))
+        return JsonRecords(tape);
     std::string text = isArray ? "[" : "{";
     const std::size_t count = tape.Below(6);
     for (std::size_t i = 0; i < count; ++i)

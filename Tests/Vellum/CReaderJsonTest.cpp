@@ -2,8 +2,6 @@
 
 #include "Vellum/Vellum.h"
 
-#include "Vellum/src/SJsonElement.h"
-
 #include "DocsExample.h"
 #include "Support/Clients.h"
 #include "Support/Testing.h"
@@ -99,34 +97,19 @@ TEST(CReaderJson, ReadsTheWorkedExample)
     EXPECT_EQ(keys, "name inner nothing rows list ratio ok count none ");
 }
 
-TEST(SJsonElement, HasThreeKindsAndNoFourth)
+TEST(CReaderJson, MembersNameTheFullTypeOfTheirPoolWhenTheyHaveNoMemory)
 {
-    for (const std::uint32_t kind : {0u, 2u, 3u})
-        EXPECT_EQ(Vellum::SJsonElement(kind).kind, kind);
-    for (const std::uint32_t kind : {1u, 4u})
-        EXPECT_RAISES(CException, "Vellum::SJsonElement::SJsonElement", Vellum::SJsonElement{kind});
-}
-
-TEST(SJsonElement, TablesNameTheirFullTypeWhenTheyFail)
-{
-    const std::string text = "class std::basic_string<char,struct std::char_traits<char>,class std::allocator<char> >";
-    const std::string element =
-        "class std::unique_ptr<struct Vellum::SJsonElement,struct std::default_delete<struct Vellum::SJsonElement> >";
-    const std::string node = "struct CbMapTypes::SAssociation<" + text + "," + element + " >";
-
-    Vellum::SJsonDocument document;
-    Vellum::JsonMembers members;
-    members.FindOrInsert("a");
-    const std::string setPlexManager = "CbMapPolicyPlexManager<class CbMapEx<" + text + "," + element +
-                                       ",0,struct std::hash<" + text + " >,struct std::equal_to<" + text + " > >," +
-                                       node + ",0,0,unsigned int>::SetPlexManager";
-    EXPECT_RAISES(CbExceptionContainer, setPlexManager.c_str(), members.SetPlexManager(document.plexManager));
-
+    std::string document = "{";
+    for (int key = 0; key < 1000; ++key)
+        document += "\"" + std::to_string(key) + "\":1,";
     const CLogObserver log;
-    FailEachAllocation([] { GetsThrough([] { Parse("{\"a\":{\"b\":1}}"); }); });
-    // The record and the storage of the pools of the root and of all others.
-    EXPECT_EQ(log.GetFunctions(),
-              std::vector<std::string>(4, "CbPlexManager<" + node + ",0,unsigned int>::getFreeElement"));
+    FailEachAllocation([&] { GetsThrough([&] { Parse(document + "}"); }); });
+    const std::string text = "class std::basic_string<char,struct std::char_traits<char>,class std::allocator<char> >";
+    EXPECT_GT(log.GetFunctions().size(), 5u);
+    for (const std::string& function : log.GetFunctions())
+        EXPECT_EQ(function, "CbPlexManager<struct CbMapTypes::SAssociation<" + text +
+                                ",class std::unique_ptr<struct Vellum::SJsonElement,struct std::default_delete<struct "
+                                "Vellum::SJsonElement> > >,0,unsigned int>::getFreeElement");
 }
 
 } // namespace

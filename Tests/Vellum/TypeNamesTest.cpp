@@ -1,6 +1,7 @@
 #include "Vellum/src/TypeNames.h"
 
 #include "Groundwork/CbArray.h"
+#include "Groundwork/CbExceptions.h"
 #include "Groundwork/CbMapEx.h"
 
 #include "Support/Testing.h"
@@ -13,6 +14,7 @@ using Vellum::CContainerReader;
 using Vellum::CContainerWriterBinary;
 using Vellum::CDataReader;
 using Vellum::CDataWriterBinary;
+using Vellum::SJsonElement;
 
 const std::string Text = "class std::basic_string<char,struct std::char_traits<char>,class std::allocator<char> >";
 const std::string WideText =
@@ -62,7 +64,20 @@ TEST(TypeNames, NodesOfEveryTableHaveTheirNames)
         "unsigned int", "struct std::pair<unsigned int," + Unique("class Vellum::CDataWriterBinary") + " >");
     ExpectName<unsigned int, std::pair<unsigned int, std::unique_ptr<CContainerWriterBinary>>>(
         "unsigned int", "struct std::pair<unsigned int," + Unique("class Vellum::CContainerWriterBinary") + " >");
+    ExpectName<std::string, std::unique_ptr<SJsonElement>>(Text, Unique("struct Vellum::SJsonElement"));
     ExpectName<ATL::CStringT<char>, unsigned int>("class ATL::CStringT<char>", "unsigned int");
+}
+
+TEST(TypeNames, ATableOfASharedPoolTellsItsWholeName)
+{
+    using Table = CbMapEx<std::string, unsigned int, 0, std::hash<std::string>, std::equal_to<std::string>,
+                          CbMapPolicyPlexManager>;
+    Table table;
+    table.FindOrInsert("a");
+    const std::string name = "CbMapPolicyPlexManager<class CbMapEx<" + Text + ",unsigned int,0,struct std::hash<" +
+                             Text + " >,struct std::equal_to<" + Text + " > >,struct CbMapTypes::SAssociation<" + Text +
+                             ",unsigned int>,0,0,unsigned int>::SetPlexManager";
+    EXPECT_RAISES(CbExceptionContainer, name.c_str(), table.SetPlexManager(std::make_shared<Table::Pool>()));
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "Platform/Utf8.h"
 
@@ -20,8 +21,9 @@
 #include "Vellum/ISerializable.h"
 #include "Vellum/ISerializableContainer.h"
 
-#include "Vellum/src/Base64Text.h"
+#include "Vellum/src/CDecodedBlobs.h"
 #include "Vellum/src/CLocaleScope.h"
+#include "Vellum/src/EightBytes.h"
 #include "Vellum/src/KindOperations.h"
 #include "Vellum/src/Limits.h"
 #include "Vellum/src/NumberText.h"
@@ -39,188 +41,233 @@
 namespace Vellum
 {
 
-// The operations of SJsonElement stand here, since what they raise comes from this file.
-SJsonElement::SJsonElement(std::uint32_t kind) : kind(kind)
-{
-    switch (kind)
-    {
-    case KindText:
-        text = "";
-        break;
-    case KindObject:
-        members = nullptr;
-        break;
-    case KindArray:
-        elements = nullptr;
-        break;
-    default:
-        throw CException(__FILE__, __LINE__, "Vellum::SJsonElement::SJsonElement");
-    }
-}
-
-SJsonElement::~SJsonElement()
-{
-    if (kind == KindObject && members != nullptr)
-        std::destroy_at(members);
-    else if (kind == KindArray && elements != nullptr)
-        std::destroy_at(elements);
-}
-
-void* SJsonElement::operator new(std::size_t size, SJsonDocument& document) { return document.memory.Allocate(size); }
-
 namespace
 {
 
-// ---- Parsing. Texts are zero-terminated; every routine returns where the next one goes on. ----
-
-// The first byte that is no white space, which is never the end of the text.
-const char* SkipEmptyChars(const char* text)
+// CJsonParser: the parser of one document. Texts are zero-terminated; every routine returns where the next one goes on,
+// and leaves what it has read as the last open element of the document.
+class CJsonParser
 {
-    while (IsWhiteSpace(*text))
-        ++text;
-    if (*text == '\0')
-        throw CException(__FILE__, __LINE__, "SkipEmptyChars");
-    return text;
-}
+public:
+    CJsonParser(const char* text, SJsonDocument& document) : document(document), open(document.open), reach(text) {}
 
-// From behind the opening quote to behind the closing one. An escaped byte can't close the string.
-const char* ParseString(const char* text, std::string_view& raw)
-{
-    const char* at = text;
-    for (; *at != '"'; ++at)
+    // The members of an object are open elements then.
+    SJsonShape& ParseObject(const char* text)
     {
-        if (*at == '\\')
-            ++at;
-        if (*at == '\0')
+        SJsonShape* shape = &document.shapes.GetEmpty();
+        if (std::strcmp(text, "null") != 0)
+            parseMembers(skipEmptyChars(text), shape);
+        return *shape;
+    }
+
+    // So are the elements of an array. The empty text is an empty array.
+    void ParseArray(const char* text)
+    {
+        if (*text != '\0')
+            parseElements(skipEmptyChars(text));
+    }
+
+private:
+    // The first byte that is no white space, which is never the end of the text.
+    const char* skipEmptyChars(const char* text)
+    {
+        if (IsWhiteSpace(*text))
+            text = skipWhiteSpace(text + 1);
+        if (*text == '\0')
+            throw CException(__FILE__, __LINE__, "SkipEmptyChars");
+        return text;
+    }
+
+    // Indentation is a long run of one byte.
+    const char* skipWhiteSpace(const char* text)
+    {
+        while (reach.Has(text, 8))
+        {
+            const std::uint64_t bytes = LoadEight(text);
+            if (const std::uint64_t others = ~MarkWhiteSpace(bytes) & ByteMarks; others != 0)
+                return text + FirstMarked(others);
+            do
+                text += 8;
+            while (reach.Has(text, 8) && LoadEight(text) == bytes);
+        }
+        while (IsWhiteSpace(*text))
+            ++text;
+        return text;
+    }
+
+    // The first quote or backslash.
+    const char* findQuote(const char* text)
+    {
+        for (; reach.Has(text, 8); text += 8)
+        {
+            const std::uint64_t bytes = LoadEight(text);
+            if (const std::uint64_t found = MarkBytes(bytes, '"') | MarkBytes(bytes, '\\'); found != 0)
+                return text + FirstMarked(found);
+        }
+        while (*text != '"' && *text != '\\' && *text != '\0')
+            ++text;
+        return text;
+    }
+
+    // From behind the opening quote to behind the closing one. An escaped byte can't close the string.
+    const char* parseString(const char* text, std::string_view& raw)
+    {
+        const char* at = findQuote(text);
+        while (*at == '\\' && at[1] != '\0')
+            at = findQuote(at + 2);
+        if (*at != '"')
             throw CException(__FILE__, __LINE__, "Vellum::ParseString");
+        raw = std::string_view(text, static_cast<std::size_t>(at - text));
+        return at + 1;
     }
-    raw = std::string_view(text, static_cast<std::size_t>(at - text));
-    return at + 1;
-}
 
-const char* ParseObject(const char* text, JsonMembers*& members, SJsonDocument& document);
-const char* ParseArray(const char* text, JsonElements*& elements, SJsonDocument& document);
+    static bool endsWord(char byte, char terminator) { return byte == ',' || byte == terminator || IsWhiteSpace(byte); }
 
-const char* ParseWord(const char* text, char terminator, std::string_view& word)
-{
-    const char* at = text;
-    for (; *at != ',' && *at != terminator && !IsWhiteSpace(*at); ++at)
-        if (*at == '\0')
-            throw CException(__FILE__, __LINE__, "ParseValue");
-    word = std::string_view(text, static_cast<std::size_t>(at - text));
-    return at;
-}
-
-// From the first byte of a value to behind it and the white space that follows. The terminator is the bracket that
-// closes what the value stands in. The element is null for `null`.
-std::pair<const char*, std::unique_ptr<SJsonElement>> ParseValue(const char* text, char terminator,
-                                                                 SJsonDocument& document)
-{
-    std::unique_ptr<SJsonElement> element;
-    std::string_view raw;
-    switch (*text)
+    // Where a word may end, or where the text is near its end.
+    const char* findWordEnd(const char* text, char terminator)
     {
-    case '{':
-        element.reset(new (document) SJsonElement(SJsonElement::KindObject));
-        text = ParseObject(text, element->members, document);
-        break;
-    case '[':
-        element.reset(new (document) SJsonElement(SJsonElement::KindArray));
-        text = ParseArray(text, element->elements, document);
-        break;
-    case '"':
-        text = ParseString(text + 1, raw);
-        element.reset(new (document) SJsonElement(raw));
-        break;
-    default:
-        text = ParseWord(text, terminator, raw);
-        if (raw != "null")
-            element.reset(new (document) SJsonElement(raw));
+        for (; reach.Has(text, 8); text += 8)
+        {
+            const std::uint64_t bytes = LoadEight(text);
+            const std::uint64_t found =
+                MarkBytes(bytes, ',') | MarkBytes(bytes, terminator) | MarkBytesUpTo(bytes, ' ');
+            if (found != 0)
+                return text + FirstMarked(found);
+        }
+        return text;
     }
-    return {SkipEmptyChars(text), std::move(element)};
-}
 
-// The table of an object, made for its first member.
-JsonMembers& GetMembers(JsonMembers*& members, SJsonDocument& document)
-{
-    if (members == nullptr)
+    const char* parseWord(const char* text, char terminator, std::string_view& word)
     {
-        members = new (document.memory.Allocate(sizeof(JsonMembers))) JsonMembers;
-        members->SetPlexManager(document.plexManager);
+        const char* at = findWordEnd(text, terminator);
+        for (; !endsWord(*at, terminator); ++at)
+            if (*at == '\0')
+                throw CException(__FILE__, __LINE__, "ParseValue");
+        word = std::string_view(text, static_cast<std::size_t>(at - text));
+        return at;
     }
-    return *members;
-}
 
-// Fills the table, which may be null until there is a member, and returns the place behind the closing bracket; null
-// for the whole text `null`.
-const char* ParseObject(const char* text, JsonMembers*& members, SJsonDocument& document)
-{
-    if (std::strcmp(text, "null") == 0)
-        return nullptr;
-    text = SkipEmptyChars(text);
-    if (*text != '{' || ++document.depth > MaxDepth)
-        throw CException(__FILE__, __LINE__, "Vellum::ParseObject");
-    text = SkipEmptyChars(text + 1);
-    while (*text != '}')
+    // From the first byte of a value to behind it and the white space that follows. The terminator is the bracket that
+    // closes what the value stands in.
+    const char* parseValue(const char* text, char terminator)
     {
-        if (*text != '"')
+        std::string_view raw;
+        switch (*text)
+        {
+        case '{':
+            text = parseNestedObject(text);
+            break;
+        case '[':
+            text = parseNestedArray(text);
+            break;
+        case '"':
+            text = parseString(text + 1, raw);
+            open.push_back(SJsonElement(raw));
+            break;
+        default:
+            text = parseWord(text, terminator, raw);
+            open.push_back(raw == "null" ? SJsonElement() : SJsonElement(raw));
+        }
+        return skipEmptyChars(text);
+    }
+
+    const char* parseNestedObject(const char* text)
+    {
+        const std::size_t first = open.size();
+        SJsonShape* shape = &document.shapes.GetEmpty();
+        text = parseMembers(text, shape);
+        close(first, [&](const SJsonElement* values) { return SJsonElement(SJsonObject{shape, values}); });
+        return text;
+    }
+
+    const char* parseNestedArray(const char* text)
+    {
+        const std::size_t first = open.size();
+        text = parseElements(text);
+        const std::size_t count = open.size() - first;
+        close(first, [&](const SJsonElement* elements) { return SJsonElement(JsonElements(elements, count)); });
+        return text;
+    }
+
+    // Moves the open elements from `first` on to where they belong, in memory of just the size, and makes one of them.
+    template <class MakeElement>
+    void close(std::size_t first, const MakeElement& makeElement)
+    {
+        const SJsonElement element = makeElement(document.memory.Copy(open.data() + first, open.size() - first));
+        open.resize(first);
+        open.push_back(element);
+    }
+
+    // From the opening bracket to behind the closing one. The shape becomes that of the members.
+    const char* parseMembers(const char* text, SJsonShape*& shape)
+    {
+        if (*text != '{' || ++depth > MaxDepth)
             throw CException(__FILE__, __LINE__, "Vellum::ParseObject");
+        text = skipEmptyChars(text + 1);
+        while (*text != '}')
+        {
+            if (*text != '"')
+                throw CException(__FILE__, __LINE__, "Vellum::ParseObject");
+            text = parseMember(text + 1, shape);
+            if (*text == ',')
+                text = skipEmptyChars(text + 1);
+        }
+        --depth;
+        return text + 1;
+    }
+
+    // From behind the quote in front of the key.
+    const char* parseMember(const char* text, SJsonShape*& shape)
+    {
+        SJsonShape* const longer = shape->longer;
+        const bool isExpected = longer != nullptr && isKeyHere(text, longer->key);
         std::string_view key;
-        text = SkipEmptyChars(ParseString(text + 1, key));
+        text = isExpected ? text + longer->key.size() + 1 : parseString(text, key);
+        text = skipEmptyChars(text);
         if (*text != ':')
             throw CException(__FILE__, __LINE__, "Vellum::ParseObject");
-        auto [behind, element] = ParseValue(SkipEmptyChars(text + 1), '}', document);
-        if (element != nullptr)
-            GetMembers(members, document).FindOrInsert(key)->value = std::move(element);
-        text = *behind == ',' ? SkipEmptyChars(behind + 1) : behind;
-    }
-    --document.depth;
-    return text + 1;
-}
-
-// Moves the elements of the innermost array, those from `first` on, to where they belong: in memory of just the size.
-void CloseArray(JsonElements*& elements, std::uint32_t first, SJsonDocument& document)
-{
-    JsonElements& openElements = document.openElements;
-    if (openElements.GetSize() == first)
-        return;
-    if (elements == nullptr)
-        elements = new (document.memory.Allocate(sizeof(JsonElements))) JsonElements;
-    elements->Reserve(openElements.GetSize() - first);
-    for (std::uint32_t index = first; index < openElements.GetSize(); ++index)
-        elements->Add(std::move(openElements[index]));
-    openElements.SetSize(first);
-}
-
-// Fills the array, which may be null until there is an element, and returns the place behind the closing bracket. The
-// empty text is an empty array.
-const char* ParseArray(const char* text, JsonElements*& elements, SJsonDocument& document)
-{
-    if (*text == '\0')
+        text = parseValue(skipEmptyChars(text + 1), '}');
+        if (open.back().GetKind() == SJsonElement::Nothing)
+            open.pop_back();
+        else
+            shape = isExpected ? longer : &document.shapes.Lengthen(*shape, key);
         return text;
-    text = SkipEmptyChars(text);
-    if (*text != '[' || ++document.depth > MaxDepth)
-        throw CException(__FILE__, __LINE__, "Vellum::ParseArray");
-    text = SkipEmptyChars(text + 1);
-    if (*text == ',')
-        throw CException(__FILE__, __LINE__, "Vellum::ParseArray");
-    const std::uint32_t first = document.openElements.GetSize();
-    while (*text != ']')
-    {
-        auto [behind, element] = ParseValue(text, ']', document);
-        document.openElements.Add(std::move(element));
-        text = *behind == ',' ? SkipEmptyChars(behind + 1) : behind;
-        if (*behind == ',' && *text == ']')
-            throw CException(__FILE__, __LINE__, "Vellum::ParseArray");
     }
-    CloseArray(elements, first, document);
-    --document.depth;
-    return text + 1;
-}
 
-// ---- Conversion of one element. False for an element that isn't there or is of another kind. ----
+    // Whether that key, which stands further in front, and the quote behind it stand here too.
+    bool isKeyHere(const char* text, std::string_view key)
+    {
+        return reach.Has(text, key.size() + 8) && BeginAlike(text, key.data(), key.size() + 1);
+    }
 
-// A raw text to a value.
+    const char* parseElements(const char* text)
+    {
+        if (*text != '[' || ++depth > MaxDepth)
+            throw CException(__FILE__, __LINE__, "Vellum::ParseArray");
+        text = skipEmptyChars(text + 1);
+        if (*text == ',')
+            throw CException(__FILE__, __LINE__, "Vellum::ParseArray");
+        while (*text != ']')
+        {
+            text = parseValue(text, ']');
+            if (*text != ',')
+                continue;
+            text = skipEmptyChars(text + 1);
+            if (*text == ']')
+                throw CException(__FILE__, __LINE__, "Vellum::ParseArray");
+        }
+        --depth;
+        return text + 1;
+    }
+
+    SJsonDocument& document;
+    std::vector<SJsonElement>& open;
+    CTextReach reach;
+    std::uint32_t depth = 0; // of open brackets
+};
+
+// ---- Conversion of a raw text to a value. ----
+
 template <std::integral Integer>
 bool ReadText(std::string_view raw, Integer& value)
 {
@@ -286,109 +333,93 @@ bool ReadText(std::string_view raw, IDateTime& value)
     return true;
 }
 
-template <class T>
-bool ReadElement(const SJsonElement* element, T& value)
-{
-    return element != nullptr && element->kind == SJsonElement::KindText && ReadText(element->GetText(), value);
-}
-
-bool ReadElement(const SJsonElement* element, ISerializable& value);
-bool ReadElement(const SJsonElement* element, ISerializableContainer& value);
-
-// The decoded bytes of a blob, from the cache if they have been asked for before.
-template <class Key, class KeyView>
-BlobRange DecodeBlob(CbMapEx<Key, CbArray<unsigned char>>& blobs, const KeyView& key, const SJsonElement* element)
-{
-    if (const auto* const found = blobs.Find(key))
-        return {found->value.GetData(), found->value.GetEnd()};
-    if (element == nullptr || element->kind != SJsonElement::KindText)
-        return {};
-    const std::string_view text = element->GetText();
-    CbArray<unsigned char> bytes(Base64::GetDecodedSizeOf(text));
-    Base64::DecodeText(text, bytes.GetData(), bytes.GetSize());
-    const CbArray<unsigned char>& kept = blobs.FindOrEmplace(key, std::move(bytes)).first->value;
-    return {kept.GetData(), kept.GetEnd()};
-}
-
 // ---- The readers that a client meets. ----
+
+// An element as a value. False for one that isn't there, which is null, and for one of another kind.
+template <class T>
+bool ReadElement(const SJsonElement* element, T& value, SJsonDocument&)
+{
+    return element != nullptr && element->GetKind() == SJsonElement::Text && ReadText(element->GetText(), value);
+}
+
+bool ReadElement(const SJsonElement* element, ISerializable& value, SJsonDocument& document);
+bool ReadElement(const SJsonElement* element, ISerializableContainer& value, SJsonDocument& document);
+
+// The decoded bytes of a text.
+BlobRange ReadBlob(const SJsonElement* element, std::uint32_t place, CDecodedBlobs& blobs)
+{
+    if (element == nullptr || element->GetKind() != SJsonElement::Text)
+        return {};
+    return blobs.Decode(place, element->GetText());
+}
 
 class CDataReaderJson final : public CReadOperations<CDataReaderJson, IDataReader, const char*>
 {
 public:
-    explicit CDataReaderJson(const JsonMembers* members) : members(members) {}
-
-    std::uint32_t GetKeyCount() const override { return members == nullptr ? 0 : members->GetCount(); }
-    const char* GetKey(std::uint32_t index) const override
+    CDataReaderJson(const SJsonObject& object, SJsonDocument& document)
+        : document(document), keys(document.shapes.GetKeys(*object.shape)), values(object.values)
     {
-        if (keys.GetSize() == 0)
-            gatherKeys();
-        return keys[index];
     }
-    BlobRange GetBlob(const char* key) override { return DecodeBlob(blobs, std::string_view(key), find(key)); }
+
+    std::uint32_t GetKeyCount() const override { return keys.GetCount(); }
+    const char* GetKey(std::uint32_t index) const override { return keys.GetName(index); }
+    BlobRange GetBlob(const char* key) override
+    {
+        const std::uint32_t place = keys.Find(key, expected);
+        return ReadBlob(at(place), place, blobs);
+    }
 
     template <class T>
     bool readValue(const char* key, T& value) const
     {
-        return ReadElement(find(key), value);
+        return ReadElement(at(keys.Find(key, expected)), value, document);
     }
 
 private:
-    const SJsonElement* find(const char* key) const
-    {
-        const auto* const member = members == nullptr ? nullptr : members->Find(key);
-        return member == nullptr ? nullptr : member->value.get();
-    }
-    void gatherKeys() const
-    {
-        CbArray<const char*> gathered;
-        gathered.Reserve(members->GetCount());
-        for (const auto* member = members->GetFirst(); member != nullptr; member = member->next)
-            gathered.Add(member->key.c_str());
-        keys = std::move(gathered);
-    }
+    const SJsonElement* at(std::uint32_t place) const { return place == CJsonKeys::NoPlace ? nullptr : values + place; }
 
-    const JsonMembers* members;        // null without any
-    mutable CbArray<const char*> keys; // in the table's order; gathered when the first one is asked for
-    CbMapEx<std::string, CbArray<unsigned char>> blobs{128u, 4u}; // most objects have few, if any
+    SJsonDocument& document;
+    CJsonKeys& keys;
+    const SJsonElement* values;
+    mutable std::uint32_t expected = 0; // the index of the key behind the one found last
+    CDecodedBlobs blobs;
 };
 
 class CContainerReaderJson final : public CReadOperations<CContainerReaderJson, IContainerReader, std::uint32_t>
 {
 public:
-    explicit CContainerReaderJson(const JsonElements* elements) : elements(elements) {}
+    CContainerReaderJson(JsonElements elements, SJsonDocument& document) : document(document), elements(elements) {}
 
-    BlobRange GetBlob(std::uint32_t index) override { return DecodeBlob(blobs, index, find(index)); }
+    BlobRange GetBlob(std::uint32_t index) override { return ReadBlob(at(index), index, blobs); }
 
     template <class T>
     bool readValue(std::uint32_t index, T& value) const
     {
-        return ReadElement(find(index), value);
+        return ReadElement(at(index), value, document);
     }
 
 private:
-    const SJsonElement* find(std::uint32_t index) const
-    {
-        return elements != nullptr && index < elements->GetSize() ? (*elements)[index].get() : nullptr;
-    }
+    const SJsonElement* at(std::uint32_t index) const { return index < elements.size() ? &elements[index] : nullptr; }
 
-    const JsonElements* elements; // null without any
-    CbMapEx<unsigned int, CbArray<unsigned char>> blobs{128u, 4u};
+    SJsonDocument& document;
+    JsonElements elements;
+    CDecodedBlobs blobs;
 };
 
-bool ReadElement(const SJsonElement* element, ISerializable& value)
+bool ReadElement(const SJsonElement* element, ISerializable& value, SJsonDocument& document)
 {
-    if (element == nullptr || element->kind != SJsonElement::KindObject)
+    if (element == nullptr || element->GetKind() != SJsonElement::Object)
         return false;
-    CDataReaderJson reader(element->members);
+    CDataReaderJson reader(element->GetObject(), document);
     value.Read(reader);
     return true;
 }
 
-bool ReadElement(const SJsonElement* element, ISerializableContainer& value)
+bool ReadElement(const SJsonElement* element, ISerializableContainer& value, SJsonDocument& document)
 {
-    if (element == nullptr || element->kind != SJsonElement::KindArray)
+    if (element == nullptr || element->GetKind() != SJsonElement::Array)
         return false;
-    CContainerReaderJson reader(element->elements);
+    CContainerReaderJson reader(element->GetElements(), document);
     value.Read(reader);
     return true;
 }
@@ -411,11 +442,8 @@ void CReaderJson::Read(ISerializableContainer& root) const
         throw CException(__FILE__, __LINE__, "Vellum::CReaderJson::Read");
     const CLocaleScope scope;
     SJsonDocument document;
-    JsonElements table;
-    JsonElements* elements = &table;
-    ParseArray(text, elements, document);
-    document.openElements = JsonElements(); // gives its memory back before the client goes on
-    CContainerReaderJson reader(elements);
+    CJsonParser(text, document).ParseArray(text);
+    CContainerReaderJson reader(document.open, document);
     root.Read(reader);
 }
 
@@ -425,11 +453,8 @@ void CReaderJson::Read(ISerializable& root) const
         throw CException(__FILE__, __LINE__, "Vellum::CReaderJson::Read");
     const CLocaleScope scope;
     SJsonDocument document;
-    JsonMembers table; // with a pool of its own
-    JsonMembers* members = &table;
-    ParseObject(text, members, document);
-    document.openElements = JsonElements(); // gives its memory back before the client goes on
-    CDataReaderJson reader(members);
+    SJsonShape& shape = CJsonParser(text, document).ParseObject(text);
+    CDataReaderJson reader({&shape, document.open.data()}, document);
     root.Read(reader);
 }
 

@@ -3,82 +3,89 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
-#include <memory>
-#include <string>
+#include <span>
 #include <string_view>
-
-#include "Groundwork/CbArray.h"
-#include "Groundwork/CbMapEx.h"
+#include <type_traits>
+#include <vector>
 
 #include "Vellum/src/CArena.h"
-#include "Vellum/src/TypeNames.h"
+#include "Vellum/src/JsonShapes.h"
 
 namespace Vellum
 {
 
 struct SJsonElement;
-struct SJsonDocument;
 
-using JsonMembers = CbMapEx<std::string, std::unique_ptr<SJsonElement>, 0, std::hash<std::string>,
-                            std::equal_to<std::string>, CbMapPolicyPlexManager>;
-using JsonElements = CbArray<std::unique_ptr<SJsonElement>>;
-using JsonPool = CbPlexManager<JsonMembers::SAssociation>;
+// SJsonObject: the members of an object, a value for each key of the shape.
+struct SJsonObject
+{
+    SJsonShape* shape;
+    const SJsonElement* values;
+};
 
-// SJsonElement: one value of a parsed document: a text, an object or an array. `null` is no element.
+using JsonElements = std::span<const SJsonElement>;
+
+// SJsonElement: one value of a parsed document: a text, an object, an array, or nothing, which is `null`.
 //
 // Texts    A quoted text with its escapes as they stand, or a word such as 12 or true: what it means is decided when
 //          the client asks for it. The bytes are those of the client's document.
-// Memory   Elements, tables and arrays lie in the document's memory and are handled by std::unique_ptr nonetheless:
-//          deleting one ends its life, and the memory is given back with the document's. An object has no table, and an
-//          array none of its own, before there is something to put into it.
+// Memory   Two words of plain data, which own nothing. The elements of one object or one array lie side by side, in
+//          memory that the document gives back as a whole.
 struct SJsonElement
 {
-    // 1 is no kind.
-    static constexpr std::uint32_t KindText = 0;
-    static constexpr std::uint32_t KindObject = 2;
-    static constexpr std::uint32_t KindArray = 3;
-
-    // An empty text, object or array. CException ("Vellum::SJsonElement::SJsonElement") for any other kind.
-    explicit SJsonElement(std::uint32_t kind);
-    explicit SJsonElement(std::string_view rawText) : kind(KindText), textSize(rawText.size()), text(rawText.data()) {}
-    ~SJsonElement();
-
-    SJsonElement(const SJsonElement&) = delete;
-    SJsonElement& operator=(const SJsonElement&) = delete;
-
-    static void* operator new(std::size_t size, SJsonDocument& document);
-    static void operator delete(void*, SJsonDocument&) noexcept {}
-    static void operator delete(void*) noexcept {}
-
-    std::string_view GetText() const { return {text, textSize}; }
-
-    std::uint32_t kind;
-    std::size_t textSize = 0; // of a text, in bytes
-    union
+    enum EKind : std::uint8_t
     {
-        const char* text;       // not owned and not terminated
-        JsonMembers* members;   // owned; null in an empty object
-        JsonElements* elements; // owned; null in an empty array
+        Text,
+        Nothing,
+        Object,
+        Array
     };
+
+    SJsonElement() : SJsonElement(Nothing, 0, nullptr) {}
+    explicit SJsonElement(std::string_view raw) : SJsonElement(Text, raw.size() << KindBits, raw.data()) {}
+    explicit SJsonElement(JsonElements elements) : SJsonElement(Array, elements.size() << KindBits, elements.data()) {}
+    explicit SJsonElement(const SJsonObject& object)
+        : SJsonElement(Object, reinterpret_cast<std::uintptr_t>(object.shape), object.values)
+    {
+    }
+
+    EKind GetKind() const { return static_cast<EKind>(word & KindMask); }
+
+    // What it is, to who knows the kind.
+    std::string_view GetText() const { return {static_cast<const char*>(content), getSize()}; }
+    JsonElements GetElements() const { return {static_cast<const SJsonElement*>(content), getSize()}; }
+    SJsonObject GetObject() const
+    {
+        return {reinterpret_cast<SJsonShape*>(static_cast<std::uintptr_t>(word - Object)),
+                static_cast<const SJsonElement*>(content)};
+    }
+
+private:
+    static constexpr int KindBits = 2;
+    static constexpr std::uint64_t KindMask = 3;
+    static_assert(alignof(SJsonShape) > KindMask);
+
+    SJsonElement(EKind kind, std::uint64_t word, const void* content) : word(word | kind), content(content) {}
+
+    std::size_t getSize() const { return static_cast<std::size_t>(word >> KindBits); }
+
+    std::uint64_t word;  // the size of a text or an array, above the kind; or the address of the shape, with the kind
+    const void* content; // the bytes of a text, the elements of an array, the values of an object
 };
+static_assert(std::is_trivially_copyable_v<SJsonElement>); // as an arena needs it
 
 // SJsonDocument: what all parts of one document share while it is parsed and read.
 struct SJsonDocument
 {
-    static constexpr unsigned int FirstBlockSize = 1024; // nodes
-
     // Small documents fit in here.
     alignas(8) std::array<unsigned char, 2048> firstMemory;
     CArena memory{firstMemory.data(), firstMemory.size()};
 
-    // Of the tables of all objects but the root.
-    std::shared_ptr<JsonPool> plexManager = std::make_shared<JsonPool>(FirstBlockSize);
+    CJsonShapes shapes{memory};
 
-    // The elements so far of all arrays that are still open, those of the innermost last.
-    JsonElements openElements;
-
-    std::uint32_t depth = 0; // of open brackets
+    // The elements so far of all objects and arrays that are still open, those of the innermost last. Those of the root
+    // stay here.
+    std::vector<SJsonElement> open;
 };
 
 } // namespace Vellum
