@@ -3,14 +3,18 @@
 #include <cstdio>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <Vellum/Vellum.h>
+
+#include "Platform/Terminal.h"
 
 #include "Vellum/src/CBinaryWalker.h"
 #include "Vellum/src/ValueKinds.h"
 
 #include "BinaryValue.h"
 #include "Commands.h"
+#include "CProgress.h"
 #include "Input.h"
 #include "Text.h"
 
@@ -110,6 +114,8 @@ public:
           walker(stream, [this](const SBinaryPart& part) { take(part); }),
           offsetWidth(std::max<std::size_t>(4, std::to_string(document.size()).size()))
     {
+        if (!Vellum::Platform::IsTerminal(Vellum::Platform::EOutput::Standard))
+            progress.emplace("listing", document.size());
     }
     CListing(const CListing&) = delete;
     CListing& operator=(const CListing&) = delete;
@@ -128,6 +134,7 @@ private:
     std::string_view document;
     CbStreamReadBinaryBuffer stream;
     Vellum::CBinaryWalker walker;
+    std::optional<CProgress> progress; // where the listing itself isn't seen
     std::size_t offsetWidth;
     std::uint32_t level = 0; // objects and sequences around
     std::uint64_t end = 0;   // of the last part
@@ -144,6 +151,8 @@ void CListing::take(const SBinaryPart& part)
     const bool isWanted =
         options.path.empty() || (part.what > EBinaryPart::String && LeadsThrough(walker.GetPath(), options.path));
     end = part.offset + part.size;
+    if (progress)
+        progress->Advance(end);
     if (isStart && level++ == most)
         foldStart = part.offset;
     if (isWanted && level <= most)

@@ -20,7 +20,7 @@ namespace
 
 std::string ReadAll(std::istream& stream, const std::string& name, std::uint64_t size)
 {
-    CProgress progress("reading " + name, size);
+    CProgress progress("reading " + (name == "-" ? "standard input" : name), size);
     std::string bytes;
     bytes.reserve(static_cast<std::size_t>(size));
     std::vector<char> piece(1 << 16);
