@@ -38,7 +38,7 @@ struct SDumpOptions
 
 constexpr std::size_t BytesInLine = 12;
 constexpr std::size_t LinesOfPart = 4; // unless all is asked for
-constexpr std::size_t MostOfText = 60; // likewise, code points
+constexpr std::size_t MostOfText = 60; // likewise, code points; of keys and types never more
 
 // How a sort of part is told. An object's and a sequence's name stand in the line before, at their field or element.
 std::string Describe(const SBinaryPart& part, const std::vector<SBinaryStep>& path, std::string_view bytes,
@@ -49,7 +49,7 @@ std::string Describe(const SBinaryPart& part, const std::vector<SBinaryStep>& pa
     {
         if (part.tag == Vellum::TagSequence)
             return std::string();
-        return ' ' + (part.tag == Vellum::TagObject ? ShowText(part.text, most)
+        return ' ' + (part.tag == Vellum::TagObject ? ShowText(part.text, MostOfText)
                                                     : ShowValue(part.tag, bytes.substr(part.head), most));
     };
     switch (part.what)
@@ -67,13 +67,13 @@ std::string Describe(const SBinaryPart& part, const std::vector<SBinaryStep>& pa
     case EBinaryPart::Section:
         return kind() + ", " + Count(part.count, "field");
     case EBinaryPart::Field:
-        return ShowText(path.back().key, most) + ':' + value();
+        return ShowText(path.back().key, MostOfText) + ':' + value();
     case EBinaryPart::Sequence:
         return part.count == 0
                    ? "no elements"
                    : Count(part.count, "element") + ": " + (Vellum::GetKindName(part.tag) == nullptr ? "?" : kind());
     case EBinaryPart::Types:
-        return part.text.empty() ? Count(part.count, "type name") : "all of type " + ShowText(part.text, most);
+        return part.text.empty() ? Count(part.count, "type name") : "all of type " + ShowText(part.text, MostOfText);
     case EBinaryPart::Element:
         return '[' + std::to_string(path.back().index) + ']' + value();
     default:
@@ -94,7 +94,8 @@ bool LeadsThrough(const std::vector<SBinaryStep>& path, std::string_view wanted)
                 return false;
             wanted.remove_prefix(1);
         }
-        const std::string name = step->isElement ? '[' + std::to_string(step->index) + ']' : std::string(step->key);
+        const std::string index = step->isElement ? '[' + std::to_string(step->index) + ']' : std::string();
+        const std::string_view name = step->isElement ? index : step->key;
         if (!wanted.starts_with(name))
             return false;
         wanted.remove_prefix(name.size());
