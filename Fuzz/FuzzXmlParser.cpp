@@ -49,7 +49,7 @@ void CheckTokens(const char* text)
     {
         FUZZ_CHECK(token.length > 0 && token.start >= behind);
         behind = token.start + token.length;
-        FUZZ_CHECK(behind <= text + context.position && text + context.position <= context.end);
+        FUZZ_CHECK(behind <= context.at && context.at <= context.end);
     }
 }
 

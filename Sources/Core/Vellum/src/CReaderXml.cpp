@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <concepts>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -12,7 +13,6 @@
 
 #include "Groundwork/CbArray.h"
 #include "Groundwork/CbDateTime.h"
-#include "Groundwork/CbMapEx.h"
 
 #include "Vellum/CException.h"
 #include "Vellum/IContainerReader.h"
@@ -34,20 +34,21 @@ namespace Vellum
 namespace
 {
 
-// The first text of an element, or the empty text.
-const char* GetFirstText(const CXmlNode& node) { return node.GetTextCount() == 0 ? "" : node.GetText(0); }
-
-// ... or else the first section that was taken as it stands.
-const char* GetValueText(const CXmlNode& node)
+// The first text of an element, or else the first section that was taken as it stands, or else the empty text.
+std::string_view GetValueText(CXmlElement element)
 {
-    return node.GetTextCount() == 0 && node.GetClearCount() != 0 ? node.GetClear(0).value : GetFirstText(node);
+    return element.GetTextCount() == 0 && element.GetClearCount() != 0 ? element.GetClear(0).value
+                                                                       : element.GetFirstText();
 }
 
+// Most texts have none: the parser has trimmed them.
 std::string_view TrimSpace(std::string_view text)
 {
-    const auto begin = std::find_if_not(text.begin(), text.end(), IsWhiteSpace);
-    const auto end = std::find_if_not(text.rbegin(), std::make_reverse_iterator(begin), IsWhiteSpace).base();
-    return {begin, end};
+    while (!text.empty() && IsWhiteSpace(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && IsWhiteSpace(text.back()))
+        text.remove_suffix(1);
+    return text;
 }
 
 // A text to a value. False, with the value as it was, for what is no bool.
@@ -92,38 +93,50 @@ bool ConvertText(std::string_view text, std::wstring& value)
     return true;
 }
 
-bool ConvertText(const char* text, IDateTime& value)
+// The text is zero-terminated.
+bool ConvertText(std::string_view text, IDateTime& value)
 {
-    value = CbDateTime(text);
+    value = CbDateTime(text.data());
     return true;
 }
 
-// Decodes the text of a blob into the reader's store.
-template <class Key, class KeyView>
-BlobRange DecodeBlob(CbMapEx<Key, CbArray<unsigned char>>& blobs, const KeyView& key, std::string_view text)
+// The blobs that one reader has decoded. They live as long as it.
+class CDecodedBlobs
 {
-    if (text.empty())
-        return {};
-    CbArray<unsigned char> bytes(Base64::GetDecodedSizeOf(text));
-    Base64::DecodeText(text, bytes.GetData(), bytes.GetSize());
-    const CbArray<unsigned char>& kept = blobs.FindOrEmplace(key, std::move(bytes)).first->value;
-    return {kept.GetData(), kept.GetEnd()};
-}
+public:
+    // What a text of the tree decodes to, the same bytes each time.
+    BlobRange Decode(std::string_view text)
+    {
+        if (text.empty())
+            return {};
+        auto found = blobs.find(text.data());
+        if (found == blobs.end())
+        {
+            CbArray<unsigned char> bytes(Base64::GetDecodedSizeOf(text));
+            Base64::DecodeText(text, bytes.GetData(), bytes.GetSize());
+            found = blobs.emplace(text.data(), std::move(bytes)).first;
+        }
+        return {found->second.GetData(), found->second.GetEnd()};
+    }
 
-// The fields of one element, which may be the empty node.
+private:
+    std::map<const char*, CbArray<unsigned char>> blobs; // by the place of the text
+};
+
+// The fields of one element, which may be the empty one.
 class CDataReaderXml final : public CReadOperations<CDataReaderXml, IDataReader, const char*>
 {
 public:
-    explicit CDataReaderXml(CXmlNode node) : node(std::move(node)) {}
+    explicit CDataReaderXml(CXmlElement element) : element(element) {}
 
-    std::uint32_t GetKeyCount() const override { return node.GetChildCount(); }
-    const char* GetKey(std::uint32_t index) const override { return node.GetChild(index).GetName(); }
-    BlobRange GetBlob(const char* key) override;
+    std::uint32_t GetKeyCount() const override { return element.GetChildCount(); }
+    const char* GetKey(std::uint32_t index) const override { return element.GetChild(index).GetName(); }
+    BlobRange GetBlob(const char* key) override { return blobs.Decode(readFieldText(find(key))); }
 
     template <class T>
     bool readValue(const char* key, T& value) const
     {
-        const CXmlNode child = node.GetChild(key);
+        const CXmlElement child = find(key);
         return !child.IsEmpty() && ConvertText(readFieldText(child), value);
     }
 
@@ -135,93 +148,97 @@ public:
     bool readValue(const char* key, ISerializableContainer& value) const;
 
 private:
-    static std::string_view readFieldText(const CXmlNode& child) { return TrimSpace(GetValueText(child)); }
+    CXmlElement find(const char* key) const { return element.GetChild(key, last); }
+    static std::string_view readFieldText(CXmlElement child) { return TrimSpace(GetValueText(child)); }
 
     template <class T>
     bool readFirstText(const char* key, T& value) const
     {
-        const CXmlNode child = node.GetChild(key);
-        return !child.IsEmpty() && ConvertText(GetFirstText(child), value);
+        const CXmlElement child = find(key);
+        return !child.IsEmpty() && ConvertText(child.GetFirstText(), value);
     }
 
-    CXmlNode node;
-    CbMapEx<std::string, CbArray<unsigned char>> blobs{128u, 4u}; // most objects have few, if any
+    CXmlElement element;
+    mutable CXmlElement last; // the field found last
+    CDecodedBlobs blobs;
 };
 
-// The child elements of one element, which may be the empty node.
+// The child elements of one element, which may be the empty one.
 class CContainerReaderXml final : public CReadOperations<CContainerReaderXml, IContainerReader, std::uint32_t>
 {
 public:
-    explicit CContainerReaderXml(CXmlNode node) : node(std::move(node)) {}
+    explicit CContainerReaderXml(CXmlElement element) : element(element) {}
 
-    BlobRange GetBlob(std::uint32_t index) override;
+    BlobRange GetBlob(std::uint32_t index) override
+    {
+        const CXmlElement child = find(index);
+        return child.IsEmpty() ? BlobRange() : blobs.Decode(TrimSpace(readValue(child)));
+    }
 
     template <class T>
     bool readValue(std::uint32_t index, T& value) const
     {
-        const CXmlNode element = node.GetChild(index);
-        return !element.IsEmpty() && ConvertText(readValue(element), value);
+        const CXmlElement child = find(index);
+        return !child.IsEmpty() && ConvertText(readValue(child), value);
     }
 
     bool readValue(std::uint32_t index, ISerializable& value) const;
     bool readValue(std::uint32_t index, ISerializableContainer& value) const;
 
 private:
-    static const char* readValue(const CXmlNode& element)
+    // Elements are mostly asked for one after the other.
+    CXmlElement find(std::uint32_t index) const
     {
-        if (element.GetName() != SequenceElementName)
-            throw CException(__FILE__, __LINE__, "Vellum::CContainerReaderXml::readValue");
-        return GetValueText(element);
+        if (index >= element.GetChildCount())
+            return {};
+        const bool isNext = !last.IsEmpty() && index == lastIndex + 1;
+        last = isNext ? last.GetNext() : index == 0 ? element.GetFirstChild() : element.GetChild(index);
+        lastIndex = index;
+        return last;
     }
 
-    CXmlNode node;
-    CbMapEx<unsigned int, CbArray<unsigned char>> blobs{128u, 4u};
+    static std::string_view readValue(CXmlElement child)
+    {
+        if (child.GetName() != SequenceElementName)
+            throw CException(__FILE__, __LINE__, "Vellum::CContainerReaderXml::readValue");
+        return GetValueText(child);
+    }
+
+    CXmlElement element;
+    mutable CXmlElement last; // the child found last, and its index
+    mutable std::uint32_t lastIndex = 0;
+    CDecodedBlobs blobs;
 };
 
-// Calls the client with a reader for an element. False for the empty node.
+// Calls the client with a reader for an element. False for the empty one.
 template <class Reader, class Client>
-bool ReadNested(CXmlNode child, Client& value)
+bool ReadNested(CXmlElement child, Client& value)
 {
     if (child.IsEmpty())
         return false;
-    Reader reader(std::move(child));
+    Reader reader(child);
     value.Read(reader);
     return true;
 }
 
-BlobRange CDataReaderXml::GetBlob(const char* key)
-{
-    if (const auto* const found = blobs.Find(key))
-        return {found->value.GetData(), found->value.GetEnd()};
-    return DecodeBlob(blobs, std::string_view(key), readFieldText(node.GetChild(key)));
-}
-
 bool CDataReaderXml::readValue(const char* key, ISerializable& value) const
 {
-    return ReadNested<CDataReaderXml>(node.GetChild(key), value);
+    return ReadNested<CDataReaderXml>(find(key), value);
 }
 
 bool CDataReaderXml::readValue(const char* key, ISerializableContainer& value) const
 {
-    return ReadNested<CContainerReaderXml>(node.GetChild(key), value);
-}
-
-BlobRange CContainerReaderXml::GetBlob(std::uint32_t index)
-{
-    if (const auto* const found = blobs.Find(index))
-        return {found->value.GetData(), found->value.GetEnd()};
-    const CXmlNode element = node.GetChild(index);
-    return element.IsEmpty() ? BlobRange() : DecodeBlob(blobs, index, TrimSpace(readValue(element)));
+    return ReadNested<CContainerReaderXml>(find(key), value);
 }
 
 bool CContainerReaderXml::readValue(std::uint32_t index, ISerializable& value) const
 {
-    return ReadNested<CDataReaderXml>(node.GetChild(index), value);
+    return ReadNested<CDataReaderXml>(find(index), value);
 }
 
 bool CContainerReaderXml::readValue(std::uint32_t index, ISerializableContainer& value) const
 {
-    return ReadNested<CContainerReaderXml>(node.GetChild(index), value);
+    return ReadNested<CContainerReaderXml>(find(index), value);
 }
 
 // The root is looked for below the node that the parser returns, so behind the declaration. What isn't found, or was
@@ -230,9 +247,9 @@ template <class Reader, class Client>
 void ReadDocument(const char* text, Client& root)
 {
     const CLocaleScope scope;
-    CXmlNode tree = ParseXmlText(text);
-    tree = tree.GetChild(ToElementName(root.GetTypeName()).c_str());
-    Reader reader(std::move(tree));
+    const CXmlNode tree = ParseXmlText(text);
+    const CXmlElement& top = tree;
+    Reader reader(top.GetChild(ToElementName(root.GetTypeName()).c_str()));
     root.Read(reader);
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <new>
 
 namespace Vellum
 {
@@ -17,51 +16,43 @@ CXmlMemory::~CXmlMemory()
     }
 }
 
-// What is left of the block before is given up.
-bool CXmlMemory::addBlock(std::size_t neededSize) noexcept
+// Null if it can't be had.
+char* CXmlMemory::addBlock(std::size_t size) noexcept
 {
-    const std::size_t size = sizeof(SLink) + std::max(neededSize, nextBlockSize);
-    void* const storage = ::operator new(size, std::nothrow);
+    void* const storage = ::operator new(sizeof(SLink) + size, std::nothrow);
     if (storage == nullptr)
-        return false;
+        return nullptr;
     blocks = new (storage) SLink{blocks};
-    front = static_cast<char*>(storage) + sizeof(SLink);
-    back = static_cast<char*>(storage) + size;
-    nextBlockSize = std::min(nextBlockSize * 2, LargestBlockSize);
-    return true;
+    return static_cast<char*>(storage) + sizeof(SLink);
 }
 
-void* CXmlMemory::allocate(std::size_t bytes)
+void* CXmlMemory::takeFromNewBlock(std::size_t bytes) noexcept
 {
-    bytes = (bytes + Alignment - 1) / Alignment * Alignment;
+    if (bytes > nextBlockSize / 4)
+        return addBlock(bytes);
+    char* const block = addBlock(nextBlockSize);
+    if (block == nullptr)
+        return nullptr;
+    free = block + bytes;
+    blockEnd = block + nextBlockSize;
+    nextBlockSize = std::min(nextBlockSize * 2, LargestBlockSize);
+    return block;
+}
+
+void* CXmlMemory::takeArray(std::size_t bytes) noexcept
+{
     SLink*& same = recycled[static_cast<std::size_t>(std::bit_width(bytes - 1))]; // all that are there are large enough
-    if (same != nullptr)
-    {
-        SLink* const array = same;
-        same = array->next;
-        return array;
-    }
-    if (static_cast<std::size_t>(back - front) < bytes && !addBlock(bytes))
-        throw std::bad_alloc();
-    char* const taken = front;
-    front += bytes;
-    return taken;
+    if (same == nullptr)
+        return take(bytes);
+    SLink* const array = same;
+    same = array->next;
+    return array;
 }
 
 void CXmlMemory::recycle(void* array, std::size_t bytes) noexcept
 {
-    bytes = (bytes + Alignment - 1) / Alignment * Alignment;
     SLink*& same = recycled[static_cast<std::size_t>(std::bit_width(bytes) - 1)];
     same = new (array) SLink{same};
-}
-
-char* CXmlMemory::AllocateText(std::size_t length) noexcept
-{
-    if (static_cast<std::size_t>(back - front) <= length && !addBlock(length + 1))
-        return nullptr;
-    back -= length + 1;
-    back[length] = 0;
-    return back;
 }
 
 } // namespace Vellum

@@ -4,18 +4,22 @@
 #include <array>
 #include <cstddef>
 #include <cstring>
-#include <iterator>
 #include <limits>
+#include <string_view>
 #include <utility>
 
 #include "Platform/TextCompare.h"
 
+#include "Vellum/src/CXmlGuess.h"
 #include "Vellum/src/Limits.h"
+#include "Vellum/src/XmlScan.h"
 
 namespace Vellum
 {
 namespace
 {
+
+using namespace XmlScan;
 
 // Searched from the top.
 constexpr SXmlClearKind ClearKinds[] = {
@@ -34,16 +38,6 @@ constexpr SXmlEntity Entities[] = {
     {"&amp;", 5, '&'}, {"&lt;", 4, '<'}, {"&gt;", 4, '>'}, {"&quot;", 6, '"'}, {"&apos;", 6, '\''},
 };
 
-constexpr bool IsSpace(char byte) { return byte == '\t' || byte == '\n' || byte == '\r' || byte == ' '; }
-
-// Bytes from a lead byte of UTF-8 to the next character; 1 for every other byte. What stands between isn't looked at.
-constexpr std::uint8_t StepOf(unsigned byte)
-{
-    if (byte < 0xC2 || byte > 0xF4)
-        return 1;
-    return byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
-}
-
 // Steps by byte, with 0 for the bytes that `stops` names and for the terminator.
 template <std::size_t Size>
 constexpr std::array<std::uint8_t, 256> MakeSteps(const char (&stops)[Size])
@@ -56,7 +50,6 @@ constexpr std::array<std::uint8_t, 256> MakeSteps(const char (&stops)[Size])
     return steps;
 }
 
-constexpr auto ContentSteps = MakeSteps("<");
 constexpr auto WordSteps = MakeSteps("\t\n\r <=>/");
 constexpr auto DoubleQuotedSteps = MakeSteps("\"<");
 constexpr auto SingleQuotedSteps = MakeSteps("'<");
@@ -77,32 +70,11 @@ const char* Walk(const std::array<std::uint8_t, 256>& steps, const char* at, con
     }
 }
 
-const char* StepOver(const char* at, const char* end)
-{
-    const std::uint8_t step = StepOf(static_cast<unsigned char>(*at));
-    return at + (step <= end - at ? step : 1);
-}
-
-const char* SkipSpace(const char* at)
-{
-    while (IsSpace(*at))
-        ++at;
-    return at;
-}
-
-bool SetError(SXmlParseContext& context, EXmlParseError error, const char* where)
+void SetError(SXmlParseContext& context, EXmlParseError error, const char* where)
 {
     context.error = error;
-    context.errorPosition = static_cast<std::int32_t>((where == nullptr ? context.end : where) - context.text);
-    return false;
+    context.errorPlace = where == nullptr ? context.end : where;
 }
-
-void MoveTo(SXmlParseContext& context, const char* at)
-{
-    context.position = static_cast<std::int32_t>(at - context.text);
-}
-
-const char* GetPlace(const SXmlParseContext& context) { return context.text + context.position; }
 
 const SXmlClearKind* FindClearKind(const char* start)
 {
@@ -116,7 +88,7 @@ const SXmlClearKind* FindClearKind(const char* start)
 SXmlToken MakeToken(SXmlParseContext& context, EXmlTokenKind kind, const char* start, std::ptrdiff_t length,
                     const SXmlClearKind* clearKind = nullptr)
 {
-    MoveTo(context, start + length);
+    context.at = start + length;
     return {kind, static_cast<std::int32_t>(length), clearKind, start};
 }
 
@@ -128,7 +100,7 @@ SXmlToken TakeWord(SXmlParseContext& context, const char* start)
         at = Walk(WordSteps, at + 1, context.end);
     const SXmlToken token = MakeToken(context, TokenText, start, at - start);
     if (IsSpace(*at))
-        ++context.position;
+        ++context.at;
     return token;
 }
 
@@ -178,7 +150,7 @@ const char* DecodeReference(const char* at, const char* end, char& character)
         return DecodeNumber(at + (isHexadecimal ? 3 : 2), end, isHexadecimal ? 16 : 10, character);
     }
     for (const SXmlEntity& entity : Entities)
-        if (entity.length <= end - at &&
+        if (entity.length <= end - at && Platform::FoldCase(at[1]) == entity.text[1] &&
             Platform::CompareWithoutCase(at, entity.text, static_cast<std::size_t>(entity.length)) == 0)
         {
             character = entity.character;
@@ -187,21 +159,13 @@ const char* DecodeReference(const char* at, const char* end, char& character)
     return nullptr;
 }
 
-// The end of the characters that stand for themselves. The last one may be cut by the end of the piece.
-const char* SkipPlain(const char* at, const char* end, const char* textEnd)
-{
-    while (at < end && *at != '&')
-        at = StepOver(at, textEnd);
-    return std::min(at, end);
-}
-
 // Hands the decoded text to `take(bytes, count)` piece by piece. Null, or the reference that is wrong.
 template <class Take>
 const char* DecodePieces(const char* at, const char* end, const char* textEnd, Take take)
 {
     while (at != end)
     {
-        const char* const plainEnd = SkipPlain(at, end, textEnd);
+        const char* const plainEnd = SkipCharacters<'&'>(at, end, textEnd);
         take(at, plainEnd - at);
         at = plainEnd;
         if (at == end)
@@ -231,41 +195,47 @@ EProgress Fail(SXmlParseContext& context, EXmlParseError error, const SXmlToken&
 }
 
 // The end of the text. Declarations and the top have no end tag to miss.
-EProgress EndOfText(const CXmlNode& node, SXmlParseContext& context)
+EProgress EndOfText(CXmlElement element, SXmlParseContext& context)
 {
-    if (!node.IsDeclaration() && node.HasParent())
+    if (!element.IsDeclaration() && element.HasParent())
         SetError(context, XmlElementNotClosed, context.end);
     return EProgress::IsOver;
 }
 
 // Length of a name or value without the "?" that ends a declaration.
-std::int32_t DropQuestionMark(const CXmlNode& node, const SXmlToken& token)
+std::int32_t DropQuestionMark(CXmlElement element, const SXmlToken& token)
 {
-    const bool drops = node.IsDeclaration() && token.length > 0 && token.start[token.length - 1] == '?';
+    const bool drops = element.IsDeclaration() && token.length > 0 && token.start[token.length - 1] == '?';
     return token.length - (drops ? 1 : 0);
 }
 
-// The name in front of the end of a tag.
-void FinishAttribute(CXmlNode& node, SXmlToken name, SXmlParseContext& context)
+void AddAttribute(CXmlElement element, const SXmlToken& name, const char* value, SXmlParseContext& context)
 {
-    name.length = DropQuestionMark(node, name);
-    if (name.length > 0)
-        node.AddAttribute(ShareName(name, context), nullptr);
+    if (const SXmlName* const shared = ShareName(name, context))
+        element.AddAttribute(shared->text, value);
 }
 
-bool StoreValue(CXmlNode& node, const SXmlToken& name, const SXmlToken& token, SXmlParseContext& context)
+// The name in front of the end of a tag.
+void FinishAttribute(CXmlElement element, SXmlToken name, SXmlParseContext& context)
 {
-    const char* const value = token.kind == TokenQuoted
-                                  ? DecodeXmlText(token.start + 1, token.length - 2, context)
-                                  : DecodeXmlText(token.start, DropQuestionMark(node, token), context);
-    if (value == nullptr)
+    name.length = DropQuestionMark(element, name);
+    if (name.length > 0)
+        AddAttribute(element, name, nullptr, context);
+}
+
+bool StoreValue(CXmlElement element, const SXmlToken& name, const SXmlToken& token, SXmlParseContext& context)
+{
+    const SXmlText value = token.kind == TokenQuoted
+                               ? DecodeXmlText(token.start + 1, token.length - 2, context)
+                               : DecodeXmlText(token.start, DropQuestionMark(element, token), context);
+    if (value.text == nullptr)
         return false;
-    node.AddAttribute(ShareName(name, context), value);
+    AddAttribute(element, name, value.text, context);
     return true;
 }
 
 // From behind the name of an element to the end of its start tag.
-EProgress ParseTag(CXmlNode& node, SXmlParseContext& context)
+EProgress ParseTag(CXmlElement element, SXmlParseContext& context)
 {
     SXmlToken name{}; // of an attribute that may still get a value
     for (;;)
@@ -275,7 +245,7 @@ EProgress ParseTag(CXmlNode& node, SXmlParseContext& context)
         {
         case TokenText:
             if (name.start != nullptr)
-                node.AddAttribute(ShareName(name, context), nullptr);
+                AddAttribute(element, name, nullptr, context);
             name = token;
             break;
         case TokenEquals:
@@ -283,70 +253,75 @@ EProgress ParseTag(CXmlNode& node, SXmlParseContext& context)
                 return Fail(context, XmlUnexpectedToken, token);
             token = NextXmlToken(context);
             if (token.kind == TokenEnd)
-                return EndOfText(node, context);
+                return EndOfText(element, context);
             if (token.kind != TokenText && token.kind != TokenQuoted)
                 return Fail(context, XmlUnexpectedToken, token);
-            if (!StoreValue(node, name, token, context))
+            if (!StoreValue(element, name, token, context))
                 return EProgress::IsOver;
             name = {};
             break;
         case TokenClose:
         case TokenEmptyClose:
             if (name.start != nullptr)
-                FinishAttribute(node, name, context);
+                FinishAttribute(element, name, context);
             return token.kind == TokenClose ? EProgress::GoesOn : EProgress::IsClosed;
         case TokenEnd:
-            return EndOfText(node, context);
+            return EndOfText(element, context);
         default:
             return Fail(context, XmlUnexpectedToken, token);
         }
     }
 }
 
-// Moves to the next "<" or the end of the text, and returns where text begins on the way; null if there is none. In
-// content every token that is no tag is text, so tokens needn't be told apart.
-const char* SkipText(SXmlParseContext& context)
+// Text in front of a tag, without white space at both its ends. In content every token that is no tag is text, so
+// tokens needn't be told apart.
+struct SXmlPendingText
 {
-    const char* const start = SkipSpace(GetPlace(context));
-    const char* const stop = Walk(ContentSteps, start, context.end);
-    MoveTo(context, stop);
-    return start == stop ? nullptr : start;
+    const char* start;
+    std::int32_t length; // 0 if there is none
+    bool hasReferences;
+};
+
+// Moves to the next "<" or the end of the text.
+SXmlPendingText TakeText(SXmlParseContext& context)
+{
+    const char* const start = SkipSpace(context.at, context.end);
+    const char* stop = SkipCharacters<'<', '&'>(start, context.end, context.end);
+    const bool hasReferences = *stop == '&';
+    if (hasReferences)
+        stop = SkipCharacters<'<'>(stop, context.end, context.end);
+    context.at = stop;
+    while (stop != start && IsSpace(stop[-1]))
+        --stop;
+    return {start, static_cast<std::int32_t>(stop - start), hasReferences};
 }
 
-// Without the white space at its end.
-std::int32_t GetTextLength(const char* start, const char* end)
+bool StoreText(CXmlElement element, const SXmlPendingText& pending, SXmlParseContext& context)
 {
-    while (end != start && IsSpace(end[-1]))
-        --end;
-    return static_cast<std::int32_t>(end - start);
-}
-
-bool StoreText(CXmlNode& node, const char* start, const char* end, SXmlParseContext& context)
-{
-    if (start == nullptr)
+    if (pending.length == 0)
         return true;
-    const char* const text = DecodeXmlText(start, GetTextLength(start, end), context);
-    if (text == nullptr)
-        return false;
-    node.AddText(text);
-    return true;
+    const SXmlText text = pending.hasReferences ? DecodeXmlText(pending.start, pending.length, context)
+                                                : DuplicateText(pending.start, pending.length, context);
+    element.AddText(text);
+    return text.text != nullptr;
 }
 
-EProgress ParseClearSection(CXmlNode& node, const SXmlToken& open, const char* pendingText, SXmlParseContext& context)
+EProgress ParseClearSection(CXmlElement element, const SXmlToken& open, const SXmlPendingText& pending,
+                            SXmlParseContext& context)
 {
-    node.AddText(
-        DuplicateText(pendingText, pendingText == nullptr ? 0 : GetTextLength(pendingText, open.start), context));
-    const char* const start = GetPlace(context);
+    if (pending.length != 0)
+        element.AddText(DuplicateText(pending.start, pending.length, context));
+    const char* const start = context.at;
     const char* const close = std::strstr(start, open.clearKind->closeTag);
     if (close == nullptr)
         return Fail(context, XmlClearNotClosed, open);
-    node.AddClear(DuplicateText(start, static_cast<std::int32_t>(close - start), context), open.clearKind->openTag,
-                  open.clearKind->closeTag);
-    MoveTo(context, close + std::strlen(open.clearKind->closeTag));
+    const SXmlText value = DuplicateText(start, static_cast<std::int32_t>(close - start), context);
+    element.AddClear(value.text, open.clearKind->openTag, open.clearKind->closeTag);
+    context.at = close + std::strlen(open.clearKind->closeTag);
     return EProgress::GoesOn;
 }
 
-EProgress ParseEndTag(const CXmlNode& node, SXmlParseContext& context)
+EProgress ParseEndTag(CXmlElement element, SXmlParseContext& context)
 {
     const SXmlToken name = NextXmlToken(context);
     if (name.kind != TokenText)
@@ -354,58 +329,117 @@ EProgress ParseEndTag(const CXmlNode& node, SXmlParseContext& context)
     const SXmlToken close = NextXmlToken(context);
     if (close.kind != TokenClose)
         return Fail(context, XmlBadEndTag, close);
-    if (XmlTagNamesDiffer(node.GetName(), name.start))
+    if (XmlTagNamesDiffer(element.GetSharedName(), name.start))
     {
         SetError(context, XmlElementNotClosed, name.start);
         context.endTag = name.start;
-        context.endTagLength = name.length;
     }
     return EProgress::IsClosed;
 }
 
-// An end tag has closed a child without being the child's own: it closes this node too, and goes on upwards unless it
-// is this node's.
-EProgress TakePendingEndTag(const CXmlNode& node, SXmlParseContext& context)
+// An end tag has closed a child without being the child's own: it closes this element too, and goes on upwards unless
+// it is this element's.
+EProgress TakePendingEndTag(CXmlElement element, SXmlParseContext& context)
 {
-    if (node.GetName() == nullptr)
+    if (element.GetName() == nullptr)
     {
         SetError(context, XmlStrayEndTag, context.endTag);
         return EProgress::IsOver;
     }
-    if (!XmlTagNamesDiffer(node.GetName(), context.endTag))
-        context.endTagLength = 0;
+    if (!XmlTagNamesDiffer(element.GetSharedName(), context.endTag))
+        context.endTag = nullptr;
     return EProgress::IsClosed;
 }
 
-EProgress ParseChild(CXmlNode& node, bool isDeclaration, SXmlParseContext& context)
+EProgress ParseContent(CXmlElement element, CXmlGuess& children, SXmlParseContext& context);
+
+// From behind the start tag, or from the top, to the end of the element.
+EProgress ParseContents(CXmlElement element, CXmlElement model, SXmlParseContext& context)
 {
-    const SXmlToken name = NextXmlToken(context);
-    if (name.kind != TokenText)
-        return Fail(context, XmlNoElementName, name);
-    std::uint32_t& open = isDeclaration ? context.openDeclarations : context.openElements;
-    if (open == MaxDepth)
-        return Fail(context, XmlTooDeep, name);
-    CXmlNode child = node.AddChild(ShareName(name, context), isDeclaration);
-    ++open;
-    if (!child.IsEmpty() && !ParseXmlElement(child, context))
-        return EProgress::IsOver;
-    --open;
-    return context.endTagLength == 0 ? EProgress::GoesOn : TakePendingEndTag(node, context);
+    CXmlGuess children(element, model);
+    EProgress progress = EProgress::GoesOn;
+    while (progress == EProgress::GoesOn)
+        progress = ParseContent(element, children, context);
+    return progress;
 }
 
-// Text, if there is any, and the tag behind it.
-EProgress ParseContent(CXmlNode& node, SXmlParseContext& context)
+bool IsTooDeep(std::uint32_t open, const char* name, SXmlParseContext& context)
 {
-    const char* const pendingText = SkipText(context);
+    if (open < MaxDepth)
+        return false;
+    SetError(context, XmlTooDeep, name);
+    return true;
+}
+
+// An element whose start tag was guessed and has been read.
+EProgress ParseGuessed(CXmlElement element, CXmlGuess& children, const SXmlName& name, SXmlParseContext& context)
+{
+    if (IsTooDeep(context.openElements, context.at - 1 - name.length, context))
+        return EProgress::IsOver;
+    ++context.openElements;
+    const auto [child, model] = children.AddChild(name, false);
+    if (ParseContents(child, model, context) == EProgress::IsOver)
+        return EProgress::IsOver;
+    --context.openElements;
+    return context.endTag == nullptr ? EProgress::GoesOn : TakePendingEndTag(element, context);
+}
+
+// An element, or a declaration, from behind "<" or "<?".
+EProgress ParseChild(CXmlElement element, CXmlGuess& children, bool isDeclaration, SXmlParseContext& context)
+{
+    const SXmlToken token = NextXmlToken(context);
+    if (token.kind != TokenText)
+        return Fail(context, XmlNoElementName, token);
+    std::uint32_t& open = isDeclaration ? context.openDeclarations : context.openElements;
+    if (IsTooDeep(open, token.start, context))
+        return EProgress::IsOver;
+    const SXmlName* const name = ShareName(token, context);
+    if (name == nullptr)
+        return EProgress::GoesOn; // as if there were no element
+    ++open;
+    const auto [child, model] = children.AddChild(*name, isDeclaration);
+    EProgress progress = ParseTag(child, context);
+    if (progress == EProgress::GoesOn)
+        progress = ParseContents(child, model, context);
+    if (progress == EProgress::IsOver)
+        return progress;
+    --open;
+    return context.endTag == nullptr ? EProgress::GoesOn : TakePendingEndTag(element, context);
+}
+
+// What stands behind text, token by token.
+EProgress ParseMarkup(CXmlElement element, CXmlGuess& children, const SXmlPendingText& text, SXmlParseContext& context)
+{
     const SXmlToken token = NextXmlToken(context);
     if (token.kind == TokenEnd)
-        return EndOfText(node, context);
+        return EndOfText(element, context);
     if (token.kind == TokenClear)
-        return ParseClearSection(node, token, pendingText, context);
-    if (!StoreText(node, pendingText, token.start, context))
+        return ParseClearSection(element, token, text, context);
+    if (!StoreText(element, text, context))
         return EProgress::IsOver;
-    return token.kind == TokenEndOpen ? ParseEndTag(node, context)
-                                      : ParseChild(node, token.kind == TokenDeclaration, context);
+    return token.kind == TokenEndOpen ? ParseEndTag(element, context)
+                                      : ParseChild(element, children, token.kind == TokenDeclaration, context);
+}
+
+// Text, if there is any, and the tag behind it, most often the end tag of this element or the start tag of a child that
+// can be guessed.
+EProgress ParseContent(CXmlElement element, CXmlGuess& children, SXmlParseContext& context)
+{
+    const SXmlPendingText text = TakeText(context);
+    const char* const tag = context.at;
+    if (tag[0] == '<' && tag[1] == '/')
+    {
+        const SXmlName* const name = element.GetSharedName();
+        if (name == nullptr || !IsTagOf(*name, 2, tag, context.end))
+            return ParseMarkup(element, children, text, context);
+        context.at = tag + name->length + 3;
+        return StoreText(element, text, context) ? EProgress::IsClosed : EProgress::IsOver;
+    }
+    const SXmlName* const name = children.FindStartTag(tag, context.end);
+    if (name == nullptr)
+        return ParseMarkup(element, children, text, context);
+    context.at = tag + name->length + 2;
+    return StoreText(element, text, context) ? ParseGuessed(element, children, *name, context) : EProgress::IsOver;
 }
 
 CXmlNode TakeTree(CXmlNode document)
@@ -416,7 +450,7 @@ CXmlNode TakeTree(CXmlNode document)
 } // namespace
 
 SXmlParseContext::SXmlParseContext(const char* text, CXmlMemory& memory)
-    : text(text), end(text + std::strlen(text)), memory(memory)
+    : text(text), end(text + std::strlen(text)), at(text), errorPlace(text), memory(memory)
 {
 }
 
@@ -449,69 +483,59 @@ const char* GetXmlErrorName(std::int32_t error)
     }
 }
 
-const char* DuplicateText(const char* text, std::int32_t length, SXmlParseContext& context)
+SXmlText DuplicateText(const char* text, std::int32_t length, SXmlParseContext& context)
 {
-    if (text == nullptr)
-        return nullptr;
-    char* const copy = context.memory.AllocateText(static_cast<std::size_t>(length));
-    if (copy != nullptr)
-        std::memcpy(copy, text, static_cast<std::size_t>(length));
-    return copy;
+    const auto size = static_cast<std::uint32_t>(length);
+    return {context.memory.CopyText(text, size, static_cast<std::size_t>(context.end - text)), size};
 }
 
-const char* ShareName(const SXmlToken& name, SXmlParseContext& context)
+const SXmlName* ShareName(const SXmlToken& name, SXmlParseContext& context)
 {
-    const auto length = static_cast<std::size_t>(name.length);
-    const auto last = static_cast<unsigned char>(name.start[length - 1]);
-    const auto middle = static_cast<unsigned char>(name.start[length / 2]);
-    const char*& recent = context.recentNames[(length * 5 + last * 3u + middle) % context.recentNames.size()];
-    if (recent == nullptr || std::strncmp(recent, name.start, length) != 0 || recent[length] != 0)
-        recent = DuplicateText(name.start, name.length, context);
+    const std::string_view text(name.start, static_cast<std::size_t>(name.length));
+    const auto last = static_cast<unsigned char>(text.back());
+    const auto middle = static_cast<unsigned char>(text[text.size() / 2]);
+    const SXmlName*& recent = context.recentNames[(text.size() * 5 + last * 3u + middle) % context.recentNames.size()];
+    if (recent == nullptr || std::string_view(recent->text, recent->length) != text)
+        recent = MakeXmlName(text, static_cast<std::size_t>(context.end - name.start), context.memory);
     return recent;
 }
 
-const char* DecodeXmlText(const char* text, std::int32_t length, SXmlParseContext& context)
+SXmlText DecodeXmlText(const char* text, std::int32_t length, SXmlParseContext& context)
 {
-    if (text == nullptr)
-        return nullptr;
     const char* const end = text + std::min<std::ptrdiff_t>(length, context.end - text);
-    if (std::memchr(text, '&', static_cast<std::size_t>(end - text)) == nullptr)
-        return DuplicateText(text, static_cast<std::int32_t>(end - text), context);
-
-    std::ptrdiff_t size = 0;
-    const char* const wrong =
-        DecodePieces(text, end, context.end, [&](const char*, std::ptrdiff_t count) { size += count; });
-    if (wrong != nullptr)
+    char* const decoded = context.memory.AllocateText(static_cast<std::size_t>(end - text)); // no reference is shorter
+    char* to = decoded;
+    const auto store = [&](const char* bytes, std::ptrdiff_t count)
+    {
+        if (decoded != nullptr)
+            to = std::copy_n(bytes, count, to);
+    };
+    if (const char* const wrong = DecodePieces(text, end, context.end, store))
     {
         SetError(context, XmlBadReference, wrong);
-        return nullptr;
+        return {};
     }
-    char* const decoded = context.memory.AllocateText(static_cast<std::size_t>(size));
-    if (decoded != nullptr)
-        DecodePieces(text, end, context.end,
-                     [to = decoded](const char* bytes, std::ptrdiff_t count) mutable
-                     { to = std::copy_n(bytes, count, to); });
-    return decoded;
+    if (decoded == nullptr)
+        return {};
+    *to = 0;
+    return {decoded, static_cast<std::uint32_t>(std::strlen(decoded))}; // a reference may have made a NUL
 }
 
-bool XmlTagNamesDiffer(const char* name, const char* endTag)
+bool XmlTagNamesDiffer(const SXmlName* name, const char* endTag)
 {
-    if (name == nullptr)
+    if (name == nullptr || Platform::CompareWithoutCase(name->text, endTag, name->length) != 0)
         return true;
-    const std::size_t length = std::strlen(name);
-    if (Platform::CompareWithoutCase(name, endTag, length) != 0)
-        return true;
-    const char behind = endTag[length];
+    const char behind = endTag[name->length];
     return !(IsSpace(behind) || behind == '/' || behind == '<' || behind == '=' || behind == '>');
 }
 
 SXmlToken NextXmlToken(SXmlParseContext& context)
 {
-    const char* const start = SkipSpace(GetPlace(context));
+    const char* const start = SkipSpace(context.at, context.end);
     switch (*start)
     {
     case 0:
-        MoveTo(context, start);
+        context.at = start;
         return {TokenEnd, 0, nullptr, nullptr};
     case '<':
         return TakeOpen(context, start);
@@ -531,16 +555,6 @@ SXmlToken NextXmlToken(SXmlParseContext& context)
     }
 }
 
-bool ParseXmlElement(CXmlNode& node, SXmlParseContext& context)
-{
-    EProgress progress = EProgress::GoesOn;
-    if (!std::exchange(context.isFirstCall, false))
-        progress = ParseTag(node, context);
-    while (progress == EProgress::GoesOn)
-        progress = ParseContent(node, context);
-    return progress == EProgress::IsClosed;
-}
-
 CXmlNode ParseXmlText(const char* text, SXmlParseOutcome* outcome)
 {
     if (outcome != nullptr)
@@ -552,9 +566,9 @@ CXmlNode ParseXmlText(const char* text, SXmlParseOutcome* outcome)
     if (context.end - context.text > std::numeric_limits<std::int32_t>::max())
         context.error = XmlTextTooLong;
     else
-        ParseXmlElement(document, context);
+        ParseContents(document, CXmlElement(), context);
     if (outcome != nullptr)
-        *outcome = {context.error, context.errorPosition};
+        *outcome = {context.error, static_cast<std::int32_t>(context.errorPlace - context.text)};
     return context.error > XmlElementNotClosed ? CXmlNode() : TakeTree(std::move(document));
 }
 

@@ -91,37 +91,32 @@ struct SXmlParseContext
     SXmlParseContext(const char* text, CXmlMemory& memory);
 
     const char* text;
-    const char* end;                // the terminator
-    std::int32_t position = 0;      // index of the next unread byte
-    std::int32_t error = XmlOk;     // last error set
-    std::int32_t errorPosition = 0; // where it was found
-    const char* endTag = nullptr;   // name of an end tag that still looks for its element
-    std::int32_t endTagLength = 0;  // not 0 while there is one
-    bool isFirstCall = true;        // the next ParseXmlElement is the top-level one
+    const char* end;                     // the terminator
+    const char* at;                      // the next unread byte
+    std::int32_t error = XmlOk;          // last error set
+    const char* errorPlace;              // where it was found; the start of the text without one
+    const char* endTag = nullptr;        // name of an end tag that still looks for its element
     std::uint32_t openElements = 0;
     std::uint32_t openDeclarations = 0;
-    CXmlMemory& memory;                           // of the tree
-    std::array<const char*, 64> recentNames = {}; // see ShareName
+    CXmlMemory& memory;                              // of the tree
+    std::array<const SXmlName*, 64> recentNames = {}; // see ShareName
 };
 
 // Takes the next token from the text. At its end there is TokenEnd, again and again.
 SXmlToken NextXmlToken(SXmlParseContext& context);
 
-// Parses from behind an element's name, or from the top, to the end of the element. False if the parse is over, by an
-// error or the end of the text.
-bool ParseXmlElement(CXmlNode& node, SXmlParseContext& context);
+// A copy of a piece of the context's text with its references decoded, in the tree's memory. Null for a reference that
+// is wrong (which sets the error) and if memory is short (which doesn't).
+SXmlText DecodeXmlText(const char* text, std::int32_t length, SXmlParseContext& context);
 
-// A copy of a piece of the context's text with its references decoded, in the tree's memory. Null for null, for a
-// reference that is wrong (which sets the error) and if memory is short (which doesn't).
-const char* DecodeXmlText(const char* text, std::int32_t length, SXmlParseContext& context);
+// A zero-terminated copy of so many bytes in the tree's memory. Null if memory is short.
+SXmlText DuplicateText(const char* text, std::int32_t length, SXmlParseContext& context);
 
-// A zero-terminated copy of so many bytes in the tree's memory. Null for null, and if memory is short.
-const char* DuplicateText(const char* text, std::int32_t length, SXmlParseContext& context);
-
-// The same for a name: equal ones that come close to one another may get the same copy.
-const char* ShareName(const SXmlToken& name, SXmlParseContext& context);
+// The name of an element or attribute: equal ones that come close to one another may get the same. Null if there is no
+// memory for its text.
+const SXmlName* ShareName(const SXmlToken& name, SXmlParseContext& context);
 
 // Whether an element's name, which may be null, is another one than the name of an end tag in the text.
-bool XmlTagNamesDiffer(const char* name, const char* endTag);
+bool XmlTagNamesDiffer(const SXmlName* name, const char* endTag);
 
 } // namespace Vellum
