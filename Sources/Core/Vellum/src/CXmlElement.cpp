@@ -34,23 +34,6 @@ void MakeRoom(CXmlMemory& memory, Entry*& array, std::uint32_t count)
     array = larger;
 }
 
-SXmlNodeData* MakeRecord(CXmlMemory& memory, SXmlNodeData* parent, const SXmlName* name)
-{
-    auto* const data = new (memory.Allocate<SXmlNodeData>()) SXmlNodeData{};
-    data->name = name;
-    data->parent = parent;
-    return data;
-}
-
-// Puts a child at the end of the ring.
-void Append(SXmlNodeData*& last, SXmlNodeData* child)
-{
-    child->next = last == nullptr ? child : last->next;
-    if (last != nullptr)
-        last->next = child;
-    last = child;
-}
-
 // Notes that so many entries of a kind come next in the order. If it raises, the order is as it was.
 void AddToOrder(CXmlMemory& memory, SXmlMixedContent& content, EXmlEntry kind, std::uint32_t count)
 {
@@ -86,7 +69,10 @@ SXmlNodeData** MakePlaces(const SXmlChildren& children, CXmlMemory& memory)
 
 } // namespace
 
-CXmlElement CXmlElement::MakeDocument(CXmlMemory& memory) { return {MakeRecord(memory, nullptr, nullptr), &memory}; }
+CXmlElement CXmlElement::MakeDocument(CXmlMemory& memory)
+{
+    return {new (memory.Allocate<SXmlNodeData>()) SXmlNodeData{}, &memory};
+}
 
 // Nothing leads from a node to its parent but this, so a parent has gone when neither it nor anything above it has a
 // handle.
@@ -100,24 +86,11 @@ bool CXmlElement::HasParent() const noexcept
     return above != nullptr;
 }
 
-std::uint32_t CXmlElement::GetTextCount() const noexcept
-{
-    if (hasContent(EXmlContent::Text))
-        return 1;
-    return isMixed() ? data->mixed->textCount : 0;
-}
-
 SXmlText CXmlElement::getText(std::uint32_t index) const noexcept
 {
     if (index >= GetTextCount())
         return {};
     return isMixed() ? data->mixed->texts[index] : SXmlText{data->text, data->count};
-}
-
-std::string_view CXmlElement::GetFirstText() const noexcept
-{
-    const SXmlText text = getText(0);
-    return text.text == nullptr ? std::string_view("") : std::string_view(text.text, text.length);
 }
 
 SXmlClear CXmlElement::GetClear(std::uint32_t index) const noexcept
@@ -222,29 +195,24 @@ SXmlMixedContent& CXmlElement::getMixed() const
     return *mixed;
 }
 
-CXmlElement CXmlElement::AddChild(const SXmlName& name, bool isDeclaration, bool mayRepeat) const
+// The first child, or one that stands among other content.
+void CXmlElement::addOtherChild(SXmlNodeData* child) const
 {
-    SXmlNodeData* const child = MakeRecord(*memory, data, &name);
-    child->isDeclaration = isDeclaration;
-    child->mayRepeat = mayRepeat;
     if (hasContent(EXmlContent::None))
     {
         data->content = static_cast<std::uint32_t>(EXmlContent::Children);
-        data->lastChild = nullptr;
-    }
-    if (hasContent(EXmlContent::Children))
-    {
-        Append(data->lastChild, child);
-        ++data->count;
-        return {child, memory};
+        data->lastChild = child->next = child;
+        data->count = 1;
+        return;
     }
     SXmlMixedContent& mixed = getMixed();
     AddToOrder(*memory, mixed, XmlChildEntry, 1);
-    Append(mixed.children.last, child);
+    SXmlNodeData*& last = mixed.children.last;
+    child->next = last == nullptr ? child : std::exchange(last->next, child);
+    last = child;
     ++mixed.children.count;
     mixed.places = nullptr;
     mixed.names = nullptr;
-    return {child, memory};
 }
 
 // All room is made before the entry counts.
@@ -264,15 +232,10 @@ void CXmlElement::AddAttribute(const char* name, const char* value) const
         addEntry(XmlAttributeEntry, &SXmlMixedContent::attributes, &SXmlMixedContent::attributeCount, {name, value});
 }
 
-void CXmlElement::AddText(SXmlText text) const
+void CXmlElement::addOtherText(SXmlText text) const
 {
-    if (text.text == nullptr)
-        return;
-    if (!hasContent(EXmlContent::None))
-        return addEntry(XmlTextEntry, &SXmlMixedContent::texts, &SXmlMixedContent::textCount, text);
-    data->content = static_cast<std::uint32_t>(EXmlContent::Text);
-    data->text = text.text;
-    data->count = text.length;
+    if (text.text != nullptr)
+        addEntry(XmlTextEntry, &SXmlMixedContent::texts, &SXmlMixedContent::textCount, text);
 }
 
 void CXmlElement::AddText(const char* text) const

@@ -119,11 +119,14 @@ public:
     bool HasParent() const noexcept;
 
     // Null for the empty element and the document.
-    const char* GetName() const noexcept { return IsEmpty() || data->name == nullptr ? nullptr : data->name->text; }
+    const char* GetName() const noexcept { return GetSharedName() == nullptr ? nullptr : data->name->text; }
     const SXmlName* GetSharedName() const noexcept { return IsEmpty() ? nullptr : data->name; }
 
     std::uint32_t GetChildCount() const noexcept { return getChildren().count; }
-    std::uint32_t GetTextCount() const noexcept;
+    std::uint32_t GetTextCount() const noexcept
+    {
+        return hasContent(EXmlContent::Text) ? 1 : isMixed() ? data->mixed->textCount : 0;
+    }
     std::uint32_t GetClearCount() const noexcept { return isMixed() ? data->mixed->clearCount : 0; }
     std::uint32_t GetAttributeCount() const noexcept { return isMixed() ? data->mixed->attributeCount : 0; }
 
@@ -181,6 +184,8 @@ private:
     SXmlMixedContent& getMixed() const;
     SXmlNodeData* const* getPlaces() const noexcept;
 
+    void addOtherChild(SXmlNodeData* child) const;
+    void addOtherText(SXmlText text) const;
     template <class Entry>
     void addEntry(EXmlEntry kind, Entry* SXmlMixedContent::*array, std::uint32_t SXmlMixedContent::*count,
                   std::type_identity_t<Entry> entry) const;
@@ -197,6 +202,38 @@ inline CXmlElement CXmlElement::GetFirstChild() const noexcept
 {
     const SXmlNodeData* const last = getChildren().last;
     return {last == nullptr ? nullptr : last->next, memory};
+}
+
+inline std::string_view CXmlElement::GetFirstText() const noexcept
+{
+    if (hasContent(EXmlContent::Text))
+        return {data->text, data->count};
+    return GetTextCount() == 0 ? std::string_view("") : std::string_view(data->mixed->texts->text, data->mixed->texts->length);
+}
+
+inline CXmlElement CXmlElement::AddChild(const SXmlName& name, bool isDeclaration, bool mayRepeat) const
+{
+    SXmlNodeData* const child = new (memory->Allocate<SXmlNodeData>())
+        SXmlNodeData{&name, data, nullptr, {nullptr}, 0, 0, isDeclaration, mayRepeat, 0};
+    if (hasContent(EXmlContent::Children))
+    {
+        child->next = data->lastChild->next;
+        data->lastChild->next = child;
+        data->lastChild = child;
+        ++data->count;
+    }
+    else
+        addOtherChild(child);
+    return {child, memory};
+}
+
+inline void CXmlElement::AddText(SXmlText text) const
+{
+    if (text.text == nullptr || !hasContent(EXmlContent::None))
+        return addOtherText(text);
+    data->content = static_cast<std::uint32_t>(EXmlContent::Text);
+    data->text = text.text;
+    data->count = text.length;
 }
 
 } // namespace Vellum

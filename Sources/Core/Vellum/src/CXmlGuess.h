@@ -21,7 +21,7 @@ inline bool IsTagOf(const SXmlName& name, std::ptrdiff_t open, const char* at, c
 // be looked for any more. A guess that fails costs no more than that.
 //
 // Model    An element of the same name that came before: for a child, the one that the parent's model has in its place,
-//          or else the sibling in front.
+//          or else the sibling in front, or else the parent.
 class CXmlGuess
 {
 public:
@@ -30,10 +30,10 @@ public:
     // The name for which there is a start tag without attributes at this place. Null if that couldn't be guessed.
     const SXmlName* FindStartTag(const char* at, const char* end) const
     {
-        for (const CXmlElement like : {expected, parent.GetLastChild()})
-            if (!like.IsEmpty() && IsTagOf(*like.GetSharedName(), 1, at, end))
-                return like.GetSharedName();
-        return nullptr;
+        if (!expected.IsEmpty() && IsTagOf(*expected.GetSharedName(), 1, at, end))
+            return expected.GetSharedName();
+        const CXmlElement last = parent.GetLastChild();
+        return !last.IsEmpty() && IsTagOf(*last.GetSharedName(), 1, at, end) ? last.GetSharedName() : nullptr;
     }
 
     // Appends a child, and returns it with its model, which may be empty.
@@ -58,8 +58,10 @@ private:
                 expected = like.GetNext();
                 return like;
             }
-        const CXmlElement last = parent.GetLastChild();
-        return last.GetSharedName() == &name ? last : CXmlElement();
+        for (const CXmlElement known : {parent.GetLastChild(), parent})
+            if (known.GetSharedName() == &name)
+                return known;
+        return CXmlElement();
     }
 
     CXmlElement parent;

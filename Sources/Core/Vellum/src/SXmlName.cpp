@@ -69,7 +69,7 @@ std::uint32_t HashXmlName(std::string_view name) noexcept
         hash = Mix(hash, LoadFolded<4>(at) ^ (LoadFolded<4>(at + length - 4) << 32));
     else if (length != 0)
         hash = Mix(hash, LoadFolded<1>(at) ^ (LoadFolded<1>(at + length / 2) << 8) ^ (LoadFolded<1>(at + length - 1) << 16));
-    return static_cast<std::uint32_t>(hash);
+    return static_cast<std::uint32_t>(Mix(hash, 0)); // so that the low bits depend on all bytes
 }
 
 } // namespace Vellum

@@ -286,6 +286,11 @@ struct SXmlPendingText
 SXmlPendingText TakeText(SXmlParseContext& context)
 {
     const char* const start = SkipSpace(context.at, context.end);
+    if (*start == '<')
+    {
+        context.at = start;
+        return {};
+    }
     const char* stop = SkipCharacters<'<', '&'>(start, context.end, context.end);
     const bool hasReferences = *stop == '&';
     if (hasReferences)
@@ -351,17 +356,7 @@ EProgress TakePendingEndTag(CXmlElement element, SXmlParseContext& context)
     return EProgress::IsClosed;
 }
 
-EProgress ParseContent(CXmlElement element, CXmlGuess& children, SXmlParseContext& context);
-
-// From behind the start tag, or from the top, to the end of the element.
-EProgress ParseContents(CXmlElement element, CXmlElement model, SXmlParseContext& context)
-{
-    CXmlGuess children(element, model);
-    EProgress progress = EProgress::GoesOn;
-    while (progress == EProgress::GoesOn)
-        progress = ParseContent(element, children, context);
-    return progress;
-}
+EProgress ParseContents(CXmlElement element, CXmlElement model, SXmlPendingText text, SXmlParseContext& context);
 
 bool IsTooDeep(std::uint32_t open, const char* name, SXmlParseContext& context)
 {
@@ -371,15 +366,33 @@ bool IsTooDeep(std::uint32_t open, const char* name, SXmlParseContext& context)
     return true;
 }
 
-// An element whose start tag was guessed and has been read.
+// Takes the end tag of that name, if there is nothing else.
+bool TakeEndTag(const SXmlName& name, SXmlParseContext& context)
+{
+    const char* const tag = context.at;
+    if (tag[0] != '<' || tag[1] != '/' || !IsTagOf(name, 2, tag, context.end))
+        return false;
+    context.at = tag + name.length + 3;
+    return true;
+}
+
+EProgress StoreAndClose(CXmlElement element, const SXmlPendingText& text, SXmlParseContext& context)
+{
+    return StoreText(element, text, context) ? EProgress::IsClosed : EProgress::IsOver;
+}
+
+// An element whose start tag was guessed and has been read. Most of them have a text and nothing else.
 EProgress ParseGuessed(CXmlElement element, CXmlGuess& children, const SXmlName& name, SXmlParseContext& context)
 {
     if (IsTooDeep(context.openElements, context.at - 1 - name.length, context))
         return EProgress::IsOver;
     ++context.openElements;
     const auto [child, model] = children.AddChild(name, false);
-    if (ParseContents(child, model, context) == EProgress::IsOver)
-        return EProgress::IsOver;
+    const SXmlPendingText text = TakeText(context);
+    const EProgress progress =
+        TakeEndTag(name, context) ? StoreAndClose(child, text, context) : ParseContents(child, model, text, context);
+    if (progress == EProgress::IsOver)
+        return progress;
     --context.openElements;
     return context.endTag == nullptr ? EProgress::GoesOn : TakePendingEndTag(element, context);
 }
@@ -400,7 +413,7 @@ EProgress ParseChild(CXmlElement element, CXmlGuess& children, bool isDeclaratio
     const auto [child, model] = children.AddChild(*name, isDeclaration);
     EProgress progress = ParseTag(child, context);
     if (progress == EProgress::GoesOn)
-        progress = ParseContents(child, model, context);
+        progress = ParseContents(child, model, TakeText(context), context);
     if (progress == EProgress::IsOver)
         return progress;
     --open;
@@ -421,25 +434,30 @@ EProgress ParseMarkup(CXmlElement element, CXmlGuess& children, const SXmlPendin
                                       : ParseChild(element, children, token.kind == TokenDeclaration, context);
 }
 
-// Text, if there is any, and the tag behind it, most often the end tag of this element or the start tag of a child that
-// can be guessed.
-EProgress ParseContent(CXmlElement element, CXmlGuess& children, SXmlParseContext& context)
+// What stands behind text: most often the end tag of this element, or the start tag of a child that can be guessed.
+EProgress ParseTagBehind(CXmlElement element, CXmlGuess& children, const SXmlPendingText& text,
+                         SXmlParseContext& context)
 {
-    const SXmlPendingText text = TakeText(context);
-    const char* const tag = context.at;
-    if (tag[0] == '<' && tag[1] == '/')
-    {
-        const SXmlName* const name = element.GetSharedName();
-        if (name == nullptr || !IsTagOf(*name, 2, tag, context.end))
-            return ParseMarkup(element, children, text, context);
-        context.at = tag + name->length + 3;
-        return StoreText(element, text, context) ? EProgress::IsClosed : EProgress::IsOver;
-    }
-    const SXmlName* const name = children.FindStartTag(tag, context.end);
+    if (element.GetSharedName() != nullptr && TakeEndTag(*element.GetSharedName(), context))
+        return StoreAndClose(element, text, context);
+    const SXmlName* const name = children.FindStartTag(context.at, context.end);
     if (name == nullptr)
         return ParseMarkup(element, children, text, context);
-    context.at = tag + name->length + 2;
+    context.at += name->length + 2;
     return StoreText(element, text, context) ? ParseGuessed(element, children, *name, context) : EProgress::IsOver;
+}
+
+// From behind the first text to the end of the element.
+EProgress ParseContents(CXmlElement element, CXmlElement model, SXmlPendingText text, SXmlParseContext& context)
+{
+    CXmlGuess children(element, model);
+    for (;;)
+    {
+        const EProgress progress = ParseTagBehind(element, children, text, context);
+        if (progress != EProgress::GoesOn)
+            return progress;
+        text = TakeText(context);
+    }
 }
 
 CXmlNode TakeTree(CXmlNode document)
@@ -566,7 +584,7 @@ CXmlNode ParseXmlText(const char* text, SXmlParseOutcome* outcome)
     if (context.end - context.text > std::numeric_limits<std::int32_t>::max())
         context.error = XmlTextTooLong;
     else
-        ParseContents(document, CXmlElement(), context);
+        ParseContents(document, CXmlElement(), TakeText(context), context);
     if (outcome != nullptr)
         *outcome = {context.error, static_cast<std::int32_t>(context.errorPlace - context.text)};
     return context.error > XmlElementNotClosed ? CXmlNode() : TakeTree(std::move(document));

@@ -16,7 +16,11 @@
 namespace Vellum::XmlScan
 {
 
-constexpr bool IsSpace(char byte) { return byte == '\t' || byte == '\n' || byte == '\r' || byte == ' '; }
+constexpr bool IsSpace(char byte)
+{
+    constexpr std::uint64_t Spaces = (1u << '\t') | (1u << '\n') | (1u << '\r') | (std::uint64_t{1} << ' ');
+    return static_cast<unsigned char>(byte) <= ' ' && (Spaces >> byte & 1) != 0;
+}
 
 // Bytes from a lead byte to the next character; 1 for every other byte.
 constexpr std::uint8_t StepOf(unsigned byte)
@@ -49,11 +53,11 @@ inline std::uint64_t LoadWord(const char* at)
 
 inline bool HasWord(const char* at, const char* end) { return HasWords && end - at >= WordSize; }
 
-// A word whose lowest bit that is set is in the first byte that is `byte`. Zero if there is none.
+// A word whose lowest high bit that is set is in the first byte that is `byte`. Other bits mean nothing.
 constexpr std::uint64_t Find(std::uint64_t word, char byte)
 {
     const std::uint64_t different = word ^ Repeat(byte);
-    return (different - Repeat(1)) & ~different & HighBits;
+    return (different - Repeat(1)) & ~different;
 }
 
 constexpr std::ptrdiff_t FirstByte(std::uint64_t found) { return std::countr_zero(found) / 8; }
@@ -65,7 +69,7 @@ const char* SkipOthers(const char* at, const char* end)
     for (; HasWord(at, end); at += WordSize)
     {
         const std::uint64_t word = LoadWord(at);
-        if (const std::uint64_t found = (Find(word, Stops) | ...) | (word & HighBits))
+        if (const std::uint64_t found = ((Find(word, Stops) | ...) | word) & HighBits)
             return at + FirstByte(found);
     }
     while (at != end && ((*at != Stops) && ...) && (static_cast<unsigned char>(*at) < 0x80))
@@ -93,17 +97,23 @@ const char* SkipCharacters(const char* at, const char* pieceEnd, const char* end
 inline const char* SkipRun(const char* at, const char* end)
 {
     const char byte = *at;
+    const std::uint64_t run = Repeat(byte);
+    while (HasWords && end - at >= 4 * WordSize &&
+           ((LoadWord(at) ^ run) | (LoadWord(at + WordSize) ^ run) | (LoadWord(at + 2 * WordSize) ^ run) | (LoadWord(at + 3 * WordSize) ^ run)) == 0)
+        at += 4 * WordSize;
     for (; HasWord(at, end); at += WordSize)
-        if (const std::uint64_t different = LoadWord(at) ^ Repeat(byte))
+        if (const std::uint64_t different = LoadWord(at) ^ run)
             return at + FirstByte(different);
     while (at != end && *at == byte)
         ++at;
     return at;
 }
 
-// White space is a line end and a run of TABs, which may be long.
+// White space is mostly a line end and a run of TABs, which may be long.
 inline const char* SkipSpace(const char* at, const char* end)
 {
+    if (*at == '\n')
+        ++at;
     while (IsSpace(*at))
         at = SkipRun(at, end);
     return at;
