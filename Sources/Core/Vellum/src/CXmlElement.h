@@ -62,8 +62,8 @@ struct SXmlMixedContent
     SXmlText* texts;
     SXmlClear* clears;
     SXmlAttribute* attributes;
-    std::uint32_t* runs;     // the order of the entries: of each run of one kind its length * 4 + EXmlEntry
-    SXmlNodeData** places;   // the children by their index; null until that is needed
+    std::uint32_t* runs;        // the order of the entries: of each run of one kind its length * 4 + EXmlEntry
+    SXmlNodeData** places;      // the children by their index; null until that is needed
     const CXmlNameIndex* names; // ... by their name
 };
 
@@ -208,7 +208,8 @@ inline std::string_view CXmlElement::GetFirstText() const noexcept
 {
     if (hasContent(EXmlContent::Text))
         return {data->text, data->count};
-    return GetTextCount() == 0 ? std::string_view("") : std::string_view(data->mixed->texts->text, data->mixed->texts->length);
+    return GetTextCount() == 0 ? std::string_view("")
+                               : std::string_view(data->mixed->texts->text, data->mixed->texts->length);
 }
 
 inline CXmlElement CXmlElement::AddChild(const SXmlName& name, bool isDeclaration, bool mayRepeat) const

@@ -57,8 +57,8 @@ public:
         return text;
     }
 
-    // A zero-terminated copy. Null if it can't be had. Of a text behind which more may be read, `readable` bytes in all,
-    // it is made eight bytes at a time: most texts are short, and their room is a multiple of that.
+    // A zero-terminated copy. Null if it can't be had. Of a text behind which more may be read, `readable` bytes in
+    // all, it is made eight bytes at a time: most texts are short, and their room is a multiple of that.
     char* CopyText(const char* text, std::size_t length, std::size_t readable) noexcept
     {
         char* const copy = static_cast<char*>(take(roundUp(length + 1)));

@@ -28,7 +28,8 @@ const CXmlNameIndex* CXmlNameIndex::Make(const SXmlChildren& children, CXmlMemor
 }
 
 CXmlNameIndex::CXmlNameIndex(const SXmlChildren& children, CXmlMemory& memory)
-    : mask(std::bit_ceil(children.count) - 1), sorted(memory.AllocateArray<SXmlNodeData*>(children.count)),
+    : mask(std::bit_ceil(children.count) - 1),
+      sorted(memory.AllocateArray<SXmlNodeData*>(children.count)),
       starts(memory.AllocateArray<std::uint32_t>(std::size_t{mask} + 3))
 {
     fillBuckets(children);
@@ -57,7 +58,8 @@ void CXmlNameIndex::fillBuckets(const SXmlChildren& children)
 
 void CXmlNameIndex::finishBucket(SXmlNodeData** begin, SXmlNodeData** end)
 {
-    const auto hasHash = [](std::uint32_t hash) { return [=](const SXmlNodeData* child) { return child->name->hash == hash; }; };
+    const auto hasHash = [](std::uint32_t hash)
+    { return [=](const SXmlNodeData* child) { return child->name->hash == hash; }; };
     if (end - begin <= MaxUnsorted)
     {
         for (SXmlNodeData** child = begin; child != end; ++child)
@@ -76,9 +78,11 @@ SXmlNodeData* CXmlNameIndex::Find(const char* name) const
     const std::uint32_t hash = HashXmlName(name);
     SXmlNodeData* const* const begin = sorted + starts[hash & mask];
     SXmlNodeData* const* const end = sorted + starts[(hash & mask) + 1];
-    const auto found = end - begin <= MaxUnsorted
-                           ? std::find_if(begin, end, [&](const SXmlNodeData* child) { return Compare(*child, hash, name) == 0; })
-                           : std::partition_point(begin, end, [&](const SXmlNodeData* child) { return Compare(*child, hash, name) < 0; });
+    const auto found =
+        end - begin <= MaxUnsorted
+            ? std::find_if(begin, end, [&](const SXmlNodeData* child) { return Compare(*child, hash, name) == 0; })
+            : std::partition_point(begin, end,
+                                   [&](const SXmlNodeData* child) { return Compare(*child, hash, name) < 0; });
     return found == end || Compare(**found, hash, name) != 0 ? nullptr : *found;
 }
 

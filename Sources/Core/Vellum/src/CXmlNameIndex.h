@@ -11,7 +11,8 @@ namespace Vellum
 //
 // Order    The children stand by the low bits of their names' hashes, in as many buckets as there are children, half as
 //          many or up to twice as many. In a bucket they keep the order of the document. One of more than MaxUnsorted
-//          is sorted by hash and name, children of one name still in that order: no choice of names makes a search slow.
+//          is sorted by hash and name, children of one name still in that order: no choice of names makes a search
+//          slow.
 // Memory   that of the tree.
 class CXmlNameIndex
 {

@@ -68,7 +68,8 @@ std::uint32_t HashXmlName(std::string_view name) noexcept
     else if (length >= 4)
         hash = Mix(hash, LoadFolded<4>(at) ^ (LoadFolded<4>(at + length - 4) << 32));
     else if (length != 0)
-        hash = Mix(hash, LoadFolded<1>(at) ^ (LoadFolded<1>(at + length / 2) << 8) ^ (LoadFolded<1>(at + length - 1) << 16));
+        hash = Mix(hash,
+                   LoadFolded<1>(at) ^ (LoadFolded<1>(at + length / 2) << 8) ^ (LoadFolded<1>(at + length - 1) << 16));
     return static_cast<std::uint32_t>(Mix(hash, 0)); // so that the low bits depend on all bytes
 }
 

@@ -10,7 +10,6 @@
 
 #include "Platform/TextCompare.h"
 
-#include "Vellum/src/CXmlGuess.h"
 #include "Vellum/src/Limits.h"
 #include "Vellum/src/XmlScan.h"
 
@@ -184,6 +183,7 @@ const char* DecodePieces(const char* at, const char* end, const char* textEnd, T
 enum class EProgress
 {
     GoesOn,
+    HasText, // ... and the text in front of its next tag has been taken
     IsClosed,
     IsOver // the whole parse
 };
@@ -342,21 +342,29 @@ EProgress ParseEndTag(CXmlElement element, SXmlParseContext& context)
     return EProgress::IsClosed;
 }
 
-// An end tag has closed a child without being the child's own: it closes this element too, and goes on upwards unless
-// it is this element's.
-EProgress TakePendingEndTag(CXmlElement element, SXmlParseContext& context)
+// Ends the innermost element. An end tag that isn't its own also closes the one around it, and so on, until it has
+// found its element.
+EProgress Close(SXmlParseContext& context)
 {
-    if (element.GetName() == nullptr)
+    for (;;)
     {
-        SetError(context, XmlStrayEndTag, context.endTag);
-        return EProgress::IsOver;
+        const bool isDeclaration = context.open.back().GetElement().IsDeclaration();
+        context.open.pop_back();
+        if (context.open.empty())
+            return EProgress::IsOver;
+        --(isDeclaration ? context.openDeclarations : context.openElements);
+        if (context.endTag == nullptr)
+            return EProgress::GoesOn;
+        const SXmlName* const name = context.open.back().GetElement().GetSharedName();
+        if (name == nullptr)
+        {
+            SetError(context, XmlStrayEndTag, context.endTag);
+            return EProgress::IsOver;
+        }
+        if (!XmlTagNamesDiffer(name, context.endTag))
+            context.endTag = nullptr;
     }
-    if (!XmlTagNamesDiffer(element.GetSharedName(), context.endTag))
-        context.endTag = nullptr;
-    return EProgress::IsClosed;
 }
-
-EProgress ParseContents(CXmlElement element, CXmlElement model, SXmlPendingText text, SXmlParseContext& context);
 
 bool IsTooDeep(std::uint32_t open, const char* name, SXmlParseContext& context)
 {
@@ -366,39 +374,8 @@ bool IsTooDeep(std::uint32_t open, const char* name, SXmlParseContext& context)
     return true;
 }
 
-// Takes the end tag of that name, if there is nothing else.
-bool TakeEndTag(const SXmlName& name, SXmlParseContext& context)
-{
-    const char* const tag = context.at;
-    if (tag[0] != '<' || tag[1] != '/' || !IsTagOf(name, 2, tag, context.end))
-        return false;
-    context.at = tag + name.length + 3;
-    return true;
-}
-
-EProgress StoreAndClose(CXmlElement element, const SXmlPendingText& text, SXmlParseContext& context)
-{
-    return StoreText(element, text, context) ? EProgress::IsClosed : EProgress::IsOver;
-}
-
-// An element whose start tag was guessed and has been read. Most of them have a text and nothing else.
-EProgress ParseGuessed(CXmlElement element, CXmlGuess& children, const SXmlName& name, SXmlParseContext& context)
-{
-    if (IsTooDeep(context.openElements, context.at - 1 - name.length, context))
-        return EProgress::IsOver;
-    ++context.openElements;
-    const auto [child, model] = children.AddChild(name, false);
-    const SXmlPendingText text = TakeText(context);
-    const EProgress progress =
-        TakeEndTag(name, context) ? StoreAndClose(child, text, context) : ParseContents(child, model, text, context);
-    if (progress == EProgress::IsOver)
-        return progress;
-    --context.openElements;
-    return context.endTag == nullptr ? EProgress::GoesOn : TakePendingEndTag(element, context);
-}
-
 // An element, or a declaration, from behind "<" or "<?".
-EProgress ParseChild(CXmlElement element, CXmlGuess& children, bool isDeclaration, SXmlParseContext& context)
+EProgress ParseStartTag(bool isDeclaration, SXmlParseContext& context)
 {
     const SXmlToken token = NextXmlToken(context);
     if (token.kind != TokenText)
@@ -409,20 +386,44 @@ EProgress ParseChild(CXmlElement element, CXmlGuess& children, bool isDeclaratio
     const SXmlName* const name = ShareName(token, context);
     if (name == nullptr)
         return EProgress::GoesOn; // as if there were no element
+    const auto [child, model] = context.open.back().AddChild(*name, isDeclaration);
+    const EProgress progress = ParseTag(child, context);
+    if (progress != EProgress::GoesOn)
+        return progress == EProgress::IsClosed ? EProgress::GoesOn : progress;
+    context.open.emplace_back(child, model);
     ++open;
-    const auto [child, model] = children.AddChild(*name, isDeclaration);
-    EProgress progress = ParseTag(child, context);
-    if (progress == EProgress::GoesOn)
-        progress = ParseContents(child, model, TakeText(context), context);
-    if (progress == EProgress::IsOver)
-        return progress;
-    --open;
-    return context.endTag == nullptr ? EProgress::GoesOn : TakePendingEndTag(element, context);
+    return progress;
+}
+
+// Takes the end tag of that name, if there is nothing else.
+bool TakeEndTag(const SXmlName* name, SXmlParseContext& context)
+{
+    const char* const tag = context.at;
+    if (name == nullptr || tag[0] != '<' || tag[1] != '/' || !IsTagOf(*name, 2, tag, context.end))
+        return false;
+    context.at = tag + name->length + 3;
+    return true;
+}
+
+// An element whose start tag was guessed. Most of them have a text and nothing else.
+EProgress ParseGuessed(const SXmlName& name, SXmlPendingText& text, SXmlParseContext& context)
+{
+    if (IsTooDeep(context.openElements, context.at + 1, context))
+        return EProgress::IsOver;
+    const auto [child, model] = context.open.back().AddChild(name, false);
+    context.at += name.length + 2;
+    text = TakeText(context);
+    if (TakeEndTag(&name, context))
+        return StoreText(child, text, context) ? EProgress::GoesOn : EProgress::IsOver;
+    context.open.emplace_back(child, model);
+    ++context.openElements;
+    return EProgress::HasText;
 }
 
 // What stands behind text, token by token.
-EProgress ParseMarkup(CXmlElement element, CXmlGuess& children, const SXmlPendingText& text, SXmlParseContext& context)
+EProgress ParseMarkup(const SXmlPendingText& text, SXmlParseContext& context)
 {
+    const CXmlElement element = context.open.back().GetElement();
     const SXmlToken token = NextXmlToken(context);
     if (token.kind == TokenEnd)
         return EndOfText(element, context);
@@ -431,32 +432,34 @@ EProgress ParseMarkup(CXmlElement element, CXmlGuess& children, const SXmlPendin
     if (!StoreText(element, text, context))
         return EProgress::IsOver;
     return token.kind == TokenEndOpen ? ParseEndTag(element, context)
-                                      : ParseChild(element, children, token.kind == TokenDeclaration, context);
+                                      : ParseStartTag(token.kind == TokenDeclaration, context);
 }
 
-// What stands behind text: most often the end tag of this element, or the start tag of a child that can be guessed.
-EProgress ParseTagBehind(CXmlElement element, CXmlGuess& children, const SXmlPendingText& text,
-                         SXmlParseContext& context)
+// What stands behind text: most often the end tag of the innermost element, or the start tag of a child that can be
+// guessed.
+EProgress ParseBehindText(SXmlPendingText& text, SXmlParseContext& context)
 {
-    if (element.GetSharedName() != nullptr && TakeEndTag(*element.GetSharedName(), context))
-        return StoreAndClose(element, text, context);
-    const SXmlName* const name = children.FindStartTag(context.at, context.end);
+    const CXmlOpenElement& innermost = context.open.back();
+    const CXmlElement element = innermost.GetElement();
+    if (TakeEndTag(element.GetSharedName(), context))
+        return StoreText(element, text, context) ? EProgress::IsClosed : EProgress::IsOver;
+    const SXmlName* const name = innermost.GuessStartTag(context.at, context.end);
     if (name == nullptr)
-        return ParseMarkup(element, children, text, context);
-    context.at += name->length + 2;
-    return StoreText(element, text, context) ? ParseGuessed(element, children, *name, context) : EProgress::IsOver;
+        return ParseMarkup(text, context);
+    return StoreText(element, text, context) ? ParseGuessed(*name, text, context) : EProgress::IsOver;
 }
 
-// From behind the first text to the end of the element.
-EProgress ParseContents(CXmlElement element, CXmlElement model, SXmlPendingText text, SXmlParseContext& context)
+void ParseDocument(CXmlElement document, SXmlParseContext& context)
 {
-    CXmlGuess children(element, model);
-    for (;;)
+    context.open.emplace_back(document, CXmlElement());
+    SXmlPendingText text{};
+    for (EProgress progress = EProgress::GoesOn; progress != EProgress::IsOver;)
     {
-        const EProgress progress = ParseTagBehind(element, children, text, context);
-        if (progress != EProgress::GoesOn)
-            return progress;
-        text = TakeText(context);
+        if (progress != EProgress::HasText)
+            text = TakeText(context);
+        progress = ParseBehindText(text, context);
+        if (progress == EProgress::IsClosed)
+            progress = Close(context);
     }
 }
 
@@ -584,7 +587,7 @@ CXmlNode ParseXmlText(const char* text, SXmlParseOutcome* outcome)
     if (context.end - context.text > std::numeric_limits<std::int32_t>::max())
         context.error = XmlTextTooLong;
     else
-        ParseContents(document, CXmlElement(), TakeText(context), context);
+        ParseDocument(document, context);
     if (outcome != nullptr)
         *outcome = {context.error, static_cast<std::int32_t>(context.errorPlace - context.text)};
     return context.error > XmlElementNotClosed ? CXmlNode() : TakeTree(std::move(document));

@@ -2,8 +2,10 @@
 
 #include <array>
 #include <cstdint>
+#include <vector>
 
 #include "Vellum/src/CXmlNode.h"
+#include "Vellum/src/CXmlOpenElement.h"
 
 // A small, forgiving parser that turns a text into a tree of CXmlNode. It doesn't validate: there are no document
 // types, no namespaces and no check of names, and nothing is ever fetched or expanded but the five entities.
@@ -19,8 +21,8 @@
 // of TAB, LF, CR and blanks at both ends, then its references are decoded; a text that a clear section ends stays raw.
 //
 // Errors   Numbers, no exceptions but std::bad_alloc. All but XmlElementNotClosed drop the tree.
-// Limits   MaxDepth open elements, and as many open declarations, which keeps the stack small; 2 GiB of text.
-// Threads  No state but the context and the tree.
+// Limits   MaxDepth open elements, and as many open declarations; 2 GiB of text. What is open is a list, and needs no
+// stack. Threads  No state but the context and the tree.
 namespace Vellum
 {
 
@@ -91,14 +93,15 @@ struct SXmlParseContext
     SXmlParseContext(const char* text, CXmlMemory& memory);
 
     const char* text;
-    const char* end;                     // the terminator
-    const char* at;                      // the next unread byte
-    std::int32_t error = XmlOk;          // last error set
-    const char* errorPlace;              // where it was found; the start of the text without one
-    const char* endTag = nullptr;        // name of an end tag that still looks for its element
-    std::uint32_t openElements = 0;
-    std::uint32_t openDeclarations = 0;
-    CXmlMemory& memory;                              // of the tree
+    const char* end;                                  // the terminator
+    const char* at;                                   // the next unread byte
+    std::int32_t error = XmlOk;                       // last error set
+    const char* errorPlace;                           // where it was found; the start of the text without one
+    const char* endTag = nullptr;                     // name of an end tag that still looks for its element
+    std::vector<CXmlOpenElement> open;                // from the document to the innermost element
+    std::uint32_t openElements = 0;                   // how many of them are elements
+    std::uint32_t openDeclarations = 0;               // ... or declarations
+    CXmlMemory& memory;                               // of the tree
     std::array<const SXmlName*, 64> recentNames = {}; // see ShareName
 };
 

@@ -99,7 +99,8 @@ inline const char* SkipRun(const char* at, const char* end)
     const char byte = *at;
     const std::uint64_t run = Repeat(byte);
     while (HasWords && end - at >= 4 * WordSize &&
-           ((LoadWord(at) ^ run) | (LoadWord(at + WordSize) ^ run) | (LoadWord(at + 2 * WordSize) ^ run) | (LoadWord(at + 3 * WordSize) ^ run)) == 0)
+           ((LoadWord(at) ^ run) | (LoadWord(at + WordSize) ^ run) | (LoadWord(at + 2 * WordSize) ^ run) |
+            (LoadWord(at + 3 * WordSize) ^ run)) == 0)
         at += 4 * WordSize;
     for (; HasWord(at, end); at += WordSize)
         if (const std::uint64_t different = LoadWord(at) ^ run)
