@@ -88,6 +88,31 @@ TEST(CReaderXml, WhatIsNotThereOrRejectedIsReadAsEmpty)
     EXPECT_EQ(Found("<?xml?><Fields><a>1</a><b><x><y>2</b><c>3</c></Fields>"), "133");
 }
 
+TEST(CReaderXml, ElementsAndFieldsAreReadInAnyOrder)
+{
+    std::string text = "<?xml?><Elements>";
+    for (int i = 0; i < 100; ++i)
+        text += "<elt>" + std::to_string(i) + "</elt>";
+    CElements elements = ReadElements(
+        [](IContainerReader& r)
+        {
+            for (const unsigned step : {1u, 7u, 99u})
+                for (unsigned i = 0, index = 0; i < 200; ++i, index = (index + step) % 101)
+                    EXPECT_EQ(Get<unsigned>(r, index), index < 100 ? std::optional(index) : std::nullopt);
+        });
+    CReaderXml(text).Read(elements);
+
+    std::string found;
+    const auto readInTurn = [&](IDataReader& r)
+    {
+        for (const char* key : {"a", "b", "a", "b", "c", "B", "x", "a"})
+            found += Get<std::string>(r, key).value_or("-");
+    };
+    CFields fields = ReadFields(readInTurn);
+    CReaderXml("<?xml?><Fields><a>1</a><b>2</b><a>3</a><B>4</B><c>5</c></Fields>").Read(fields);
+    EXPECT_EQ(found, "121252-1");
+}
+
 TEST(CReaderXml, CheckTellsWhatIsWrongAndWhere)
 {
     const std::pair<const char*, Vellum::SXmlOutcome> table[] = {

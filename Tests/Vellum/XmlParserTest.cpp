@@ -80,6 +80,14 @@ const STree Trees[] = {
     {"<a><?pi b?>x</a>", "a(?pi(@b 'x'))", Vellum::XmlElementNotClosed},
     {"<a><?pi", "a(?pi())"}, // no element notices the end
 
+    // Tags that look like one in front of them.
+    {"<a>1</a><ab>2</ab><A>3</a><a>4</a>", "*(a('1') ab('2') A('3') a('4'))"},
+    {"<r><a>1</a><b/><c>2</c></r><r><c>3</c><a>4</r>", "*(r(a('1') b() c('2')) r(c('3') a('4')))",
+     Vellum::XmlElementNotClosed},
+    {"<a//><a/><a//>", "*(a/() a() a/())"},
+    {"<r><pre a></pre><PRE></PRE></r>", "r(pre(@a) <PRE>{})"},
+    {"< !--></!--><!-->-->", "*(!--() <!--{>})"},
+
     // Attributes.
     {"<a b>", "a(@b)", Vellum::XmlElementNotClosed},
     {"<a b c=1 d='2' e=\"3\"/>", "a(@b @c=1 @d=2 @e=3)"},
