@@ -199,7 +199,8 @@ private:
 
     static std::string_view readValue(CXmlElement child)
     {
-        if (child.GetName() != SequenceElementName)
+        const SXmlName& name = *child.GetSharedName();
+        if (std::string_view(name.text, name.length) != SequenceElementName)
             throw CException(__FILE__, __LINE__, "Vellum::CContainerReaderXml::readValue");
         return GetValueText(child);
     }

@@ -5,8 +5,6 @@
 #include <new>
 #include <type_traits>
 
-#include "Platform/TextCompare.h"
-
 #include "Vellum/src/CXmlNameIndex.h"
 
 namespace Vellum
@@ -45,14 +43,23 @@ void AddToOrder(CXmlMemory& memory, SXmlMixedContent& content, EXmlEntry kind, s
     content.runs[content.runCount - 1] += count * 4;
 }
 
-SXmlNodeData* FindOneByOne(const SXmlChildren& children, const char* name)
+// Names are short, and mostly equal where they are compared.
+bool IsEqual(const char* left, const char* right)
+{
+    for (; *left == *right; ++left, ++right)
+        if (*left == 0)
+            return true;
+    return false;
+}
+
+SXmlNodeData* FindOneByOne(const SXmlChildren& children, std::string_view name)
 {
     const std::uint32_t hash = HashXmlName(name);
     SXmlNodeData* child = children.last;
     for (std::uint32_t i = 0; i < children.count; ++i)
     {
         child = child->next;
-        if (child->name->hash == hash && Platform::CompareWithoutCase(child->name->text, name) == 0)
+        if (child->name->hash == hash && HasName(*child->name, name))
             return child;
     }
     return nullptr;
@@ -145,7 +152,7 @@ CXmlElement CXmlElement::GetChild(const char* name) const
 CXmlElement CXmlElement::GetChild(const char* name, CXmlElement& last) const
 {
     const CXmlElement next = last.IsEmpty() ? GetFirstChild() : last.GetNext();
-    if (!next.IsEmpty() && !next.data->mayRepeat && std::strcmp(next.data->name->text, name) == 0)
+    if (!next.IsEmpty() && !next.data->mayRepeat && IsEqual(next.data->name->text, name))
         return last = next;
     const CXmlElement found = GetChild(name);
     if (!found.IsEmpty())

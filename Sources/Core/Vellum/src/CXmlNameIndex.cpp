@@ -9,15 +9,15 @@
 
 namespace Vellum
 {
+
 namespace
 {
 
-// Below, above or equal to 0, by hash and by name.
-int Compare(const SXmlNodeData& child, std::uint32_t hash, const char* name)
+bool IsBefore(const SXmlNodeData* child, std::uint32_t childHash, std::uint32_t hash, const char* name)
 {
-    if (child.name->hash != hash)
-        return child.name->hash < hash ? -1 : 1;
-    return child.name->text == name ? 0 : Platform::CompareWithoutCase(child.name->text, name);
+    if (childHash != hash)
+        return childHash < hash;
+    return child->name->text != name && Platform::CompareWithoutCase(child->name->text, name) < 0;
 }
 
 } // namespace
@@ -29,7 +29,7 @@ const CXmlNameIndex* CXmlNameIndex::Make(const SXmlChildren& children, CXmlMemor
 
 CXmlNameIndex::CXmlNameIndex(const SXmlChildren& children, CXmlMemory& memory)
     : mask(std::bit_ceil(children.count) - 1),
-      sorted(memory.AllocateArray<SXmlNodeData*>(children.count)),
+      sorted(memory.AllocateArray<SEntry>(children.count)),
       starts(memory.AllocateArray<std::uint32_t>(std::size_t{mask} + 3))
 {
     fillBuckets(children);
@@ -46,44 +46,48 @@ void CXmlNameIndex::fillBuckets(const SXmlChildren& children)
     for (std::uint32_t i = 0; i < children.count; ++i)
     {
         child = child->next;
-        ++starts[getBucket(*child) + 2];
+        ++starts[(child->name->hash & mask) + 2];
     }
     std::partial_sum(starts, starts + std::size_t{mask} + 3, starts);
     for (std::uint32_t i = 0; i < children.count; ++i)
     {
         child = child->next;
-        sorted[starts[getBucket(*child) + 1]++] = child;
+        const std::uint32_t hash = child->name->hash;
+        sorted[starts[(hash & mask) + 1]++] = {child, hash};
     }
 }
 
-void CXmlNameIndex::finishBucket(SXmlNodeData** begin, SXmlNodeData** end)
+// Names of one hash stand in the order of CompareWithoutCase.
+void CXmlNameIndex::finishBucket(SEntry* begin, SEntry* end)
 {
-    const auto hasHash = [](std::uint32_t hash)
-    { return [=](const SXmlNodeData* child) { return child->name->hash == hash; }; };
     if (end - begin <= MaxUnsorted)
     {
-        for (SXmlNodeData** child = begin; child != end; ++child)
-            (*child)->mayRepeat = std::any_of(begin, child, hasHash((*child)->name->hash));
+        for (SEntry* entry = begin; entry != end; ++entry)
+            entry->child->mayRepeat =
+                std::any_of(begin, entry, [&](const SEntry& front) { return front.hash == entry->hash; });
         return;
     }
-    const auto isBefore = [](const SXmlNodeData* left, const SXmlNodeData* right)
-    { return Compare(*left, right->name->hash, right->name->text) < 0; };
+    const auto isBefore = [](const SEntry& left, const SEntry& right)
+    { return IsBefore(left.child, left.hash, right.hash, right.child->name->text); };
     std::stable_sort(begin, end, isBefore);
-    for (SXmlNodeData** child = begin; child != end; ++child)
-        (*child)->mayRepeat = child != begin && !isBefore(child[-1], *child);
+    for (SEntry* entry = begin; entry != end; ++entry)
+        entry->child->mayRepeat = entry != begin && !isBefore(entry[-1], *entry);
 }
 
-SXmlNodeData* CXmlNameIndex::Find(const char* name) const
+SXmlNodeData* CXmlNameIndex::Find(std::string_view name) const
 {
     const std::uint32_t hash = HashXmlName(name);
-    SXmlNodeData* const* const begin = sorted + starts[hash & mask];
-    SXmlNodeData* const* const end = sorted + starts[(hash & mask) + 1];
-    const auto found =
-        end - begin <= MaxUnsorted
-            ? std::find_if(begin, end, [&](const SXmlNodeData* child) { return Compare(*child, hash, name) == 0; })
-            : std::partition_point(begin, end,
-                                   [&](const SXmlNodeData* child) { return Compare(*child, hash, name) < 0; });
-    return found == end || Compare(**found, hash, name) != 0 ? nullptr : *found;
+    const SEntry* const begin = sorted + starts[hash & mask];
+    const SEntry* const end = sorted + starts[(hash & mask) + 1];
+    const auto hasName = [&](const SEntry& entry) { return entry.hash == hash && HasName(*entry.child->name, name); };
+    const auto isBefore = [&](const SEntry& entry) { return IsBefore(entry.child, entry.hash, hash, name.data()); };
+    if (end - begin <= MaxUnsorted)
+    {
+        const SEntry* const found = std::find_if(begin, end, hasName);
+        return found == end ? nullptr : found->child;
+    }
+    const SEntry* const found = std::partition_point(begin, end, isBefore);
+    return found == end || !hasName(*found) ? nullptr : found->child;
 }
 
 } // namespace Vellum

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "Vellum/src/CXmlElement.h"
 
@@ -21,19 +22,25 @@ public:
     // std::bad_alloc.
     static const CXmlNameIndex* Make(const SXmlChildren& children, CXmlMemory& memory);
 
-    // Null if there is none.
-    SXmlNodeData* Find(const char* name) const;
+    // The name is zero-terminated. Null if there is none.
+    SXmlNodeData* Find(std::string_view name) const;
 
 private:
     static constexpr std::uint32_t MaxUnsorted = 8;
 
     CXmlNameIndex(const SXmlChildren& children, CXmlMemory& memory);
-    std::uint32_t getBucket(const SXmlNodeData& child) const { return child.name->hash & mask; }
+
+    struct SEntry
+    {
+        SXmlNodeData* child;
+        std::uint32_t hash; // of its name
+    };
+
     void fillBuckets(const SXmlChildren& children);
-    static void finishBucket(SXmlNodeData** begin, SXmlNodeData** end);
+    static void finishBucket(SEntry* begin, SEntry* end);
 
     std::uint32_t mask;
-    SXmlNodeData** sorted; // all children
+    SEntry* sorted;        // all children
     std::uint32_t* starts; // of each bucket, and behind the last one
 };
 

@@ -12,18 +12,20 @@ namespace Vellum
 namespace
 {
 
-bool IsSameWithoutCase(std::string_view name, std::string_view other)
+bool IsSame(std::string_view name, std::string_view other)
 {
-    return name.size() == other.size() && Platform::CompareWithoutCase(name.data(), other.data(), name.size()) == 0;
+    return name.size() == other.size() && (std::memcmp(name.data(), other.data(), name.size()) == 0 ||
+                                           Platform::CompareWithoutCase(name.data(), other.data(), name.size()) == 0);
 }
 
-// The first byte may not make another token of the tag. The last one may not be "/", which would close the element
-// together with the ">", and the tags <PRE> and <Script> open clear sections. All else ends a name wherever it stands,
-// or never.
+// "/", "?", "!" and quotes can make something else of the tag.
+bool BeginsPlain(char byte) { return byte != '/' && byte != '?' && byte != '!' && byte != '"' && byte != '\''; }
+
+// A "/" at the end would close the element together with the ">", and the tags <PRE> and <Script> open clear sections.
+// All else ends a name wherever it stands, or never.
 bool IsPlain(std::string_view name)
 {
-    return std::string_view("/?!\"'").find(name.front()) == std::string_view::npos && name.back() != '/' &&
-           !IsSameWithoutCase(name, "pre") && !IsSameWithoutCase(name, "script");
+    return BeginsPlain(name.front()) && name.back() != '/' && !IsSame(name, "pre") && !IsSame(name, "script");
 }
 
 // Up to eight bytes of a name, with upper case made lower and some other bytes made one another.
@@ -51,6 +53,8 @@ const SXmlName* MakeXmlName(std::string_view name, std::size_t readable, CXmlMem
     return new (memory.Allocate<SXmlName>())
         SXmlName{text, static_cast<std::uint32_t>(name.size()), HashXmlName(name), !name.empty() && IsPlain(name)};
 }
+
+bool HasName(const SXmlName& name, std::string_view other) noexcept { return IsSame({name.text, name.length}, other); }
 
 // Pieces of eight bytes, the last of which may overlap the one in front of it. What is shorter than that is taken from
 // both its ends.

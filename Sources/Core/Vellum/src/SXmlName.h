@@ -24,6 +24,9 @@ struct SXmlName
 // there is none for the rest.
 const SXmlName* MakeXmlName(std::string_view name, std::size_t readable, CXmlMemory& memory);
 
+// Whether it is this name without regard to case.
+bool HasName(const SXmlName& name, std::string_view other) noexcept;
+
 // The same for names that differ in case alone, and for few others unless they were chosen for it.
 std::uint32_t HashXmlName(std::string_view name) noexcept;
 

@@ -286,15 +286,14 @@ struct SXmlPendingText
 SXmlPendingText TakeText(SXmlParseContext& context)
 {
     const char* const start = SkipSpace(context.at, context.end);
-    if (*start == '<')
+    const char* stop = *start == '<' ? start : SkipOthers<'<', '&'>(start, context.end);
+    bool hasReferences = false;
+    if (*stop != '<')
     {
-        context.at = start;
-        return {};
-    }
-    const char* stop = SkipCharacters<'<', '&'>(start, context.end, context.end);
-    const bool hasReferences = *stop == '&';
-    if (hasReferences)
+        stop = SkipCharacters<'<', '&'>(stop, context.end, context.end);
+        hasReferences = *stop == '&';
         stop = SkipCharacters<'<'>(stop, context.end, context.end);
+    }
     context.at = stop;
     while (stop != start && IsSpace(stop[-1]))
         --stop;
@@ -374,27 +373,6 @@ bool IsTooDeep(std::uint32_t open, const char* name, SXmlParseContext& context)
     return true;
 }
 
-// An element, or a declaration, from behind "<" or "<?".
-EProgress ParseStartTag(bool isDeclaration, SXmlParseContext& context)
-{
-    const SXmlToken token = NextXmlToken(context);
-    if (token.kind != TokenText)
-        return Fail(context, XmlNoElementName, token);
-    std::uint32_t& open = isDeclaration ? context.openDeclarations : context.openElements;
-    if (IsTooDeep(open, token.start, context))
-        return EProgress::IsOver;
-    const SXmlName* const name = ShareName(token, context);
-    if (name == nullptr)
-        return EProgress::GoesOn; // as if there were no element
-    const auto [child, model] = context.open.back().AddChild(*name, isDeclaration);
-    const EProgress progress = ParseTag(child, context);
-    if (progress != EProgress::GoesOn)
-        return progress == EProgress::IsClosed ? EProgress::GoesOn : progress;
-    context.open.emplace_back(child, model);
-    ++open;
-    return progress;
-}
-
 // Takes the end tag of that name, if there is nothing else.
 bool TakeEndTag(const SXmlName* name, SXmlParseContext& context)
 {
@@ -405,23 +383,47 @@ bool TakeEndTag(const SXmlName* name, SXmlParseContext& context)
     return true;
 }
 
-// An element whose start tag was guessed. Most of them have a text and nothing else.
+// An element from behind its start tag. Most of them have a text and nothing else, and are never open.
+EProgress Open(const CXmlOpenElement::SChild& added, SXmlPendingText& text, SXmlParseContext& context)
+{
+    const auto& [child, model] = added;
+    text = TakeText(context);
+    if (TakeEndTag(child.GetSharedName(), context))
+        return StoreText(child, text, context) ? EProgress::GoesOn : EProgress::IsOver;
+    context.open.emplace_back(child, model);
+    ++(child.IsDeclaration() ? context.openDeclarations : context.openElements);
+    return EProgress::HasText;
+}
+
+// An element, or a declaration, from behind "<" or "<?".
+EProgress ParseStartTag(bool isDeclaration, SXmlPendingText& text, SXmlParseContext& context)
+{
+    const SXmlToken token = NextXmlToken(context);
+    if (token.kind != TokenText)
+        return Fail(context, XmlNoElementName, token);
+    if (IsTooDeep(isDeclaration ? context.openDeclarations : context.openElements, token.start, context))
+        return EProgress::IsOver;
+    const SXmlName* const name = ShareName(token, context);
+    if (name == nullptr)
+        return EProgress::GoesOn; // as if there were no element
+    const CXmlOpenElement::SChild added = context.open.back().AddChild(*name, isDeclaration);
+    const EProgress progress = ParseTag(added.child, context);
+    if (progress == EProgress::GoesOn)
+        return Open(added, text, context);
+    return progress == EProgress::IsClosed ? EProgress::GoesOn : progress;
+}
+
+// An element whose start tag was guessed.
 EProgress ParseGuessed(const SXmlName& name, SXmlPendingText& text, SXmlParseContext& context)
 {
     if (IsTooDeep(context.openElements, context.at + 1, context))
         return EProgress::IsOver;
-    const auto [child, model] = context.open.back().AddChild(name, false);
     context.at += name.length + 2;
-    text = TakeText(context);
-    if (TakeEndTag(&name, context))
-        return StoreText(child, text, context) ? EProgress::GoesOn : EProgress::IsOver;
-    context.open.emplace_back(child, model);
-    ++context.openElements;
-    return EProgress::HasText;
+    return Open(context.open.back().AddChild(name, false), text, context);
 }
 
 // What stands behind text, token by token.
-EProgress ParseMarkup(const SXmlPendingText& text, SXmlParseContext& context)
+EProgress ParseMarkup(SXmlPendingText& text, SXmlParseContext& context)
 {
     const CXmlElement element = context.open.back().GetElement();
     const SXmlToken token = NextXmlToken(context);
@@ -432,7 +434,7 @@ EProgress ParseMarkup(const SXmlPendingText& text, SXmlParseContext& context)
     if (!StoreText(element, text, context))
         return EProgress::IsOver;
     return token.kind == TokenEndOpen ? ParseEndTag(element, context)
-                                      : ParseStartTag(token.kind == TokenDeclaration, context);
+                                      : ParseStartTag(token.kind == TokenDeclaration, text, context);
 }
 
 // What stands behind text: most often the end tag of the innermost element, or the start tag of a child that can be
@@ -516,7 +518,8 @@ const SXmlName* ShareName(const SXmlToken& name, SXmlParseContext& context)
     const auto last = static_cast<unsigned char>(text.back());
     const auto middle = static_cast<unsigned char>(text[text.size() / 2]);
     const SXmlName*& recent = context.recentNames[(text.size() * 5 + last * 3u + middle) % context.recentNames.size()];
-    if (recent == nullptr || std::string_view(recent->text, recent->length) != text)
+    if (recent == nullptr || recent->length != text.size() ||
+        !StartsWith(name.start, context.end, recent->text, text.size()))
         recent = MakeXmlName(text, static_cast<std::size_t>(context.end - name.start), context.memory);
     return recent;
 }
