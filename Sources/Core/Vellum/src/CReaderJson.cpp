@@ -346,11 +346,11 @@ bool ReadElement(const SJsonElement* element, ISerializable& value, SJsonDocumen
 bool ReadElement(const SJsonElement* element, ISerializableContainer& value, SJsonDocument& document);
 
 // The decoded bytes of a text.
-BlobRange ReadBlob(const SJsonElement* element, std::uint32_t place, CDecodedBlobs& blobs)
+BlobRange ReadBlob(const SJsonElement* element, CDecodedBlobs& blobs)
 {
     if (element == nullptr || element->GetKind() != SJsonElement::Text)
         return {};
-    return blobs.Decode(place, element->GetText());
+    return blobs.Decode(element->GetText());
 }
 
 class CDataReaderJson final : public CReadOperations<CDataReaderJson, IDataReader, const char*>
@@ -363,11 +363,7 @@ public:
 
     std::uint32_t GetKeyCount() const override { return keys.GetCount(); }
     const char* GetKey(std::uint32_t index) const override { return keys.GetName(index); }
-    BlobRange GetBlob(const char* key) override
-    {
-        const std::uint32_t place = keys.Find(key, expected);
-        return ReadBlob(at(place), place, blobs);
-    }
+    BlobRange GetBlob(const char* key) override { return ReadBlob(at(keys.Find(key, expected)), blobs); }
 
     template <class T>
     bool readValue(const char* key, T& value) const
@@ -390,7 +386,7 @@ class CContainerReaderJson final : public CReadOperations<CContainerReaderJson, 
 public:
     CContainerReaderJson(JsonElements elements, SJsonDocument& document) : document(document), elements(elements) {}
 
-    BlobRange GetBlob(std::uint32_t index) override { return ReadBlob(at(index), index, blobs); }
+    BlobRange GetBlob(std::uint32_t index) override { return ReadBlob(at(index), blobs); }
 
     template <class T>
     bool readValue(std::uint32_t index, T& value) const

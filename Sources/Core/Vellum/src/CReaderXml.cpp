@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <concepts>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -20,7 +19,7 @@
 #include "Vellum/ISerializable.h"
 #include "Vellum/ISerializableContainer.h"
 
-#include "Vellum/src/Base64Text.h"
+#include "Vellum/src/CDecodedBlobs.h"
 #include "Vellum/src/CLocaleScope.h"
 #include "Vellum/src/CXmlNode.h"
 #include "Vellum/src/KindOperations.h"
@@ -100,28 +99,11 @@ bool ConvertText(std::string_view text, IDateTime& value)
     return true;
 }
 
-// The blobs that one reader has decoded. They live as long as it.
-class CDecodedBlobs
+// Nothing for the empty text.
+BlobRange DecodeBlob(std::string_view text, CDecodedBlobs& blobs)
 {
-public:
-    // What a text of the tree decodes to, the same bytes each time.
-    BlobRange Decode(std::string_view text)
-    {
-        if (text.empty())
-            return {};
-        auto found = blobs.find(text.data());
-        if (found == blobs.end())
-        {
-            CbArray<unsigned char> bytes(Base64::GetDecodedSizeOf(text));
-            Base64::DecodeText(text, bytes.GetData(), bytes.GetSize());
-            found = blobs.emplace(text.data(), std::move(bytes)).first;
-        }
-        return {found->second.GetData(), found->second.GetEnd()};
-    }
-
-private:
-    std::map<const char*, CbArray<unsigned char>> blobs; // by the place of the text
-};
+    return text.empty() ? BlobRange() : blobs.Decode(text);
+}
 
 // The fields of one element, which may be the empty one.
 class CDataReaderXml final : public CReadOperations<CDataReaderXml, IDataReader, const char*>
@@ -131,7 +113,7 @@ public:
 
     std::uint32_t GetKeyCount() const override { return element.GetChildCount(); }
     const char* GetKey(std::uint32_t index) const override { return element.GetChild(index).GetName(); }
-    BlobRange GetBlob(const char* key) override { return blobs.Decode(readFieldText(find(key))); }
+    BlobRange GetBlob(const char* key) override { return DecodeBlob(readFieldText(find(key)), blobs); }
 
     template <class T>
     bool readValue(const char* key, T& value) const
@@ -172,7 +154,7 @@ public:
     BlobRange GetBlob(std::uint32_t index) override
     {
         const CXmlElement child = find(index);
-        return child.IsEmpty() ? BlobRange() : blobs.Decode(TrimSpace(readValue(child)));
+        return child.IsEmpty() ? BlobRange() : DecodeBlob(TrimSpace(readValue(child)), blobs);
     }
 
     template <class T>

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+
+#include "Vellum/src/EightBytes.h"
 
 // The steps in which the XML parser goes over a text, eight bytes at a time where nothing stands in the way.
 //
@@ -37,42 +38,19 @@ inline const char* StepOver(const char* at, const char* end)
     return at + (step <= end - at ? step : 1);
 }
 
-// Words of eight bytes. Where the first byte in memory isn't the lowest of a word, none are used.
-constexpr bool HasWords = std::endian::native == std::endian::little;
-constexpr std::ptrdiff_t WordSize = 8;
-constexpr std::uint64_t HighBits = 0x8080808080808080u;
-
-constexpr std::uint64_t Repeat(char byte) { return 0x0101010101010101u * static_cast<unsigned char>(byte); }
-
-inline std::uint64_t LoadWord(const char* at)
-{
-    std::uint64_t word = 0;
-    std::memcpy(&word, at, sizeof word);
-    return word;
-}
-
-inline bool HasWord(const char* at, const char* end) { return HasWords && end - at >= WordSize; }
-
-// A word whose lowest high bit that is set is in the first byte that is `byte`. Other bits mean nothing.
-constexpr std::uint64_t Find(std::uint64_t word, char byte)
-{
-    const std::uint64_t different = word ^ Repeat(byte);
-    return (different - Repeat(1)) & ~different;
-}
-
-constexpr std::ptrdiff_t FirstByte(std::uint64_t found) { return std::countr_zero(found) / 8; }
+inline bool HasEight(const char* at, const char* end) { return end - at >= 8; }
 
 // The first place that has one of these bytes, or a byte from 0x80 up, or is the end.
 template <char... Stops>
 const char* SkipOthers(const char* at, const char* end)
 {
-    for (; HasWord(at, end); at += WordSize)
+    for (; HasEight(at, end); at += 8)
     {
-        const std::uint64_t word = LoadWord(at);
-        if (const std::uint64_t found = ((Find(word, Stops) | ...) | word) & HighBits)
-            return at + FirstByte(found);
+        const std::uint64_t bytes = LoadEight(at);
+        if (const std::uint64_t marks = (MarkBytes(bytes, Stops) | ...) | (bytes & ByteMarks))
+            return at + FirstMarked(marks);
     }
-    while (at != end && ((*at != Stops) && ...) && (static_cast<unsigned char>(*at) < 0x80))
+    while (at != end && ((*at != Stops) && ...) && static_cast<unsigned char>(*at) < 0x80)
         ++at;
     return at;
 }
@@ -97,14 +75,13 @@ const char* SkipCharacters(const char* at, const char* pieceEnd, const char* end
 inline const char* SkipRun(const char* at, const char* end)
 {
     const char byte = *at;
-    const std::uint64_t run = Repeat(byte);
-    while (HasWords && end - at >= 4 * WordSize &&
-           ((LoadWord(at) ^ run) | (LoadWord(at + WordSize) ^ run) | (LoadWord(at + 2 * WordSize) ^ run) |
-            (LoadWord(at + 3 * WordSize) ^ run)) == 0)
-        at += 4 * WordSize;
-    for (; HasWord(at, end); at += WordSize)
-        if (const std::uint64_t different = LoadWord(at) ^ run)
-            return at + FirstByte(different);
+    const std::uint64_t run = RepeatByte(static_cast<unsigned char>(byte));
+    const auto difference = [&](std::ptrdiff_t offset) { return LoadEight(at + offset) ^ run; };
+    while (end - at >= 32 && (difference(0) | difference(8) | difference(16) | difference(24)) == 0)
+        at += 32;
+    for (; HasEight(at, end); at += 8)
+        if (difference(0) != 0)
+            return at + FirstMarked(difference(0)); // the lowest byte that has a bit
     while (at != end && *at == byte)
         ++at;
     return at;
@@ -120,15 +97,11 @@ inline const char* SkipSpace(const char* at, const char* end)
     return at;
 }
 
-// Whether the text goes on with a name, which may be read to the next multiple of eight bytes.
+// Whether the text goes on with a name, from which seven bytes more may be read.
 inline bool StartsWith(const char* at, const char* end, const char* name, std::size_t length)
 {
-    if (!HasWords || end - at < static_cast<std::ptrdiff_t>(length + WordSize))
-        return end - at >= static_cast<std::ptrdiff_t>(length) && std::memcmp(at, name, length) == 0;
-    for (; length > WordSize; length -= WordSize, at += WordSize, name += WordSize)
-        if (LoadWord(at) != LoadWord(name))
-            return false;
-    return length == 0 || (LoadWord(at) ^ LoadWord(name)) << (64 - 8 * length) == 0;
+    const auto left = static_cast<std::size_t>(end - at);
+    return left < length + 7 ? left >= length && std::memcmp(at, name, length) == 0 : BeginAlike(at, name, length);
 }
 
 } // namespace Vellum::XmlScan
