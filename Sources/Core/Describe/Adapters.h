@@ -2,12 +2,13 @@
 
 #include "Describe/Storage.h"
 
-// What makes an object or a sequence of the contract from a value of the client's. They lie on the stack for the time
-// of one call. `Shape` knows what is inside:
-//
-//   static const char* GetTypeName()
-//   static void WriteInside(const T& value, IDataWriter& writer, const SPlace& place)          or IContainerWriter
-//   static void ReadInside<IsStrict>(T& value, IDataReader& reader, const SPlace& place)       or IContainerReader
+/// @file
+/// What makes an object or a sequence of the contract from a value of the client's. They lie on the stack for the time
+/// of one call. `Shape` knows what is inside:
+///
+///     static const char* GetTypeName()
+///     static void WriteInside(const T& value, IDataWriter& writer, const SPlace& place)          or IContainerWriter
+///     static void ReadInside<IsStrict>(T& value, IDataReader& reader, const SPlace& place)       or IContainerReader
 namespace Vellum::Describing
 {
 
@@ -18,7 +19,7 @@ public:
     COut(const T& source, const SPlace& at) : value(source), place(at) {}
     const char* GetTypeName() const override { return Shape::GetTypeName(); }
     void Write(Writer& writer) const override { Shape::WriteInside(value, writer, place); }
-    void Read(Reader&) override {} // nobody calls it
+    void Read(Reader&) override {} ///< Nobody calls it
 
 private:
     const T& value;
@@ -31,7 +32,7 @@ class CIn final : public Interface
 public:
     CIn(T& target, const SPlace& at) : value(target), place(at) {}
     const char* GetTypeName() const override { return Shape::GetTypeName(); }
-    void Write(Writer&) const override {} // nobody calls it
+    void Write(Writer&) const override {} ///< Nobody calls it
     void Read(Reader& reader) override { Shape::template ReadInside<IsStrict>(value, reader, place); }
 
 private:
@@ -39,7 +40,7 @@ private:
     SPlace place;
 };
 
-// What is stored as an object or as a sequence, by the interface that it takes of the contract.
+/// What is stored as an object or as a sequence, by the interface that it takes of the contract.
 template <class Shape, class T, class ForInterface, class Writer, class Reader, EElement ForElement>
 struct SStoredInside
 {

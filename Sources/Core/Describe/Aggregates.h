@@ -10,15 +10,16 @@
 #include "Describe/Fields.h"
 #include "Describe/Members.h"
 
-// Number and names of the fields of an aggregate, and the names of types, as the compiler knows them.
+/// @file
+/// Number and names of the fields of an aggregate, and the names of types, as the compiler knows them.
 namespace Vellum::Describing
 {
 
 inline constexpr std::size_t MostMembers = 64;
-inline constexpr std::size_t MostInitialisers = 256; // each element of an array is one
+inline constexpr std::size_t MostInitialisers = 256; ///< Each element of an array is one
 
-// Becomes whatever a member is initialised with, as far as the compiler is asked. Never called: it has a body for
-// clang++, which complains of one without for types in an unnamed namespace.
+/// Becomes whatever a member is initialised with, as far as the compiler is asked. Never called: it has a body for
+/// clang++, which complains of one without for types in an unnamed namespace.
 struct SAnything
 {
     template <class T>
@@ -31,21 +32,21 @@ struct SAnything
 template <std::size_t>
 using AnythingAt = SAnything;
 
-// Whether T{anything, ...} can be had.
+/// Whether T{anything, ...} can be had.
 template <class T, std::size_t... Before>
 consteval bool Takes(std::index_sequence<Before...>)
 {
     return requires { T{AnythingAt<Before>()...}; };
 }
 
-// Whether T{anything, ..., {}, anything, ...} can be had.
+/// Whether T{anything, ..., {}, anything, ...} can be had.
 template <class T, std::size_t... Before, std::size_t... Behind>
 consteval bool TakesBraces(std::index_sequence<Before...>, std::index_sequence<Behind...>)
 {
     return requires { T{AnythingAt<Before>()..., {}, AnythingAt<Behind>()...}; };
 }
 
-// How many initialisers T takes. Each element of an array takes one.
+/// How many initialisers T takes. Each element of an array takes one.
 template <class T, std::size_t Count = 0>
 consteval std::size_t CountInitialisers()
 {
@@ -58,8 +59,8 @@ consteval std::size_t CountInitialisers()
 template <class T>
 inline constexpr std::size_t Initialisers = CountInitialisers<T>();
 
-// How many of them the member takes that begins at one: `{}` initialises all of it, and there may be so many behind it
-// fewer. A member that can't be made from `{}` is no array.
+/// How many of them the member takes that begins at one: `{}` initialises all of it, and there may be so many behind it
+/// fewer. A member that can't be made from `{}` is no array.
 template <class T, std::size_t At, std::size_t Behind>
 consteval std::size_t CountSlots()
 {
@@ -80,7 +81,7 @@ consteval std::size_t CountMembers()
         return 1 + CountMembers<T, At + CountSlots<T, At, Initialisers<T> - At - 1>()>();
 }
 
-// An aggregate's base classes come first.
+/// An aggregate's base classes come first.
 template <class T>
 struct SAnyBaseOf
 {
@@ -150,8 +151,8 @@ consteval auto GetMemberAddress()
 
 consteval std::size_t GetLess(std::size_t first, std::size_t second) { return first < second ? first : second; }
 
-// "... = SAddress<const int*>{(& UndefinedObject<SLine>.SHolder<SLine>::value.SLine::count)}; ..." or
-// "... = {&UndefinedObject.value.count}]"
+/// `"... = SAddress<const int*>{(& UndefinedObject<SLine>.SHolder<SLine>::value.SLine::count)}; ..."` or `"... =
+/// {&UndefinedObject.value.count}]"`
 consteval std::string_view CutMemberName(std::string_view function)
 {
     std::string_view name = function.substr(0, GetLess(function.rfind(")}"), function.rfind("}]")));
@@ -164,14 +165,14 @@ consteval std::string_view CutMemberName(std::string_view function)
 #pragma clang diagnostic pop
 #endif
 
-// "... [with T = shop::SLine; ...]" or "... [T = shop::SLine]"
+/// "... [with T = shop::SLine; ...]" or "... [T = shop::SLine]"
 template <class T>
 consteval std::string_view NameFunctionOfType()
 {
     return __PRETTY_FUNCTION__;
 }
 
-// A text of the compiler's, zero-terminated. What can't stand in an element name of XML is replaced.
+/// A text of the compiler's, zero-terminated. What can't stand in an element name of XML is replaced.
 template <std::size_t Size>
 struct SLiteral
 {
@@ -186,8 +187,8 @@ struct SLiteral
     char text[Size + 1] = {};
 };
 
-// What stands around a type depends on where it is defined and on the compiler. Namespaces without a name and functions
-// are left out.
+/// What stands around a type depends on where it is defined and on the compiler. Namespaces without a name and
+/// functions are left out.
 consteval std::string_view CutTypeName(std::string_view function)
 {
     std::string_view name = function.substr(function.find("T = ") + 4);
@@ -219,7 +220,7 @@ consteval auto GatherMemberNames(std::index_sequence<Indices...>)
     return std::array<const char*, sizeof...(Indices)>{SMemberName<T, Indices>::Literal.text...};
 }
 
-// Whether this compiler tells names in a way that is known here.
+/// Whether this compiler tells names in a way that is known here.
 struct SProbe
 {
     int known;
@@ -228,7 +229,7 @@ struct SProbe
 template <class T>
 inline constexpr bool IsCompilerKnown = SMemberName<SProbe, 0>::Name == "known";
 
-// Raises at compile time, if it can't be had: what has to be written instead.
+/// Raises at compile time, if it can't be had: what has to be written instead.
 template <class T>
 consteval bool FindReflection()
 {
@@ -243,7 +244,7 @@ consteval bool FindReflection()
 template <class T>
 inline constexpr bool IsReflected = FindReflection<T>();
 
-// The keys of an aggregate, in the order of its members.
+/// The keys of an aggregate, in the order of its members.
 template <class T>
 inline constexpr auto MemberNames = GatherMemberNames<T>(std::make_index_sequence<MemberCount<T>>());
 

@@ -9,15 +9,16 @@
 #include "Describe/Sequences.h"
 #include "Describe/Texts.h"
 
-// Bytes in one piece: blobs of the contract.
-//
-// Empty    ones aren't told from absent ones by GetBlob, and the JSON reader refuses their text. So the texts are
-//          looked at first, and in binary documents the keys. As elements of a sequence, of which nobody knows the
-//          number, blobs are wrapped: a sequence of none or one.
+/// @file
+/// Bytes in one piece: blobs of the contract.
+///
+/// - **Empty** ones aren't told from absent ones by GetBlob, and the JSON reader refuses their text. So the texts are
+///   looked at first, and in binary documents the keys. As elements of a sequence, of which nobody knows the number,
+///   blobs are wrapped: a sequence of none or one.
 namespace Vellum::Describing
 {
 
-// Bytes in one piece, of any type of one byte.
+/// Bytes in one piece, of any type of one byte.
 template <class T>
 concept DocumentBytes = FoundationBytes<T> || requires(const T& bytes)
 {
@@ -34,10 +35,10 @@ std::pair<const unsigned char*, std::size_t> GetBytes(const T& bytes)
         return {reinterpret_cast<const unsigned char*>(std::data(bytes)), std::size(bytes)};
 }
 
-// Whether a key of a binary document stands there, and in no other kind than as a blob.
+/// Whether a key of a binary document stands there, and in no other kind than as a blob.
 VELLUM_API bool IsBlobAlone(const IDataReader& reader, const char* key);
 
-// Bytes of a fixed number take what there is.
+/// Bytes of a fixed number take what there is.
 template <class T, class In>
 void AssignBytes(T& value, BlobRange bytes, const In& in)
 {

@@ -1,19 +1,20 @@
 #pragma once
 
-// One description of a class, and nothing else to write: the fields are listed once, and the class can be stored in all
-// formats and read back. Docs/Describe.md tells how each type is stored.
-//
-//   struct SLine                                  // an aggregate needs no description
-//   {
-//       std::uint16_t count = 0;
-//       std::optional<std::string> note;
-//   };
-//
-//   const std::string json = Vellum::ToJson(line);
-//   const auto copy = Vellum::FromJson<SLine>(json);
-//   Vellum::Save("line.xml", line);
-//
-// Vellum/Vellum.h doesn't include this header, and this one includes of it what it needs.
+/// @file
+/// One description of a class, and nothing else to write: the fields are listed once, and the class can be stored in
+/// all formats and read back. [Docs/Describe.md](Docs/Describe.md) tells how each type is stored.
+///
+///     struct SLine                                  // an aggregate needs no description
+///     {
+///         std::uint16_t count = 0;
+///         std::optional<std::string> note;
+///     };
+///
+///     const std::string json = Vellum::ToJson(line);
+///     const auto copy = Vellum::FromJson<SLine>(json);
+///     Vellum::Save("line.xml", line);
+///
+/// Vellum/Vellum.h doesn't include this header, and this one includes of it what it needs.
 
 #include "Describe/Bytes.h"
 #include "Describe/CDocumentException.h"

@@ -5,7 +5,8 @@
 
 #include "Describe/Fields.h"
 
-// Which description a type has.
+/// @file
+/// Which description a type has.
 namespace Vellum::Describing
 {
 
@@ -21,7 +22,7 @@ concept HasOuterDescription = requires
     Describe(Type<T>());
 };
 
-// The description of T, its own before one that stands beside it; SNothing without one.
+/// The description of T, its own before one that stands beside it; SNothing without one.
 template <class T>
 constexpr auto FindDescription()
 {
@@ -56,14 +57,14 @@ inline constexpr bool IsBase = false;
 template <class T>
 inline constexpr bool IsBase<CBase<T>> = true;
 
-// A class with a list of fields, and an enumeration with a list of names.
+/// A class with a list of fields, and an enumeration with a list of names.
 template <class T>
 concept Described = IsFields<std::remove_const_t<decltype(DescriptionOf<T>)>>;
 
 template <class T>
 concept Named = IsNames<std::remove_const_t<decltype(DescriptionOf<T>)>>;
 
-// The alternatives of a variant or a base class; SNothing without any.
+/// The alternatives of a variant or a base class; SNothing without any.
 template <class T>
 constexpr auto FindAlternatives()
 {

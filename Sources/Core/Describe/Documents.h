@@ -14,23 +14,28 @@
 namespace Vellum
 {
 
-// The argument that asks for checked reading; see FromJson.
+/// The argument that asks for checked reading; see FromJson.
 struct SStrict
 {
 };
+
+/// The one that there is.
 inline constexpr SStrict Strict{};
 
 namespace Describing
 {
 
-// One document, out and in; the root is an object or a sequence of the contract. What is raised by RaiseAt while a text
-// is written leaves as it is; the text writers replace everything else by their own.
+/// @name WriteText, WriteBinary
+/// One document, out and in; the root is an object or a sequence of the contract. What is raised by RaiseAt while a
+/// text is written leaves as it is; the text writers replace everything else by their own.
+/// @{
 VELLUM_API std::string WriteText(SDocument& document, const ISerializable& root);
 VELLUM_API std::string WriteText(SDocument& document, const ISerializableContainer& root);
 VELLUM_API void WriteText(SDocument& document, const ISerializable& root, std::ostream& stream);
 VELLUM_API void WriteText(SDocument& document, const ISerializableContainer& root, std::ostream& stream);
 VELLUM_API std::vector<unsigned char> WriteBinary(const ISerializable& root);
 VELLUM_API std::vector<unsigned char> WriteBinary(const ISerializableContainer& root);
+/// @}
 
 VELLUM_API void ReadText(const SDocument& document, ISerializable& root, bool isStrict);
 VELLUM_API void ReadText(const SDocument& document, ISerializableContainer& root, bool isStrict);
@@ -51,7 +56,7 @@ void CheckRoot()
     static_assert(IsRoot<T>, "The root of a document is an object or a sequence, and this type is stored as a value");
 }
 
-// Calls the function with the object or sequence of the contract that a value is, or is made into.
+/// Calls the function with the object or sequence of the contract that a value is, or is made into.
 template <class T, class Function>
 void CallWithRoot(const T& value, const SDocument& document, const Function& function)
 {
@@ -114,7 +119,7 @@ void FromBytes(const void* data, std::size_t size, T& value)
     CallWithRoot<IsStrict>(value, document, [&](auto& root) { ReadBinary(document, data, size, root, IsStrict); });
 }
 
-// A text up to its zero byte.
+/// A text up to its zero byte.
 struct SText
 {
     SText(const char* terminated) : text(terminated) {}
@@ -126,7 +131,7 @@ struct SText
 template <class... Options>
 inline constexpr bool AreOptions = sizeof...(Options) <= 1 && (std::same_as<Options, SStrict> && ...);
 
-// A new object, filled.
+/// A new object, filled.
 template <class T, class Function>
 T MakeFilled(const Function& fill)
 {
@@ -146,44 +151,45 @@ T MakeFilled(const Function& fill)
 } // namespace Describing
 
 // ---- A value to a document. ----
-//
-// The value is what a document may have as its root: a described class, an aggregate, a map with text keys, a variant,
-// a container, or a class that implements ISerializable or ISerializableContainer. A pointer or a std::optional is
-// none.
-//
-// Errors   CDocumentException for a value that can't be stored: a date that is out of range, an enumerator without a
-//          name, a key of a map that the format can't hold. Otherwise those of CWriterJson, CWriterXml and
-//          CWriterBinary.
-// Threads  Any thread; distinct calls share nothing but the value.
 
-// The JSON document of a value, as CWriterJson writes it.
+/// @file
+/// The value is what a document may have as its root: a described class, an aggregate, a map with text keys, a variant,
+/// a container, or a class that implements ISerializable or ISerializableContainer. A pointer or a std::optional is
+/// none.
+///
+/// - **Errors** CDocumentException for a value that can't be stored: a date that is out of range, an enumerator without
+///   a name, a key of a map that the format can't hold. Otherwise those of CWriterJson, CWriterXml and CWriterBinary.
+/// - **Threads** Any thread; distinct calls share nothing but the value.
+
+/// The JSON document of a value, as CWriterJson writes it.
 template <class T>
 std::string ToJson(const T& value)
 {
     return Describing::ToText(value, EFormat::Json, "Vellum::ToJson");
 }
 
-// The same onto a stream, whose flags and locale don't matter. A stream that can't take it tells by its state.
+/// The same onto a stream, whose flags and locale don't matter. A stream that can't take it tells by its state.
 template <class T>
 void ToJson(const T& value, std::ostream& stream)
 {
     Describing::ToText(value, EFormat::Json, "Vellum::ToJson", stream);
 }
 
-// The XML document of a value, as CWriterXml writes it.
+/// The XML document of a value, as CWriterXml writes it.
 template <class T>
 std::string ToXml(const T& value)
 {
     return Describing::ToText(value, EFormat::Xml, "Vellum::ToXml");
 }
 
+/// The same, to a stream.
 template <class T>
 void ToXml(const T& value, std::ostream& stream)
 {
     Describing::ToText(value, EFormat::Xml, "Vellum::ToXml", stream);
 }
 
-// The binary document of a value, as CWriterBinary writes it.
+/// The binary document of a value, as CWriterBinary writes it.
 template <class T>
 std::vector<unsigned char> ToBinary(const T& value)
 {
@@ -194,21 +200,24 @@ std::vector<unsigned char> ToBinary(const T& value)
 }
 
 // ---- A document to a value. ----
-//
-// Each comes in four forms: a new object is made and returned, or one that exists is filled; and both with Strict.
-// Fields that the document doesn't have keep what they hold, but for pointers and std::optional: where there is
-// nothing, they become empty. What was read before a failure stays in the object.
-//
-// Strict   raises CDocumentException, with the path of the place, for everything that reading otherwise passes over or
-//          makes something of: a key that nobody asks for, a value of another kind, a number that doesn't fit its type
-//          or isn't one all through, a text that is no bool, a null in a sequence, an array with another number of
-//          elements, an XML document that the parser rejects or whose root has another name. What a hand-written class
-//          reads is read as it likes.
-// Errors   CDocumentException for a required field that is missing and for an alternative that isn't listed. Without
-//          Strict, otherwise those of CReaderJson, CReaderXml and CReaderBinary; with it, theirs are told by
-//          CDocumentException. What a client's Read or upgrade raises passes through.
 
-// A JSON text, zero-terminated.
+/// @file
+/// Each comes in four forms: a new object is made and returned, or one that exists is filled; and both with Strict.
+/// Fields that the document doesn't have keep what they hold, but for pointers and std::optional: where there is
+/// nothing, they become empty. What was read before a failure stays in the object.
+///
+/// - **Strict** raises CDocumentException, with the path of the place, for everything that reading otherwise passes
+///   over or makes something of: a key that nobody asks for, a value of another kind, a number that doesn't fit its
+///   type or isn't one all through, a text that is no bool, a null in a sequence, an array with another number of
+///   elements, an XML document that the parser rejects or whose root has another name. What a hand-written class reads
+///   is read as it likes.
+/// - **Errors** CDocumentException for a required field that is missing and for an alternative that isn't listed.
+///   Without Strict, otherwise those of CReaderJson, CReaderXml and CReaderBinary; with it, theirs are told by
+///   CDocumentException. What a client's Read or upgrade raises passes through.
+
+/// @name FromJson
+/// A JSON text, zero-terminated.
+/// @{
 template <class T, class... Options>
 requires Describing::AreOptions<Options...>
 void FromJson(const Describing::SText& text, T& value, Options...)
@@ -220,8 +229,11 @@ requires Describing::AreOptions<Options...> T FromJson(const Describing::SText& 
 {
     return Describing::MakeFilled<T>([&](T& value) { FromJson(text, value, options...); });
 }
+/// @}
 
-// An XML text, zero-terminated.
+/// @name FromXml
+/// An XML text, zero-terminated.
+/// @{
 template <class T, class... Options>
 requires Describing::AreOptions<Options...>
 void FromXml(const Describing::SText& text, T& value, Options...)
@@ -233,9 +245,12 @@ requires Describing::AreOptions<Options...> T FromXml(const Describing::SText& t
 {
     return Describing::MakeFilled<T>([&](T& value) { FromXml(text, value, options...); });
 }
+/// @}
 
-// A binary document: a container of bytes in one piece, or CbArray<unsigned char>. With Strict, nothing may stand
-// behind it.
+/// @name FromBinary
+/// A binary document: a container of bytes in one piece, or `CbArray<unsigned char>`. With Strict, nothing may stand
+/// behind it.
+/// @{
 template <class T, Describing::DocumentBytes Bytes, class... Options>
 requires Describing::AreOptions<Options...>
 void FromBinary(const Bytes& bytes, T& value, Options...)
@@ -248,12 +263,13 @@ requires Describing::AreOptions<Options...> T FromBinary(const Bytes& bytes, Opt
 {
     return Describing::MakeFilled<T>([&](T& value) { FromBinary(bytes, value, options...); });
 }
+/// @}
 
 // ---- A value among those of a hand-written class. ----
 
-// A value as an object or a sequence of the contract, for the time of one expression:
-//
-//   CWriterBinary(stream).Write(Vellum::Stored(order));
+/// A value as an object or a sequence of the contract, for the time of one expression:
+///
+///     CWriterBinary(stream).Write(Vellum::Stored(order));
 template <class T>
 requires Describing::IsRoot<T>
 auto Stored(const T& value)
@@ -261,7 +277,7 @@ auto Stored(const T& value)
     return typename Describing::SStored<T>::Out(value, Describing::SPlace{&Describing::UnknownDocument});
 }
 
-// The same to be read into: auto stored = Vellum::Filled(order); reader.Read(stored);
+/// The same to be read into: auto stored = Vellum::Filled(order); reader.Read(stored);
 template <class T>
 requires Describing::IsRoot<T>
 auto Filled(T& value)
@@ -269,7 +285,9 @@ auto Filled(T& value)
     return typename Describing::SStored<T>::template In<false>(value, Describing::SPlace{&Describing::UnknownDocument});
 }
 
-// Write or read one field or element of any type that can be stored, in the Write or Read of a hand-written class.
+/// @name WriteField ... ReadElement
+/// Write or read one field or element of any type that can be stored, in the Write or Read of a hand-written class.
+/// @{
 template <class T>
 void WriteField(IDataWriter& writer, const char* key, const T& value)
 {
@@ -294,5 +312,6 @@ bool ReadElement(IContainerReader& reader, std::uint32_t index, T& value)
     const Describing::SPlace place{&Describing::UnknownDocument};
     return Describing::ReadValue(value, Describing::SElementIn<false>{reader, index, place});
 }
+/// @}
 
 } // namespace Vellum

@@ -5,7 +5,8 @@
 
 #include "Describe/Values.h"
 
-// Enumerations: numbers of the size and sign of the underlying type, or texts if the names are listed.
+/// @file
+/// Enumerations: numbers of the size and sign of the underlying type, or texts if the names are listed.
 namespace Vellum::Describing
 {
 
@@ -39,7 +40,7 @@ struct SNamed
                 "The value " + std::to_string(static_cast<std::underlying_type_t<T>>(value)) + " has no name.");
     }
 
-    // A name that isn't listed leaves the value as it was.
+    /// A name that isn't listed leaves the value as it was.
     template <class In>
     static bool Read(T& value, const In& in)
     {

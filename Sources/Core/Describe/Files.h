@@ -12,8 +12,8 @@ namespace Vellum
 namespace Describing
 {
 
-// The name of a file: text in the encoding of the system's names, or a std::filesystem::path, whose header isn't
-// included here.
+/// The name of a file: text in the encoding of the system's names, or a std::filesystem::path, whose header isn't
+/// included here.
 struct SFileName
 {
     SFileName(const char* text) : name(text) {}
@@ -26,13 +26,13 @@ struct SFileName
     std::string name;
 };
 
-// The format that the extension of a name tells.
+/// The format that the extension of a name tells.
 VELLUM_API EFormat FindFormat(const SFileName& name);
 
 VELLUM_API void SaveDocument(const SFileName& name, SDocument& document, const ISerializable& root);
 VELLUM_API void SaveDocument(const SFileName& name, SDocument& document, const ISerializableContainer& root);
 
-// The whole file; its text, if the document is one, becomes the document's.
+/// The whole file; its text, if the document is one, becomes the document's.
 VELLUM_API std::string ReadDocument(const SFileName& name);
 
 VELLUM_API void LoadDocument(const SFileName& name, const SDocument& document, const std::string& bytes,
@@ -48,15 +48,15 @@ constexpr EFormat GetFormat(EFormat format) { return format; }
 
 } // namespace Describing
 
-// Saves a value as a document. Without a format the extension of the name decides: .json, .xml, in any case, and
-// anything else is binary.
-//
-// The document is written into a new file beside the target, flushed to the disk, and renamed to the target, whose
-// permissions it takes over; its folder must exist. When anything fails the old file is as it was. Texts and the bytes
-// of a binary document go to the file as they are made, so that it isn't a second time in memory.
-//
-// Raises what ToJson, ToXml and ToBinary raise, and CDocumentException, with the name of the file and the system's
-// reason, when it can't be written.
+/// Saves a value as a document. Without a format the extension of the name decides: .json, .xml, in any case, and
+/// anything else is binary.
+///
+/// The document is written into a new file beside the target, flushed to the disk, and renamed to the target, whose
+/// permissions it takes over; its folder must exist. When anything fails the old file is as it was. Texts and the bytes
+/// of a binary document go to the file as they are made, so that it isn't a second time in memory.
+///
+/// Raises what ToJson, ToXml and ToBinary raise, and CDocumentException, with the name of the file and the system's
+/// reason, when it can't be written.
 template <class T>
 void Save(const Describing::SFileName& name, const T& value, EFormat format = EFormat::Any)
 {
@@ -64,12 +64,14 @@ void Save(const Describing::SFileName& name, const T& value, EFormat format = EF
     Describing::CallWithRoot(value, document, [&](const auto& root) { SaveDocument(name, document, root); });
 }
 
-// Loads what Save has saved, into an object that exists or into a new one. Options are Strict and a format, in any
-// order.
-//
-// Raises CDocumentException with the name of the file: with the system's reason when it can't be read, and when it
-// holds no document of its format or none whose root has the value's type name. Otherwise as FromJson, FromXml and
-// FromBinary.
+/// @name Load
+/// Loads what Save has saved, into an object that exists or into a new one. Options are Strict and a format, in any
+/// order.
+///
+/// Raises CDocumentException with the name of the file: with the system's reason when it can't be read, and when it
+/// holds no document of its format or none whose root has the value's type name. Otherwise as FromJson, FromXml and
+/// FromBinary.
+/// @{
 template <class T, Describing::LoadOption... Options>
 void Load(const Describing::SFileName& name, T& value, Options... options)
 {
@@ -87,5 +89,6 @@ T Load(const Describing::SFileName& name, Options... options)
 {
     return Describing::MakeFilled<T>([&](T& value) { Load(name, value, options...); });
 }
+/// @}
 
 } // namespace Vellum

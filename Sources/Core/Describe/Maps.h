@@ -8,14 +8,15 @@
 #include "Describe/Adapters.h"
 #include "Describe/StrictKeys.h"
 
-// Maps whose keys are texts: objects of the contract, the keys of the map being the keys of the object.
+/// @file
+/// Maps whose keys are texts: objects of the contract, the keys of the map being the keys of the object.
 namespace Vellum::Describing
 {
 
-// Raises for a key that a document of this format can't hold.
+/// Raises for a key that a document of this format can't hold.
 VELLUM_API void CheckEntryKey(const SPlace& place, const std::string& key);
 
-// Raises if two keys would be one in an XML document, which knows no difference of case.
+/// Raises if two keys would be one in an XML document, which knows no difference of case.
 VELLUM_API void CheckDistinctKeys(const SPlace& place, std::vector<std::string> keys);
 
 template <class T>

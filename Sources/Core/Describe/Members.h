@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <utility>
 
-// The members of an aggregate of up to 64 fields as arguments of a function: C++20 has no way to name any number of
-// them at once. VELLUM_MEMBERS_3 is m1, m2, m3.
+/// The members of an aggregate of up to 64 fields as arguments of a function: C++20 has no way to name any number of
+/// them at once. VELLUM_MEMBERS_3 is m1, m2, m3.
 #define VELLUM_MEMBERS_1 m1
 #define VELLUM_MEMBERS_2 VELLUM_MEMBERS_1, m2
 #define VELLUM_MEMBERS_3 VELLUM_MEMBERS_2, m3
@@ -79,7 +79,7 @@
 namespace Vellum::Describing
 {
 
-// Calls the function with references to the `Count` members of an aggregate.
+/// Calls the function with references to the `Count` members of an aggregate.
 template <std::size_t Count, class T, class Function>
 constexpr decltype(auto) VisitMembers(T& object, const Function& function)
 {

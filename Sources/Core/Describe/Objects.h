@@ -10,7 +10,8 @@
 #include "Describe/Aggregates.h"
 #include "Describe/StrictKeys.h"
 
-// Described classes and aggregates: objects of the contract, field by field.
+/// @file
+/// Described classes and aggregates: objects of the contract, field by field.
 namespace Vellum::Describing
 {
 
@@ -40,7 +41,7 @@ void WriteItem(const T& object, const CBase<BaseClass>&, std::uint32_t, IDataWri
         WriteFields<BaseClass>(object, writer, place);
 }
 
-// What is stored as nothing and read from nothing is reset by the last key that is tried.
+/// What is stored as nothing and read from nothing is reset by the last key that is tried.
 template <bool IsStrict, class T>
 bool ReadMember(T& member, const char* key, IDataReader& reader, const SPlace& place)
 {
@@ -196,7 +197,7 @@ bool IsKnown(const char* key, const SPlace& place)
     }
 }
 
-// The name of a type in documents.
+/// The name of a type in documents.
 template <class T>
 constexpr const char* GetNameOf()
 {

@@ -15,15 +15,16 @@
 #include "Vellum/ISerializable.h"
 #include "Vellum/ISerializableContainer.h"
 
-// Where a value is on its way to or from a document. A value is written to a SFieldOut or SElementOut and read from a
-// SFieldIn or SElementIn; how it is stored is told by its type alone, in the files beside this one.
+/// @file
+/// Where a value is on its way to or from a document. A value is written to a SFieldOut or SElementOut and read from a
+/// SFieldIn or SElementIn; how it is stored is told by its type alone, in the files beside this one.
 namespace Vellum
 {
 
-// The formats of documents.
+/// The formats of documents.
 enum class EFormat : std::uint8_t
 {
-    Any, // Save and Load: by the name of the file; inside, a document of which nothing is known
+    Any, ///< Save and Load: by the name of the file; inside, a document of which nothing is known
     Binary,
     Json,
     Xml
@@ -36,30 +37,30 @@ namespace Vellum::Describing
 
 constexpr bool IsText(EFormat format) { return format == EFormat::Json || format == EFormat::Xml; }
 
-// The document that all places belong to.
+/// The document that all places belong to.
 struct SDocument
 {
     EFormat format = EFormat::Any;
-    const char* function = "Vellum::Stored"; // which the client has called
-    const char* text = nullptr;              // of a text document that is read
-    std::exception_ptr* failure = nullptr;   // takes what was raised, since text writers replace it by their own
+    const char* function = "Vellum::Stored"; ///< Which the client has called
+    const char* text = nullptr;              ///< Of a text document that is read
+    std::exception_ptr* failure = nullptr;   ///< Takes what was raised, since text writers replace it by their own
 };
 
 inline constexpr SDocument UnknownDocument{};
 
-// A place in a document: the way to it goes through `outer`, which is null for the root. Places lie on the stack.
+/// A place in a document: the way to it goes through `outer`, which is null for the root. Places lie on the stack.
 struct SPlace
 {
     const SDocument* document;
     const SPlace* outer = nullptr;
-    const char* key = nullptr; // null for an element
-    std::uint32_t index = 0;   // of an element
+    const char* key = nullptr; ///< Null for an element
+    std::uint32_t index = 0;   ///< Of an element
 };
 
-// Raises CDocumentException for a place, with line and column where the document is a text and they can be found.
+/// Raises CDocumentException for a place, with line and column where the document is a text and they can be found.
 [[noreturn]] VELLUM_API void RaiseAt(const SPlace& place, const std::string& reason);
 
-// A field that is written. KnowsAbsence: whether reading can tell that nothing was written.
+/// A field that is written. KnowsAbsence: whether reading can tell that nothing was written.
 struct SFieldOut
 {
     static constexpr bool IsElement = false;
@@ -78,13 +79,13 @@ struct SFieldOut
     const SPlace& outer;
 };
 
-// A field whose key comes from a map: an absent one would be no entry.
+/// A field whose key comes from a map: an absent one would be no entry.
 struct SEntryOut : SFieldOut
 {
     static constexpr bool KnowsAbsence = false;
 };
 
-// An element that is written.
+/// An element that is written.
 struct SElementOut
 {
     static constexpr bool IsElement = true;
@@ -102,11 +103,11 @@ struct SElementOut
     const SPlace& outer;
 };
 
-// Called while an exception is handled: one that the library has raised about a value becomes a CDocumentException of
-// this place, any other stays.
+/// Called while an exception is handled: one that the library has raised about a value becomes a CDocumentException of
+/// this place, any other stays.
 [[noreturn]] VELLUM_API void RaiseAgainAt(const SPlace& place);
 
-// Calls the reader, and tells what it raises with the place.
+/// Calls the reader, and tells what it raises with the place.
 template <class In, class Function>
 auto CallReader(const In& in, const Function& read)
 {
@@ -120,7 +121,7 @@ auto CallReader(const In& in, const Function& read)
     }
 }
 
-// A field that is read. Get and GetBlob are those of the reader.
+/// A field that is read. Get and GetBlob are those of the reader.
 template <bool Checked>
 struct SFieldIn
 {
@@ -150,14 +151,14 @@ struct SFieldIn
     const SPlace& outer;
 };
 
-// A field whose key comes from a map.
+/// A field whose key comes from a map.
 template <bool Checked>
 struct SEntryIn : SFieldIn<Checked>
 {
     static constexpr bool KnowsAbsence = false;
 };
 
-// An element that is read.
+/// An element that is read.
 template <bool Checked>
 struct SElementIn
 {

@@ -7,11 +7,12 @@
 
 #include "Describe/Sequences.h"
 
-// Values that may be absent: std::optional, and pointers that own.
-//
-// As a field, what is empty is not written, and what is absent is read as empty. Where absence can't be told, in a
-// sequence, in a map, or inside another value that may be absent, an optional value is a sequence of none or one. A
-// pointer stands there as what it points to, and a null pointer can't be stored.
+/// @file
+/// Values that may be absent: std::optional, and pointers that own.
+///
+/// As a field, what is empty is not written, and what is absent is read as empty. Where absence can't be told, in a
+/// sequence, in a map, or inside another value that may be absent, an optional value is a sequence of none or one. A
+/// pointer stands there as what it points to, and a null pointer can't be stored.
 namespace Vellum::Describing
 {
 
@@ -21,7 +22,7 @@ using ContentOf = std::remove_cvref_t<decltype(*std::declval<T&>())>;
 template <class T>
 concept MayBeAbsent = OptionalLike<T> || PointerLike<T>;
 
-// A sequence of none or one.
+/// A sequence of none or one.
 template <class T>
 struct SPossibleShape
 {
@@ -45,7 +46,7 @@ struct SPossibleShape
 template <class T>
 using SPossible = SStoredSequence<SPossibleShape<T>, T>;
 
-// What is inside, where it is known to be there.
+/// What is inside, where it is known to be there.
 template <class Content>
 using SContent = std::conditional_t<MayBeAbsent<Content>, SPossible<Content>, SStored<Content>>;
 
@@ -83,11 +84,11 @@ struct SStored<T, EStorage::Optional>
     }
 };
 
-// Of a class that lists what a pointer to it may point to; see Variants.h.
+/// Of a class that lists what a pointer to it may point to; see Variants.h.
 template <class Pointer>
 struct SStoredBase;
 
-// Of any other type.
+/// Of any other type.
 template <class T>
 struct SStoredPointer
 {
@@ -124,7 +125,9 @@ struct SStored<T, EStorage::Pointer>
 
     static constexpr EElement Element = Stored::Element;
 
-    // An object of a class with alternatives can do without one.
+    /// @name Write, Read
+    /// An object of a class with alternatives can do without one.
+    /// @{
     template <class Out>
     static void Write(const T& value, const Out& out)
     {
@@ -140,6 +143,7 @@ struct SStored<T, EStorage::Pointer>
         value.reset();
         return false;
     }
+    /// @}
 
     static void WriteContent(const T& value, const auto& out) { Stored::Write(value, out); }
     static bool ReadContent(T& value, const auto& in) { return Read(value, in); }

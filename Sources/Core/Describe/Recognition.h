@@ -15,20 +15,21 @@
 
 #include "Describe/Descriptions.h"
 
-// What a type is. Types of the standard library are recognised by what they can do, so that none of its headers has to
-// be included here, and types of other libraries that are made alike are stored as well.
+/// @file
+/// What a type is. Types of the standard library are recognised by what they can do, so that none of its headers has to
+/// be included here, and types of other libraries that are made alike are stored as well.
 namespace Vellum::Describing
 {
 
 template <class T, class... Others>
 inline constexpr bool IsOneOf = (std::same_as<T, Others> || ...);
 
-// The kinds of the contract that are plain values.
+/// The kinds of the contract that are plain values.
 template <class T>
 concept Kind = IsOneOf<T, bool, char, signed char, unsigned char, std::int16_t, std::uint16_t, std::int32_t,
                        std::uint32_t, std::int64_t, std::uint64_t, float, double, std::string, std::wstring>;
 
-// The integer kind of a size and sign.
+/// The integer kind of a size and sign.
 template <std::size_t Size, bool IsSigned>
 constexpr auto FindInteger()
 {
@@ -53,7 +54,7 @@ inline constexpr bool IsInteger<T> = !std::is_void_v<IntegerOf<T>>;
 template <class T>
 concept Integer = IsInteger<T>;
 
-// std::basic_string, std::basic_string_view and their like.
+/// std::basic_string, std::basic_string_view and their like.
 template <class T>
 concept TextLike = requires(const T& text)
 {
@@ -70,7 +71,7 @@ concept PathLike = requires(const T& path)
     path.generic_u8string();
 };
 
-// Bytes in one piece: containers of the standard library, arrays and spans, and CbArray.
+/// Bytes in one piece: containers of the standard library, arrays and spans, and CbArray.
 template <class Pointer>
 inline constexpr bool PointsToBytes =
     IsOneOf<std::remove_cv_t<std::remove_pointer_t<Pointer>>, unsigned char, std::byte>;
@@ -115,7 +116,7 @@ concept DurationLike = requires(const T& duration)
     requires std::same_as<decltype(duration.count()), typename T::rep>;
 };
 
-// Of the system's clock: the only one that knows time_t.
+/// Of the system's clock: the only one that knows time_t.
 template <class T>
 concept TimePointLike = requires(const T& time)
 {
@@ -145,7 +146,7 @@ inline constexpr bool IsNarrowText = false;
 template <TextLike T>
 inline constexpr bool IsNarrowText<T> = sizeof(typename T::value_type) == 1;
 
-// With keys that are narrow texts, each of them once.
+/// With keys that are narrow texts, each of them once.
 template <class T>
 concept TextKeyedMap = MapLike<T> && requires(T& map, typename T::key_type key)
 {
@@ -197,7 +198,7 @@ concept BitsetLike = requires(T& bits)
     bits.to_string();
 };
 
-// Whether a value can be changed in size or content, so that it can be read: spans and views can't.
+/// Whether a value can be changed in size or content, so that it can be read: spans and views can't.
 template <class T>
 inline constexpr bool IsOwner = !SpanLike<T> && !requires(T & view)
 {

@@ -9,13 +9,14 @@
 #include "Describe/Adapters.h"
 #include "Describe/StrictElements.h"
 
-// Containers, arrays, pairs and tuples: sequences of the contract.
+/// @file
+/// Containers, arrays, pairs and tuples: sequences of the contract.
 namespace Vellum::Describing
 {
 
 inline constexpr const char* SequenceName = "sequence";
 
-// The elements of a pair in a map are const.
+/// The elements of a pair in a map are const.
 template <class T>
 struct SElementOf
 {
@@ -27,7 +28,7 @@ struct SElementOf<Pair<const Key, Value>>
     using Type = Pair<Key, Value>;
 };
 
-// A container that grows. What it had before is gone.
+/// A container that grows. What it had before is gone.
 template <class T>
 struct SSequenceShape
 {
@@ -91,7 +92,7 @@ struct SStored<T, EStorage::Sequence> : SStoredSequence<SSequenceShape<T>, T>
 {
 };
 
-// A number of elements that the type decides. A shorter sequence leaves the others as they were.
+/// A number of elements that the type decides. A shorter sequence leaves the others as they were.
 template <class T>
 struct SFixedShape
 {
@@ -128,7 +129,7 @@ struct SStored<T, EStorage::FixedSequence> : SStoredSequence<SFixedShape<T>, T>
 {
 };
 
-// The only element of a sequence.
+/// The only element of a sequence.
 template <class T>
 struct SWrappedShape
 {
@@ -149,7 +150,7 @@ struct SWrappedShape
 template <class T>
 using SWrapped = SStoredSequence<SWrappedShape<T>, T>;
 
-// Pairs and tuples. Elements of different kinds are wrapped, since a sequence of a binary document has one kind.
+/// Pairs and tuples. Elements of different kinds are wrapped, since a sequence of a binary document has one kind.
 template <class T, class Indices = std::make_index_sequence<std::tuple_size<T>::value>>
 struct STupleShape;
 
@@ -208,7 +209,7 @@ struct SStored<T, EStorage::Tuple> : SStoredSequence<STupleShape<T>, T>
 {
 };
 
-// Complex numbers: the real part, then the imaginary one.
+/// Complex numbers: the real part, then the imaginary one.
 template <class T>
 struct SComplexShape
 {

@@ -5,37 +5,38 @@
 #include "Describe/Places.h"
 #include "Describe/Recognition.h"
 
-// Which way of storing a type takes.
+/// @file
+/// Which way of storing a type takes.
 namespace Vellum::Describing
 {
 
 enum class EStorage
 {
     None,
-    Kind,          // a kind of the contract, as it is
-    Integer,       // another integer type, as the kind of its size and sign
-    Date,          // a client's own IDateTime
-    Object,        // a client's own ISerializable
-    Container,     // a client's own ISerializableContainer
-    Enumeration,   // a number, or a text if the names are listed
-    Fields,        // a described class or an aggregate: an object
-    Path,          // the name of a file: a text
-    Text,          // a text of another make
-    Bytes,         // a blob
-    Optional,      // a value or none
-    Pointer,       // one that owns: a value or none
-    Duration,      // a number of units
-    TimePoint,     // a date
-    Variant,       // one of several types: an object with one field
-    Map,           // entries whose keys are texts: an object
-    Sequence,      // any number of elements: a sequence
-    FixedSequence, // an array or a span: a sequence
-    Tuple,         // a sequence
-    Complex,       // a sequence of two numbers
-    Bitset         // a text
+    Kind,          ///< A kind of the contract, as it is
+    Integer,       ///< Another integer type, as the kind of its size and sign
+    Date,          ///< A client's own IDateTime
+    Object,        ///< A client's own ISerializable
+    Container,     ///< A client's own ISerializableContainer
+    Enumeration,   ///< A number, or a text if the names are listed
+    Fields,        ///< A described class or an aggregate: an object
+    Path,          ///< The name of a file: a text
+    Text,          ///< A text of another make
+    Bytes,         ///< A blob
+    Optional,      ///< A value or none
+    Pointer,       ///< One that owns: a value or none
+    Duration,      ///< A number of units
+    TimePoint,     ///< A date
+    Variant,       ///< One of several types: an object with one field
+    Map,           ///< Entries whose keys are texts: an object
+    Sequence,      ///< Any number of elements: a sequence
+    FixedSequence, ///< An array or a span: a sequence
+    Tuple,         ///< A sequence
+    Complex,       ///< A sequence of two numbers
+    Bitset         ///< A text
 };
 
-// The first that fits counts.
+/// The first that fits counts.
 template <class T>
 consteval EStorage FindStorage()
 {
@@ -66,8 +67,8 @@ consteval EStorage FindStorage()
     // clang-format on
 }
 
-// What a value is as an element of a sequence. The elements of one sequence are all the same, since binary documents
-// have it so.
+/// What a value is as an element of a sequence. The elements of one sequence are all the same, since binary documents
+/// have it so.
 enum class EElement
 {
     Bool,
@@ -89,18 +90,18 @@ enum class EElement
     Sequence
 };
 
-// How a type is stored, one specialisation for each EStorage:
-//
-//   static constexpr EElement Element                   what its values are as elements of a sequence
-//   static void Write(const T& value, const Out& out)
-//   static bool Read(T& value, const In& in)            false if nothing was found
+/// How a type is stored, one specialisation for each EStorage:
+///
+///     static constexpr EElement Element                   what its values are as elements of a sequence
+///     static void Write(const T& value, const Out& out)
+///     static bool Read(T& value, const In& in)            false if nothing was found
 template <class T, EStorage Storage = FindStorage<T>()>
 struct SStored;
 
 template <class T>
 inline constexpr bool IsStorable = false;
 
-// The one message about a type that can't be stored; its name stands in the line of the instantiation.
+/// The one message about a type that can't be stored; its name stands in the line of the instantiation.
 template <class T>
 struct SStored<T, EStorage::None>
 {
@@ -111,7 +112,7 @@ struct SStored<T, EStorage::None>
     static bool Read(T&, const auto&) { return false; }
 };
 
-// A type whose objects are made before they are filled.
+/// A type whose objects are made before they are filled.
 template <class T>
 constexpr void CheckDefault()
 {
@@ -119,7 +120,7 @@ constexpr void CheckDefault()
                   "Vellum fills new objects of this type: give it a default constructor");
 }
 
-// What owns no content can't take any.
+/// What owns no content can't take any.
 template <class T>
 constexpr void CheckOwner()
 {

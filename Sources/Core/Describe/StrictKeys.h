@@ -2,17 +2,18 @@
 
 #include "Describe/Places.h"
 
-// Strict: which keys an object may have.
+/// @file
+/// Strict: which keys an object may have.
 namespace Vellum::Describing
 {
 
-// Raises if the object has the key, so that what stands under it is of another kind than what was asked for.
+/// Raises if the object has the key, so that what stands under it is of another kind than what was asked for.
 VELLUM_API void CheckAbsence(const IDataReader& reader, const char* key, const SPlace& place);
 
-// Whether two keys are the same in a document: in XML without regard to case.
+/// Whether two keys are the same in a document: in XML without regard to case.
 VELLUM_API bool AreEqualKeys(const SPlace& place, const char* first, const char* second);
 
-// Raises for the first key of the object that `isKnown` says false to.
+/// Raises for the first key of the object that `isKnown` says false to.
 template <class Function>
 void CheckKeys(const IDataReader& reader, const SPlace& place, const Function& isKnown)
 {

@@ -10,29 +10,33 @@
 
 #include "Describe/Places.h"
 
-// Strict: the texts of JSON and XML, read for exactly what they say.
+/// @file
+/// Strict: the texts of JSON and XML, read for exactly what they say.
 namespace Vellum::Describing
 {
 
-// A decimal integer and nothing else, of a type with these limits; raises otherwise.
+/// @name ReadExactSigned, ReadExactUnsigned
+/// A decimal integer and nothing else, of a type with these limits; raises otherwise.
+/// @{
 VELLUM_API std::int64_t ReadExactSigned(const std::string& text, std::int64_t lowest, std::int64_t highest,
                                         const SPlace& place);
 VELLUM_API std::uint64_t ReadExactUnsigned(const std::string& text, std::uint64_t highest, const SPlace& place);
+/// @}
 
-// A number as JSON or C print it, infinities and not-a-number among them; raises for anything else, and for what is
-// above `highest`.
+/// A number as JSON or C print it, infinities and not-a-number among them; raises for anything else, and for what is
+/// above `highest`.
 VELLUM_API double ReadExactReal(const std::string& text, double highest, const SPlace& place);
 
-// Raises for anything but `true` and `false`.
+/// Raises for anything but `true` and `false`.
 VELLUM_API bool ReadExactBool(const std::string& text, const SPlace& place);
 
-// Raises for more than one byte.
+/// Raises for more than one byte.
 VELLUM_API void CheckCharacter(const std::string& text, const SPlace& place);
 
-// Raises if the fields are no valid date of the years 1601 to 30827.
+/// Raises if the fields are no valid date of the years 1601 to 30827.
 VELLUM_API void CheckDate(const IDateTime& date, const SPlace& place);
 
-// Raises for what is no Base64 all through.
+/// Raises for what is no Base64 all through.
 VELLUM_API void CheckBase64(const std::string& text, const SPlace& place);
 
 template <class T>
@@ -49,7 +53,7 @@ T ConvertExactly(const std::string& text, const SPlace& place)
         return static_cast<T>(ReadExactUnsigned(text, std::numeric_limits<T>::max(), place));
 }
 
-// A value of a text document. Texts are what they are, all others are taken from their text.
+/// A value of a text document. Texts are what they are, all others are taken from their text.
 template <class T, class In>
 bool ReadExactText(T& value, const In& in)
 {

@@ -5,8 +5,9 @@
 
 #include "Describe/Values.h"
 
-// Texts that are neither std::string nor std::wstring: narrow or wide text by the size of their units. Names of files
-// are UTF-8 with slashes, on every system.
+/// @file
+/// Texts that are neither std::string nor std::wstring: narrow or wide text by the size of their units. Names of files
+/// are UTF-8 with slashes, on every system.
 namespace Vellum::Describing
 {
 
@@ -65,7 +66,7 @@ struct SStored<T, EStorage::Path>
     }
 };
 
-// std::bitset: a digit for each bit, the highest first.
+/// std::bitset: a digit for each bit, the highest first.
 template <class T>
 struct SStored<T, EStorage::Bitset>
 {

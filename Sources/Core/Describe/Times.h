@@ -9,18 +9,22 @@
 
 #include "Describe/Values.h"
 
-// std::chrono: times of the system's clock as dates, durations as numbers of their own unit.
-//
-// Dates    are UTC, to the millisecond in binary documents and to the second in texts; what is finer is dropped. They
-//          reach from 1601 to the end of 30827, in texts of 9999. A time outside, or a date that the type of a time
-//          can't hold, raises CDocumentException.
+/// @file
+/// std::chrono: times of the system's clock as dates, durations as numbers of their own unit.
+///
+/// - **Dates** are UTC, to the millisecond in binary documents and to the second in texts; what is finer is dropped.
+///   They reach from 1601 to the end of 30827, in texts of 9999. A time outside, or a date that the type of a time
+///   can't hold, raises CDocumentException.
 namespace Vellum::Describing
 {
 
-// Milliseconds since 1970 to a date and back. Both raise for a place.
+/// @name MakeDate, GetMilliseconds, RaiseTimeOutOfRange
+/// Milliseconds since 1970 to a date and back. Both raise for a place.
+/// @{
 VELLUM_API CbDateTime MakeDate(std::int64_t milliseconds, const SPlace& place);
 VELLUM_API std::int64_t GetMilliseconds(const CbDateTime& date, const SPlace& place);
 [[noreturn]] VELLUM_API void RaiseTimeOutOfRange(const SPlace& place);
+/// @}
 
 template <class T>
 struct SStored<T, EStorage::Duration>
@@ -45,7 +49,7 @@ struct SStored<T, EStorage::Duration>
     }
 };
 
-// Durations of the unit of T, with 64 bits; the template is found through T, since <chrono> isn't included.
+/// Durations of the unit of T, with 64 bits; the template is found through T, since `<chrono>` isn't included.
 template <class T>
 struct SUnits;
 

@@ -10,14 +10,15 @@
 #include "Describe/Storage.h"
 #include "Describe/StrictValues.h"
 
-// The kinds of the contract, and the integers that are none of them.
-//
-// Widening  Binary documents know kinds, so that a field which has become wider since looks for the narrower kinds too,
-//           once it has found nothing under its own.
+/// @file
+/// The kinds of the contract, and the integers that are none of them.
+///
+/// - **Widening** Binary documents know kinds, so that a field which has become wider since looks for the narrower
+///   kinds too, once it has found nothing under its own.
 namespace Vellum::Describing
 {
 
-// Whether a value may stand in the document in another kind than its own. Texts of JSON and XML fit them all.
+/// Whether a value may stand in the document in another kind than its own. Texts of JSON and XML fit them all.
 inline bool HasKinds(const SPlace& place) { return !IsText(place.document->format); }
 
 template <class Narrow, class T, class In>
@@ -40,7 +41,7 @@ struct SNarrower
     }
 };
 
-// The kinds that a kind takes in beside itself, the widest first. One between narrow and wide text comes below.
+/// The kinds that a kind takes in beside itself, the widest first. One between narrow and wide text comes below.
 template <class T>
 struct SNarrowerKinds : SNarrower<>
 {
@@ -75,7 +76,7 @@ struct SNarrowerKinds<double> : SNarrower<float>
 {
 };
 
-// Between narrow text, which is taken as UTF-8, and wide text, if it comes back the same.
+/// Between narrow text, which is taken as UTF-8, and wide text, if it comes back the same.
 template <>
 struct SNarrowerKinds<std::wstring>
 {
@@ -148,7 +149,7 @@ struct SStored<T, EStorage::Kind>
     }
 };
 
-// A value that is stored as another type, to and from which it is cast.
+/// A value that is stored as another type, to and from which it is cast.
 template <class T, class As>
 struct SStoredAs
 {
@@ -175,7 +176,7 @@ struct SStored<T, EStorage::Integer> : SStoredAs<T, IntegerOf<T>>
 {
 };
 
-// Handed over through the contract as they are.
+/// Handed over through the contract as they are.
 template <class T, class Interface, EElement Kind>
 struct SStoredClient
 {

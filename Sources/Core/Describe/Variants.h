@@ -14,20 +14,21 @@
 #include "Describe/Objects.h"
 #include "Describe/Pointers.h"
 
-// One of several: std::variant, and pointers to a base class. An object with one field, whose key is the name of the
-// alternative.
+/// @file
+/// One of several: std::variant, and pointers to a base class. An object with one field, whose key is the name of the
+/// alternative.
 namespace Vellum::Describing
 {
 
-// Raises for a key that is no alternative's; the empty one is none at all.
+/// Raises for a key that is no alternative's; the empty one is none at all.
 [[noreturn]] VELLUM_API void RaiseNoAlternative(const char* key, const SPlace& place);
 
-// Raises for an object of a class that isn't listed, or a variant that has lost its value.
+/// Raises for an object of a class that isn't listed, or a variant that has lost its value.
 [[noreturn]] VELLUM_API void RaiseUnlisted(const SPlace& place);
 
 inline constexpr const char* VariantName = "variant";
 
-// What stands under the name of an alternative. Of another kind it leaves a new object.
+/// What stands under the name of an alternative. Of another kind it leaves a new object.
 template <bool IsStrict, class T>
 void ReadAlternative(T& value, IDataReader& reader, const char* key, const SPlace& place)
 {
@@ -37,7 +38,7 @@ void ReadAlternative(T& value, IDataReader& reader, const char* key, const SPlac
         CheckAbsence(reader, key, place);
 }
 
-// Calls the function with one alternative after the other until it says true; false if it never does.
+/// Calls the function with one alternative after the other until it says true; false if it never does.
 template <std::size_t... Indices, class... T, class Function>
 constexpr bool FindAlternative(const SItemList<std::index_sequence<Indices...>, T...>& alternatives,
                                const Function& function)
@@ -53,7 +54,7 @@ constexpr const char* CutNamespace(const char* name)
     return end == std::string_view::npos ? name : name + end + 2;
 }
 
-// The name of an alternative that isn't listed: of its kind, or of its class without the namespace.
+/// The name of an alternative that isn't listed: of its kind, or of its class without the namespace.
 template <class T>
 constexpr const char* GetAlternativeName()
 {
@@ -84,7 +85,7 @@ constexpr bool AreDistinct(const std::array<const char*, Count>& names)
 
 // ---- std::variant. ----
 
-// The name of one type of a variant: the one that its description lists, or its own.
+/// The name of one type of a variant: the one that its description lists, or its own.
 template <class Variant, class Alternative>
 constexpr const char* GetVariantName()
 {
@@ -172,7 +173,7 @@ struct SStored<Variant<T...>, EStorage::Variant>
 
 // ---- Pointers to a base class. ----
 
-// A class that has no description of its own would be stored as its base.
+/// A class that has no description of its own would be stored as its base.
 template <class Base, class Derived>
 consteval bool HasDescriptionOfBase()
 {
@@ -187,7 +188,7 @@ consteval bool HasDescriptionOfBase()
         return false;
 }
 
-// A null pointer is an object without a field.
+/// A null pointer is an object without a field.
 template <class Pointer>
 struct SBaseShape
 {

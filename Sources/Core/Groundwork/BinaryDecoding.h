@@ -5,16 +5,17 @@
 #include "Groundwork/BinaryEncoding.h"
 #include "Groundwork/CbArray.h"
 
-// The reverse of BinaryEncoding, written once for all streams. Each function uses the raw Read and ReadExact of the
-// stream that it is given and is bound to them at compile time if the stream's class is final.
+/// @file
+/// The reverse of BinaryEncoding, written once for all streams. Each function uses the raw Read and ReadExact of the
+/// stream that it is given and is bound to them at compile time if the stream's class is final.
 namespace BinaryDecoding
 {
 
-// Raises the CbExceptionStream of a value that isn't there.
+/// Raises the CbExceptionStream of a value that isn't there.
 [[noreturn]] VELLUM_API void RaiseMissing();
 
-// Takes a number of any of the basic types, least significant byte first. Raises what ReadExact of the stream raises,
-// and so do all functions below.
+/// Takes a number of any of the basic types, least significant byte first. Raises what ReadExact of the stream raises,
+/// and so do all functions below.
 template <class Stream, class T>
 Stream& ReadNumber(Stream& stream, T& value)
 {
@@ -26,7 +27,7 @@ Stream& ReadNumber(Stream& stream, T& value)
     return stream;
 }
 
-// Takes a bool: any byte but 0 is true. A byte that is no bool's is never looked at as one.
+/// Takes a bool: any byte but 0 is true. A byte that is no bool's is never looked at as one.
 template <class Stream>
 Stream& ReadNumber(Stream& stream, bool& value)
 {
@@ -36,7 +37,9 @@ Stream& ReadNumber(Stream& stream, bool& value)
     return stream;
 }
 
-// Gives a text or an array the size, in elements. Both return where the elements lie now.
+/// @name Resize
+/// Gives a text or an array the size, in elements. Both return where the elements lie now.
+/// @{
 template <class Char>
 Char* Resize(std::basic_string<Char>& text, std::size_t size)
 {
@@ -48,16 +51,17 @@ inline unsigned char* Resize(CbArray<unsigned char>& bytes, std::size_t size)
     bytes.SetSize(size);
     return bytes.GetData();
 }
+/// @}
 
-// Reads up to `count` units into as many elements and returns how many there were.
+/// Reads up to `count` units into as many elements and returns how many there were.
 template <class Stream, class Char>
 std::size_t ReadUnits(Stream& stream, Char* elements, std::size_t count)
 {
     return static_cast<std::size_t>(std::min<std::uint64_t>(stream.Read(elements, count), count));
 }
 
-// Wide elements are filled in place, front to back: the units are read into the last bytes of the memory, so that no
-// element is written over a unit that is still to be taken.
+/// Wide elements are filled in place, front to back: the units are read into the last bytes of the memory, so that no
+/// element is written over a unit that is still to be taken.
 template <class Stream>
 std::size_t ReadUnits(Stream& stream, wchar_t* elements, std::size_t count)
 {
@@ -69,8 +73,8 @@ std::size_t ReadUnits(Stream& stream, wchar_t* elements, std::size_t count)
     return arrived;
 }
 
-// Replaces the content of a text or array by the next `count` units, or by as many as there are, and returns their
-// number. Memory is obtained for what has arrived, and for as much again or 64 Ki units.
+/// Replaces the content of a text or array by the next `count` units, or by as many as there are, and returns their
+/// number. Memory is obtained for what has arrived, and for as much again or 64 Ki units.
 template <class Stream, class Content>
 std::uint64_t ReadGrowing(Stream& stream, Content& content, std::uint64_t count)
 {
@@ -92,7 +96,7 @@ std::uint64_t ReadGrowing(Stream& stream, Content& content, std::uint64_t count)
     return arrived;
 }
 
-// Takes a narrow text: its length in bytes, 32 bits, and the bytes. Raises RaiseMissing's if there are fewer.
+/// Takes a narrow text: its length in bytes, 32 bits, and the bytes. Raises RaiseMissing's if there are fewer.
 template <class Stream>
 Stream& ReadText(Stream& stream, std::string& text)
 {
@@ -103,8 +107,8 @@ Stream& ReadText(Stream& stream, std::string& text)
     return stream;
 }
 
-// Takes the length of a wide text, in units, whose first byte is `first`: it is in the narrowest form that isn't filled
-// with ones.
+/// Takes the length of a wide text, in units, whose first byte is `first`: it is in the narrowest form that isn't
+/// filled with ones.
 template <class Stream>
 std::uint64_t ReadWideLength(Stream& stream, std::uint8_t first)
 {
@@ -123,8 +127,8 @@ std::uint64_t ReadWideLength(Stream& stream, std::uint8_t first)
     return length;
 }
 
-// Takes a wide text, one UTF-16 unit to each element. Raises RaiseMissing's if its mark isn't there, or if there are
-// fewer units than its length says.
+/// Takes a wide text, one UTF-16 unit to each element. Raises RaiseMissing's if its mark isn't there, or if there are
+/// fewer units than its length says.
 template <class Stream>
 Stream& ReadText(Stream& stream, std::wstring& text)
 {

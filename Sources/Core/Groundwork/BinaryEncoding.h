@@ -12,16 +12,17 @@
 
 #include "../Platform/Export.h"
 
-// The encoding whose grammar CbStreamWriteBinary.h shows, written once for all streams. Each function uses the raw
-// Write of the stream that it is given and is bound to it at compile time if the stream's class is final.
+/// @file
+/// The encoding whose grammar CbStreamWriteBinary.h shows, written once for all streams. Each function uses the raw
+/// Write of the stream that it is given and is bound to it at compile time if the stream's class is final.
 namespace BinaryEncoding
 {
 
-// The bytes of a T in memory.
+/// The bytes of a T in memory.
 template <class T>
 using Image = std::array<unsigned char, sizeof(T)>;
 
-// The bytes of a number as they are stored, least significant first.
+/// The bytes of a number as they are stored, least significant first.
 template <class T>
 Image<T> ToImage(T value) noexcept
 {
@@ -31,8 +32,8 @@ Image<T> ToImage(T value) noexcept
     return image;
 }
 
-// Writes a number or bool of any of the basic types. Raises what Write of the stream raises, and so do all functions
-// below.
+/// Writes a number or bool of any of the basic types. Raises what Write of the stream raises, and so do all functions
+/// below.
 template <class Stream, class T>
 Stream& WriteNumber(Stream& stream, T value)
 {
@@ -41,11 +42,11 @@ Stream& WriteNumber(Stream& stream, T value)
     return stream;
 }
 
-// Raises the CbExceptionStream of a narrow text whose length has no encoding, "CbStreamWriteBinary::Write".
+/// Raises the CbExceptionStream of a narrow text whose length has no encoding, "CbStreamWriteBinary::Write".
 [[noreturn]] VELLUM_API void RaiseTextTooLong();
 
-// Writes a zero-terminated narrow text: its length in bytes, 32 bits, and the bytes without the NUL. Raises
-// RaiseTextTooLong's for 4 GiB and more.
+/// Writes a zero-terminated narrow text: its length in bytes, 32 bits, and the bytes without the NUL. Raises
+/// RaiseTextTooLong's for 4 GiB and more.
 template <class Stream>
 Stream& WriteText(Stream& stream, const char* text)
 {
@@ -57,7 +58,7 @@ Stream& WriteText(Stream& stream, const char* text)
     return stream;
 }
 
-// Writes the length of a wide text, in units, in the shortest form that holds it.
+/// Writes the length of a wide text, in units, in the shortest form that holds it.
 template <class Stream>
 void WriteWideLength(Stream& stream, std::uint64_t length)
 {
@@ -82,10 +83,10 @@ void WriteWideLength(Stream& stream, std::uint64_t length)
     WriteNumber(stream, length);
 }
 
-// Whether an element of wide text stands for two UTF-16 units.
+/// Whether an element of wide text stands for two UTF-16 units.
 constexpr bool NeedsPair(std::uint32_t codePoint) { return codePoint > 0xFFFF && codePoint <= 0x10FFFF; }
 
-// How many UTF-16 units the elements of a text become.
+/// How many UTF-16 units the elements of a text become.
 inline std::uint64_t CountUnits(std::wstring_view text)
 {
     const auto pairs = std::count_if(text.begin(), text.end(),
@@ -93,7 +94,7 @@ inline std::uint64_t CountUnits(std::wstring_view text)
     return std::uint64_t{text.size()} + static_cast<std::uint64_t>(pairs);
 }
 
-// Writes the UTF-16 units of a text. An element beyond U+10FFFF becomes U+FFFD.
+/// Writes the UTF-16 units of a text. An element beyond U+10FFFF becomes U+FFFD.
 template <class Stream>
 void WriteUnits(Stream& stream, std::wstring_view text)
 {
@@ -124,7 +125,7 @@ void WriteUnits(Stream& stream, std::wstring_view text)
         stream.Write(chunk.data(), used);
 }
 
-// Writes a zero-terminated wide text: its mark, its length in units, and the units without the NUL.
+/// Writes a zero-terminated wide text: its mark, its length in units, and the units without the NUL.
 template <class Stream>
 Stream& WriteText(Stream& stream, const wchar_t* text)
 {

@@ -10,29 +10,29 @@
 #include <type_traits>
 #include <utility>
 
-// CbArray: growable array with 32-bit sizes, in one zero-filled block of memory.
-//
-// Growth   Add and Append double the capacity, from 0 to 1, 2, 4, 8 ..., or add `growBy` elements to it when that isn't
-//          0. SetSize and Reserve give exactly what they are asked for. The capacity never shrinks.
-// Memory   The array owns its elements and frees them front to back. Pointers into it are good until it grows. What
-//          lies between size and capacity is never constructed: zero bytes in a new block, and what the last element
-//          there left behind after SetSize has made the array smaller.
-// Errors   std::bad_array_new_length for a size or capacity beyond 32 bits, otherwise std::bad_alloc; elements may
-//          raise their own. An operation that raises leaves the array as it was, unless moving an element raised.
-// Threads  An array belongs to one thread at a time.
-//
-// Arguments may refer to elements of the array itself.
+/// CbArray: growable array with 32-bit sizes, in one zero-filled block of memory.
+///
+/// - **Growth** Add and Append double the capacity, from 0 to 1, 2, 4, 8 ..., or add `growBy` elements to it when that
+///   isn't 0. SetSize and Reserve give exactly what they are asked for. The capacity never shrinks.
+/// - **Memory** The array owns its elements and frees them front to back. Pointers into it are good until it grows.
+///   What lies between size and capacity is never constructed: zero bytes in a new block, and what the last element
+///   there left behind after SetSize has made the array smaller.
+/// - **Errors** std::bad_array_new_length for a size or capacity beyond 32 bits, otherwise std::bad_alloc; elements may
+///   raise their own. An operation that raises leaves the array as it was, unless moving an element raised.
+/// - **Threads** An array belongs to one thread at a time.
+///
+/// Arguments may refer to elements of the array itself.
 template <class T>
 class CbArray
 {
 public:
-    // Empty; obtains no memory.
+    /// Empty; obtains no memory.
     CbArray() noexcept = default;
 
-    // `count` new elements, as SetSize makes them.
+    /// `count` new elements, as SetSize makes them.
     explicit CbArray(std::uint64_t count) { SetSize(count); }
 
-    // The copy's capacity is the other array's size.
+    /// The copy's capacity is the other array's size.
     CbArray(const CbArray& other) : CbArray() // made by then: what is obtained below is freed if an element raises
     {
         growBy = other.growBy;
@@ -40,17 +40,17 @@ public:
         Append(other.data, other.size);
     }
 
-    // The other array is empty afterwards and has no memory.
+    /// The other array is empty afterwards and has no memory.
     CbArray(CbArray&& other) noexcept { swap(other); }
 
-    // Becomes a copy, made before the old elements go.
+    /// Becomes a copy, made before the old elements go.
     CbArray& operator=(const CbArray& other)
     {
         CbArray(other).swap(*this);
         return *this;
     }
 
-    // The other array is empty afterwards and has no memory.
+    /// The other array is empty afterwards and has no memory.
     CbArray& operator=(CbArray&& other) noexcept
     {
         CbArray(std::move(other)).swap(*this);
@@ -67,30 +67,42 @@ public:
         SRelease()(std::exchange(data, nullptr));
     }
 
-    // The first element; null when the array has never held memory.
+    /// @name GetData
+    /// The first element; null when the array has never held memory.
+    /// @{
     T* GetData() noexcept { return data; }
     const T* GetData() const noexcept { return data; }
+    /// @}
 
-    // One past the last element; null when the array is empty.
+    /// @name GetEnd
+    /// One past the last element; null when the array is empty.
+    /// @{
     T* GetEnd() noexcept { return dataEnd; }
     const T* GetEnd() const noexcept { return dataEnd; }
+    /// @}
 
-    // How many elements there are.
+    /// How many elements there are.
     std::uint32_t GetSize() const noexcept { return size; }
 
-    // How many elements the array can hold before it obtains memory.
+    /// How many elements the array can hold before it obtains memory.
     std::uint32_t GetCapacity() const noexcept { return capacity; }
 
-    // The element at an index below GetSize, which isn't tested.
+    /// @name operator[]
+    /// The element at an index below GetSize, which isn't tested.
+    /// @{
     T& operator[](std::size_t index) noexcept { return data[index]; }
     const T& operator[](std::size_t index) const noexcept { return data[index]; }
+    /// @}
 
-    // Appends one element and returns it where it lies now: good until the array grows.
+    /// @name Add
+    /// Appends one element and returns it where it lies now: good until the array grows.
+    /// @{
     T& Add(const T& element) { return add(element); }
     T& Add(T&& element) { return add(std::move(element)); }
+    /// @}
 
-    // Appends copies of `count` elements. The capacity becomes what it would be if they were added one by one. With a
-    // count of 0, `elements` may be null.
+    /// Appends copies of `count` elements. The capacity becomes what it would be if they were added one by one. With a
+    /// count of 0, `elements` may be null.
     void Append(const T* elements, std::uint64_t count)
     {
         if (count > capacity - size) [[unlikely]]
@@ -100,8 +112,8 @@ public:
         setSize(size + static_cast<std::uint32_t>(count));
     }
 
-    // Elements beyond the new size are destroyed, front to back. New ones are empty texts, arrays and so on; numbers
-    // and other plain data are left as the memory holds them: 0 where the array has just grown.
+    /// Elements beyond the new size are destroyed, front to back. New ones are empty texts, arrays and so on; numbers
+    /// and other plain data are left as the memory holds them: 0 where the array has just grown.
     void SetSize(std::uint64_t newSize)
     {
         const auto construct = [&](T* to) { constructElements(to, static_cast<std::size_t>(newSize - size)); };
@@ -114,15 +126,15 @@ public:
         setSize(static_cast<std::uint32_t>(newSize));
     }
 
-    // Makes the capacity at least `newCapacity`, and exactly that if the array has to grow.
+    /// Makes the capacity at least `newCapacity`, and exactly that if the array has to grow.
     void Reserve(std::uint64_t newCapacity)
     {
         if (newCapacity > capacity)
             grow(newCapacity, 0, [](T*) {});
     }
 
-    // The capacity that Add and Append give the array when it has to hold `neededSize` elements, fewer than 2^33. A
-    // result beyond 32 bits is what they refuse.
+    /// The capacity that Add and Append give the array when it has to hold `neededSize` elements, fewer than 2^33. A
+    /// result beyond 32 bits is what they refuse.
     std::uint64_t GetGrownCapacity(std::uint64_t neededSize) const noexcept
     {
         std::uint64_t grown = capacity;
@@ -133,10 +145,10 @@ public:
         return grown;
     }
 
-    // How many elements Add and Append add to the capacity at a time; 0, as in a new array, doubles it.
+    /// How many elements Add and Append add to the capacity at a time; 0, as in a new array, doubles it.
     void SetGrowBy(std::uint32_t count) noexcept { growBy = count; }
 
-    // Exchanges the contents and what SetGrowBy has set. Elements stay where they are.
+    /// Exchanges the contents and what SetGrowBy has set. Elements stay where they are.
     void swap(CbArray& other) noexcept
     {
         std::swap(data, other.data);
@@ -146,11 +158,14 @@ public:
         std::swap(growBy, other.growBy);
     }
 
-    // For `for (T& element : array)` and standard algorithms.
+    /// @name begin, end
+    /// For `for (T& element : array)` and standard algorithms.
+    /// @{
     T* begin() noexcept { return data; }
     const T* begin() const noexcept { return data; }
     T* end() noexcept { return data + size; }
     const T* end() const noexcept { return data + size; }
+    /// @}
 
 private:
     // Frees memory; the elements in it are gone by then.

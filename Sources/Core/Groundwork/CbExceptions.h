@@ -2,14 +2,15 @@
 
 #include "Groundwork/CbExceptionBase.h"
 
-// The exceptions of the foundation classes. Each is logged where it is raised, once, by its constructor. Copies are not
-// logged. The sentence of the log is that of what() too.
+/// @file
+/// The exceptions of the foundation classes. Each is logged where it is raised, once, by its constructor. Copies are
+/// not logged. The sentence of the log is that of what() too.
 
-// A value that can't be converted: CbDateTime. Logged as "Exception on data conversion".
+/// A value that can't be converted: CbDateTime. Logged as "Exception on data conversion".
 class VELLUM_API CbExceptionConversion : public CbExceptionBase<CbExceptionConversion>
 {
 public:
-    // Source file, line and fully qualified name of the raising function. The texts are copied.
+    /// Source file, line and fully qualified name of the raising function. The texts are copied.
     CbExceptionConversion(const char* file, unsigned int line, const char* function);
 
     CbExceptionConversion(const CbExceptionConversion& other) noexcept;
@@ -17,11 +18,11 @@ public:
     ~CbExceptionConversion() override;
 };
 
-// Nodes of a table that can't be had, or a table that may not change its pool. Logged as "Out of memory".
+/// Nodes of a table that can't be had, or a table that may not change its pool. Logged as "Out of memory".
 class VELLUM_API CbExceptionContainer : public CbExceptionBase<CbExceptionContainer>
 {
 public:
-    // Source file, line and fully qualified name of the raising function. The texts are copied.
+    /// Source file, line and fully qualified name of the raising function. The texts are copied.
     CbExceptionContainer(const char* file, unsigned int line, const char* function);
 
     CbExceptionContainer(const CbExceptionContainer& other) noexcept;
@@ -29,11 +30,11 @@ public:
     ~CbExceptionContainer() override;
 };
 
-// A stored version that is newer than this library. Logged as "Wrong file version on stream".
+/// A stored version that is newer than this library. Logged as "Wrong file version on stream".
 class VELLUM_API CbExceptionWrongFileVersion : public CbExceptionBase<CbExceptionWrongFileVersion>
 {
 public:
-    // Source file, line and fully qualified name of the raising function. The texts are copied.
+    /// Source file, line and fully qualified name of the raising function. The texts are copied.
     CbExceptionWrongFileVersion(const char* file, unsigned int line, const char* function);
 
     CbExceptionWrongFileVersion(const CbExceptionWrongFileVersion& other) noexcept;
@@ -41,12 +42,12 @@ public:
     ~CbExceptionWrongFileVersion() override;
 };
 
-// A stream that has run out of bytes, holds none of what was asked for, or failed. Logged as
-// "Exception on stream access".
+/// A stream that has run out of bytes, holds none of what was asked for, or failed. Logged as "Exception on stream
+/// access".
 class VELLUM_API CbExceptionStream : public CbExceptionBase<CbExceptionStream>
 {
 public:
-    // Source file, line and fully qualified name of the raising function. The texts are copied.
+    /// Source file, line and fully qualified name of the raising function. The texts are copied.
     CbExceptionStream(const char* file, unsigned int line, const char* function);
 
     CbExceptionStream(const CbExceptionStream& other) noexcept;

@@ -6,24 +6,25 @@
 #include <cstdint>
 #include <cstring>
 
-// CbKeyedHash: a hash that keys can't be chosen against, since it hangs on a secret: SipHash of Aumasson and Bernstein,
-// with one round for each eight bytes and three at the end. Nothing that is stored or handed out may depend on it.
-//
-// Threads  Objects are never changed; any number of threads may use one.
+/// CbKeyedHash: a hash that keys can't be chosen against, since it hangs on a secret: SipHash of Aumasson and
+/// Bernstein, with one round for each eight bytes and three at the end. Nothing that is stored or handed out may depend
+/// on it.
+///
+/// - **Threads** Objects are never changed; any number of threads may use one.
 class CbKeyedHash
 {
 public:
-    // Draws a secret from the clock and from where things lie in memory.
+    /// Draws a secret from the clock and from where things lie in memory.
     CbKeyedHash() noexcept
         : CbKeyedHash(static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count()),
                       reinterpret_cast<std::uintptr_t>(this))
     {
     }
 
-    // A secret of the caller's choice.
+    /// A secret of the caller's choice.
     CbKeyedHash(std::uint64_t one, std::uint64_t other) noexcept : first(one), second(other) {}
 
-    // The hash of that many bytes.
+    /// The hash of that many bytes.
     std::uint64_t operator()(const void* data, std::size_t size) const noexcept
     {
         SState state{first ^ 0x736F6D6570736575u, second ^ 0x646F72616E646F6Du, first ^ 0x6C7967656E657261u,

@@ -14,30 +14,30 @@
 #include "Groundwork/CbMapPolicyPlexManager.h"
 #include "Groundwork/CbMapTypes.h"
 
-// CbMapEx: hash table whose order of iteration is part of its contract.
-//
-// Order    is decided by the sequence of insertions and the hashes of the keys, never by addresses or by the
-//          platform. Binary documents are emitted in it: whoever changes a hash, the growth or the chaining changes
-//          the bytes of stored documents. It is buckets upwards and, within a bucket, the newest node first; when the
-//          table doubles its buckets, nodes that stay together change places.
-// Keys     are `unsigned int`, std::string or ATL::CStringT<char>. Hash and Equal only name the table; the functions
-//          are those of CbMapTypes::SKeyTraits.
-// Memory   Nodes come from a CbPlexManager and never move: a pointer from Find or FindOrInsert is good for the life of
-//          the table. There is no erase. A new table has allocated nothing, and a table of few nodes has no array of
-//          buckets: its ordered list is walked instead, which gives the same order.
-// Time     A table in which keys are found by longer walks than chance makes them, here and there or on the whole, is
-//          given an index. That takes keys that somebody has chosen, and they gain nothing. The list of all nodes is
-//          put together when somebody asks for its first one, once after any number of insertions; that takes a look at
-//          each bucket.
-// Errors   CbExceptionContainer when a block of nodes can't be had, std::bad_alloc when the buckets can't. A table
-//          that couldn't double its buckets has the new node and stays in use; any other failed insertion changes
-//          nothing.
-// Threads  A table belongs to one thread at a time; tables that share a pool belong to one thread together.
-//
-// Between operations:
-//  1. From GetFirst, `next` visits every node once: buckets upwards, each chain head to tail.
-//  2. A node lies in the chain of bucket `hash & mask`. New nodes go to the head; a rehash turns chains round.
-//  3. count * 4 < bucketCount * 3, but for a table that couldn't double.
+/// CbMapEx: hash table whose order of iteration is part of its contract.
+///
+/// - **Order** is decided by the sequence of insertions and the hashes of the keys, never by addresses or by the
+///   platform. Binary documents are emitted in it: whoever changes a hash, the growth or the chaining changes the bytes
+///   of stored documents. It is buckets upwards and, within a bucket, the newest node first; when the table doubles its
+///   buckets, nodes that stay together change places.
+/// - **Keys** are `unsigned int`, std::string or `ATL::CStringT<char>`. Hash and Equal only name the table; the
+///   functions are those of CbMapTypes::SKeyTraits.
+/// - **Memory** Nodes come from a CbPlexManager and never move: a pointer from Find or FindOrInsert is good for the
+///   life of the table. There is no erase. A new table has allocated nothing, and a table of few nodes has no array of
+///   buckets: its ordered list is walked instead, which gives the same order.
+/// - **Time** A table in which keys are found by longer walks than chance makes them, here and there or on the whole,
+///   is given an index. That takes keys that somebody has chosen, and they gain nothing. The list of all nodes is put
+///   together when somebody asks for its first one, once after any number of insertions; that takes a look at each
+///   bucket.
+/// - **Errors** CbExceptionContainer when a block of nodes can't be had, std::bad_alloc when the buckets can't. A table
+///   that couldn't double its buckets has the new node and stays in use; any other failed insertion changes nothing.
+/// - **Threads** A table belongs to one thread at a time; tables that share a pool belong to one thread together.
+///
+/// Between operations:
+///
+/// 1. From GetFirst, `next` visits every node once: buckets upwards, each chain head to tail.
+/// 2. A node lies in the chain of bucket `hash & mask`. New nodes go to the head; a rehash turns chains round.
+/// 3. count * 4 < bucketCount * 3, but for a table that couldn't double.
 template <class Key, class Value, int Reserved = 0, class Hash = std::hash<Key>, class Equal = std::equal_to<Key>,
           template <class, class, int, int, class> class Policy = CbMapPolicyInline>
 class CbMapEx : public Policy<CbMapEx<Key, Value, Reserved, Hash, Equal, Policy>, CbMapTypes::SAssociation<Key, Value>,
@@ -48,36 +48,36 @@ class CbMapEx : public Policy<CbMapEx<Key, Value, Reserved, Hash, Equal, Policy>
     using Index = CbMapIndex<Traits, CbMapTypes::SAssociation<Key, Value>>;
 
 public:
-    // A node: key, value and the way to the next. Owned by the table.
+    /// A node: key, value and the way to the next. Owned by the table.
     using SAssociation = CbMapTypes::SAssociation<Key, Value>;
 
-    // The form in which keys are looked up: a number, or a view of a text.
+    /// The form in which keys are looked up: a number, or a view of a text.
     using KeyView = typename Traits::View;
 
-    // How many buckets a table has from the start if it isn't told.
+    /// How many buckets a table has from the start if it isn't told.
     static constexpr std::uint32_t DefaultBucketCount = 128;
 
-    // An empty table. The number of buckets is rounded down to a power of two. What a policy needs of its own comes
-    // behind it.
+    /// An empty table. The number of buckets is rounded down to a power of two. What a policy needs of its own comes
+    /// behind it.
     template <class... PolicyArguments>
     explicit CbMapEx(std::uint32_t initialBucketCount = DefaultBucketCount, PolicyArguments&&... arguments)
         : Base(std::forward<PolicyArguments>(arguments)...), bucketCount(RoundDown(initialBucketCount))
     {
     }
 
-    // Destroys keys and values. Their memory is the pool's.
+    /// Destroys keys and values. Their memory is the pool's.
     ~CbMapEx() { destroyNodes(); }
 
     CbMapEx(const CbMapEx&) = delete;
     CbMapEx& operator=(const CbMapEx&) = delete;
 
-    // How many nodes there are.
+    /// How many nodes there are.
     std::uint32_t GetCount() const { return count; }
 
-    // A power of two. There are fewer than three quarters as many nodes, unless the table couldn't double.
+    /// A power of two. There are fewer than three quarters as many nodes, unless the table couldn't double.
     std::uint32_t GetBucketCount() const { return bucketCount; }
 
-    // The first node in the order of iteration, null in an empty table. The others follow along `next`.
+    /// The first node in the order of iteration, null in an empty table. The others follow along `next`.
     SAssociation* GetFirst() const
     {
         if (!isLinked)
@@ -85,19 +85,19 @@ public:
         return first;
     }
 
-    // The node of a key, or null when the key isn't there. Text keys may also be given as const char*, up to the first
-    // NUL.
+    /// The node of a key, or null when the key isn't there. Text keys may also be given as const char*, up to the first
+    /// NUL.
     SAssociation* Find(const KeyView& key) const
     {
         std::uint32_t steps = 0;
         return count == 0 ? nullptr : find(key, Traits::Hash(key), steps);
     }
 
-    // Like Find, but inserts a missing key with a default-constructed value. A value found stays as it is.
+    /// Like Find, but inserts a missing key with a default-constructed value. A value found stays as it is.
     SAssociation* FindOrInsert(const KeyView& key) { return FindOrEmplace(key).first; }
 
-    // Like FindOrInsert, but a missing key's value is constructed from the arguments. The truth value tells whether the
-    // node is new.
+    /// Like FindOrInsert, but a missing key's value is constructed from the arguments. The truth value tells whether
+    /// the node is new.
     template <class... Arguments>
     std::pair<SAssociation*, bool> FindOrEmplace(const KeyView& key, Arguments&&... arguments)
     {
@@ -121,8 +121,8 @@ public:
         return {node, true};
     }
 
-    // Empties a table whose nodes go back to their pool. It is then as a new one with DefaultBucketCount buckets.
-    void Clear() noexcept requires Base::RecyclesNodes
+    /// Empties a table whose nodes go back to their pool. It is then as a new one with DefaultBucketCount buckets.
+    void Clear() noexcept requires(Base::RecyclesNodes)
     {
         destroyNodes();
         index.reset();

@@ -6,20 +6,20 @@
 
 #include "Groundwork/CbKeyedHash.h"
 
-// CbMapIndex: finds the nodes of a CbMapEx whose keys were chosen to share buckets. It is a second hash table over the
-// same nodes, without an order of its own, and its hash is drawn anew for each index.
-//
-// Memory   Two to four slots of two words for each node. The nodes stay the table's.
-// Errors   std::bad_alloc, from the constructor and from Reserve; what was there before stays in use.
-// Threads  Those of the table.
+/// CbMapIndex: finds the nodes of a CbMapEx whose keys were chosen to share buckets. It is a second hash table over the
+/// same nodes, without an order of its own, and its hash is drawn anew for each index.
+///
+/// - **Memory** Two to four slots of two words for each node. The nodes stay the table's.
+/// - **Errors** std::bad_alloc, from the constructor and from Reserve; what was there before stays in use.
+/// - **Threads** Those of the table.
 template <class Traits, class Association>
 class CbMapIndex
 {
 public:
-    // An empty index with room for `count` nodes.
+    /// An empty index with room for `count` nodes.
     explicit CbMapIndex(std::uint32_t count) : slots(getSlotCount(count)) {}
 
-    // Makes room for `count` nodes in all.
+    /// Makes room for `count` nodes in all.
     void Reserve(std::uint32_t count)
     {
         if (getSlotCount(count) <= slots.size())
@@ -31,10 +31,10 @@ public:
                 enter(slot);
     }
 
-    // Adds a node whose key isn't there yet. There must be room for it.
+    /// Adds a node whose key isn't there yet. There must be room for it.
     void Enter(Association& node) noexcept { enter({hashOf(node.key), &node}); }
 
-    // The node of a key, whose hash in the table is `hash`; null when it isn't there.
+    /// The node of a key, whose hash in the table is `hash`; null when it isn't there.
     Association* Find(const typename Traits::View& key, std::uint64_t hash) const
     {
         const std::uint64_t own = hashOf(key);

@@ -7,50 +7,51 @@
 
 #include "Groundwork/CbPlexManager.h"
 
-// How a table comes to the pool that its nodes are drawn from. A table derives from one of these policies, which have
-// the table, its nodes and the type that counts them as arguments:
-//
-//   CbMapPolicyInline        a pool of its own, which dies with it
-//   CbMapPolicyPlexManager   a pool shared by many tables, which dies with the last of its owners
-//   CbMapPolicyBorrowed      a pool that somebody else keeps alive; the table's nodes go back to it
+/// @file
+/// How a table comes to the pool that its nodes are drawn from. A table derives from one of these policies, which have
+/// the table, its nodes and the type that counts them as arguments:
+///
+/// - CbMapPolicyInline: a pool of its own, which dies with it
+/// - CbMapPolicyPlexManager: a pool shared by many tables, which dies with the last of its owners
+/// - CbMapPolicyBorrowed: a pool that somebody else keeps alive; the table's nodes go back to it
 
-// Raises CbExceptionContainer, with that function name, for a table that may not change its pool any more.
+/// Raises CbExceptionContainer, with that function name, for a table that may not change its pool any more.
 [[noreturn]] VELLUM_API void CbRaisePoolInUse(const char* functionName);
 
-// CbMapPolicyInline: a table has a pool of its own, which dies with it.
+/// CbMapPolicyInline: a table has a pool of its own, which dies with it.
 template <class Map, class Element, int, int, class Size>
 class CbMapPolicyInline
 {
 protected:
-    // Where the nodes come from.
+    /// Where the nodes come from.
     using Pool = CbPlexManager<Element, 0, Size>;
 
-    // Nodes aren't given back one by one: the pool dies with the table.
+    /// Nodes aren't given back one by one: the pool dies with the table.
     static constexpr bool RecyclesNodes = false;
 
-    // The number of nodes in the pool's first block.
+    /// The number of nodes in the pool's first block.
     explicit CbMapPolicyInline(Size firstBlockSize = 128) : pool(firstBlockSize) {}
 
-    // The table's pool. It lives as long as the table.
+    /// The table's pool. It lives as long as the table.
     Pool& getPool() { return pool; }
 
 private:
     Pool pool;
 };
 
-// CbMapPolicyPlexManager: a table shares a pool with others, and starts with a fresh one of its own. The pool keeps the
-// memory of destroyed tables until it dies, with the last handle.
-//
-// Threads  All tables of one pool belong to one thread together; only the handle's count is atomic.
+/// CbMapPolicyPlexManager: a table shares a pool with others, and starts with a fresh one of its own. The pool keeps
+/// the memory of destroyed tables until it dies, with the last handle.
+///
+/// - **Threads** All tables of one pool belong to one thread together; only the handle's count is atomic.
 template <class Map, class Element, int, int, class Size>
 class CbMapPolicyPlexManager
 {
 public:
-    // What tables share.
+    /// What tables share.
     using Pool = CbPlexManager<Element, 0, Size>;
 
-    // Replaces the pool of a table that is still empty. Otherwise CbExceptionContainer with the full name of this
-    // operation, template arguments included, and the table keeps its pool. The handle must not be null.
+    /// Replaces the pool of a table that is still empty. Otherwise CbExceptionContainer with the full name of this
+    /// operation, template arguments included, and the table keeps its pool. The handle must not be null.
     void SetPlexManager(std::shared_ptr<Pool> handle)
     {
         if (static_cast<const Map&>(*this).GetCount() != 0)
@@ -59,10 +60,10 @@ public:
     }
 
 protected:
-    // Nodes aren't given back one by one: the pool keeps their memory until it dies.
+    /// Nodes aren't given back one by one: the pool keeps their memory until it dies.
     static constexpr bool RecyclesNodes = false;
 
-    // The pool that the table draws on, made now if it has none.
+    /// The pool that the table draws on, made now if it has none.
     Pool& getPool()
     {
         if (!pool)
@@ -84,23 +85,23 @@ private:
     std::shared_ptr<Pool> pool; // null stands for the fresh pool until somebody draws on it
 };
 
-// CbMapPolicyBorrowed: a table draws on a pool that somebody else keeps alive.
-//
-// Threads  All tables of one pool belong to one thread together.
+/// CbMapPolicyBorrowed: a table draws on a pool that somebody else keeps alive.
+///
+/// - **Threads** All tables of one pool belong to one thread together.
 template <class Map, class Element, int, int, class Size>
 class CbMapPolicyBorrowed
 {
 protected:
-    // What the table borrows.
+    /// What the table borrows.
     using Pool = CbPlexManager<Element, 0, Size>;
 
-    // The table's nodes go back to the pool, for other tables to use.
+    /// The table's nodes go back to the pool, for other tables to use.
     static constexpr bool RecyclesNodes = true;
 
-    // The pool must outlive the table.
+    /// The pool must outlive the table.
     explicit CbMapPolicyBorrowed(Pool& borrowed) : pool(&borrowed) {}
 
-    // The pool that was given.
+    /// The pool that was given.
     Pool& getPool() { return *pool; }
 
 private:

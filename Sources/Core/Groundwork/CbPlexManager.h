@@ -9,35 +9,35 @@
 
 #include "Groundwork/CbTypeName.h"
 
-// Raises CbExceptionContainer, with that function name, for a block of elements that can't be had.
+/// Raises CbExceptionContainer, with that function name, for a block of elements that can't be had.
 [[noreturn]] VELLUM_API void CbRaiseOutOfElements(const char* functionName);
 
-// CbPlexManager: a pool of fixed-size elements, obtained in blocks of growing size. It constructs and destroys no
-// element; that is the task of the table that draws on it.
-//
-// Blocks   hold 128, 192, 288, 432, 648, 972, 1458, 2187, 3280 elements and so on: from the first size on, as often as
-//          there are blocks already, times 1.5 in single precision and truncated. One block's storage never exceeds
-//          0xFFFFFFFF bytes; a larger one is cut into several. A new pool has allocated nothing.
-//          Elements are aligned to 8 bytes at least.
-// Order    Within a block the last element is handed out first. Nothing depends on that, nor on addresses.
-// Errors   CbExceptionContainer with the full name of getFreeElement when a block can't be had. The block stays
-//          counted, so that the next attempt asks for the next size.
-// Memory   Given back as a whole by the destructor, newest block first.
-// Threads  A pool, and all tables that draw on it, belong to one thread at a time.
+/// CbPlexManager: a pool of fixed-size elements, obtained in blocks of growing size. It constructs and destroys no
+/// element; that is the task of the table that draws on it.
+///
+/// - **Blocks** hold 128, 192, 288, 432, 648, 972, 1458, 2187, 3280 elements and so on: from the first size on, as
+///   often as there are blocks already, times 1.5 in single precision and truncated. One block's storage never exceeds
+///   0xFFFFFFFF bytes; a larger one is cut into several. A new pool has allocated nothing. Elements are aligned to 8
+///   bytes at least.
+/// - **Order** Within a block the last element is handed out first. Nothing depends on that, nor on addresses.
+/// - **Errors** CbExceptionContainer with the full name of getFreeElement when a block can't be had. The block stays
+///   counted, so that the next attempt asks for the next size.
+/// - **Memory** Given back as a whole by the destructor, newest block first.
+/// - **Threads** A pool, and all tables that draw on it, belong to one thread at a time.
 template <class Element, int Reserved = 0, class Size = unsigned int>
 class CbPlexManager
 {
 public:
-    // The number of elements in the first block.
+    /// The number of elements in the first block.
     explicit CbPlexManager(Size firstSize = 128) noexcept : firstBlockSize(firstSize) {}
 
-    // Frees all blocks. Elements that live in them are not destroyed.
+    /// Frees all blocks. Elements that live in them are not destroyed.
     ~CbPlexManager() { freeBlocks(nullptr); }
 
     CbPlexManager(const CbPlexManager&) = delete;
     CbPlexManager& operator=(const CbPlexManager&) = delete;
 
-    // Uninitialised storage for one element, good for the life of the pool. Raises CbExceptionContainer.
+    /// Uninitialised storage for one element, good for the life of the pool. Raises CbExceptionContainer.
     Element* getFreeElement()
     {
         if (freeList != nullptr)
@@ -53,7 +53,7 @@ public:
         return reinterpret_cast<Element*>(unused->slots[--unused->unusedCount].storage);
     }
 
-    // Takes back storage of this pool, whose element its owner has destroyed: it is the next to be handed out.
+    /// Takes back storage of this pool, whose element its owner has destroyed: it is the next to be handed out.
     void recycleElement(Element* element) noexcept
     {
         SSlot* const slot = reinterpret_cast<SSlot*>(element);
@@ -61,10 +61,12 @@ public:
         freeList = slot;
     }
 
-    // The function name that getFreeElement raises with.
+    /// The function name that getFreeElement raises with.
     static constexpr const char* GetFunctionName() { return FunctionName.GetString(); }
 
-    // Blocks counted so far, and the number of elements that the next one will hold.
+    /// @name GetBlockCount, GetNextBlockSize
+    /// Blocks counted so far, and the number of elements that the next one will hold.
+    /// @{
     Size GetBlockCount() const { return blockCount; }
     Size GetNextBlockSize() const
     {
@@ -78,6 +80,7 @@ public:
         }
         return size == 0 ? 1 : size;
     }
+    /// @}
 
 private:
     // A free element holds the address of the next one.

@@ -8,18 +8,21 @@
 
 #include "Groundwork/NaturalArguments.h"
 
-// CbStreamRead: where stored values come in, the counterpart of IStreamWrite. Each operation takes the bytes that the
-// Write of the same type has made, replaces its argument by the value and returns the stream.
-//
-// Text     Wide text is UTF-16, one code unit in each element, whatever the width of wchar_t.
-// Errors   What the derived class raises when there is no such value; the argument then holds any value of its type.
-// Threads  A stream belongs to one thread at a time.
+/// CbStreamRead: where stored values come in, the counterpart of IStreamWrite. Each operation takes the bytes that the
+/// Write of the same type has made, replaces its argument by the value and returns the stream.
+///
+/// - **Text** Wide text is UTF-16, one code unit in each element, whatever the width of wchar_t.
+/// - **Errors** What the derived class raises when there is no such value; the argument then holds any value of its
+///   type.
+/// - **Threads** A stream belongs to one thread at a time.
 class VELLUM_API CbStreamRead
 {
 public:
     virtual ~CbStreamRead();
 
-    // Take one value from the stream, of the type of the argument.
+    /// @name Read
+    /// Take one value from the stream, of the type of the argument.
+    /// @{
     virtual CbStreamRead& Read(ATL::CStringT<wchar_t>& text) = 0;
     virtual CbStreamRead& Read(ATL::CStringT<char>& text) = 0;
     virtual CbStreamRead& Read(std::wstring& text) = 0;
@@ -36,8 +39,9 @@ public:
     virtual CbStreamRead& Read(signed char& value) = 0;
     virtual CbStreamRead& Read(unsigned char& value) = 0;
     virtual CbStreamRead& Read(bool& value) = 0;
+    /// @}
 
-    // An integer type that isn't among these is read as the one of its width and sign.
+    /// An integer type that isn't among these is read as the one of its width and sign.
     template <Vellum::OtherInteger Integer>
     CbStreamRead& Read(Integer& value)
     {
@@ -47,8 +51,8 @@ public:
         return *this;
     }
 
-    // Takes a version from the stream. One above `version` is of a later make than the caller knows: raises
-    // CbExceptionWrongFileVersion, "CbStreamRead::ReadAndCompareVersion".
+    /// Takes a version from the stream. One above `version` is of a later make than the caller knows: raises
+    /// CbExceptionWrongFileVersion, "CbStreamRead::ReadAndCompareVersion".
     void ReadAndCompareVersion(unsigned int version);
 
 protected:

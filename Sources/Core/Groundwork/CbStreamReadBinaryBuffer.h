@@ -3,14 +3,14 @@
 #include "Groundwork/BinaryDecoding.h"
 #include "Groundwork/CbStreamReadBinary.h"
 
-// CbStreamReadBinaryBuffer: reads from memory that the client keeps, for as long as it is read. A copy goes on from
-// the same place on its own.
-//
-// The class is final and its operations are inline, so that a call on an object of this class is no virtual call.
+/// CbStreamReadBinaryBuffer: reads from memory that the client keeps, for as long as it is read. A copy goes on from
+/// the same place on its own.
+///
+/// The class is final and its operations are inline, so that a call on an object of this class is no virtual call.
 class VELLUM_API CbStreamReadBinaryBuffer final : public CbStreamReadBinary
 {
 public:
-    // Reads `size` bytes at `data`, which may be null when `size` is 0. They must stay valid and unchanged.
+    /// Reads `size` bytes at `data`, which may be null when `size` is 0. They must stay valid and unchanged.
     CbStreamReadBinaryBuffer(const void* data, std::size_t size) noexcept
         : next(static_cast<const unsigned char*>(data)), left(size)
     {
@@ -20,7 +20,7 @@ public:
     CbStreamReadBinaryBuffer& operator=(const CbStreamReadBinaryBuffer&) = default;
     ~CbStreamReadBinaryBuffer() override;
 
-    // How many bytes have not been read yet.
+    /// How many bytes have not been read yet.
     std::size_t GetLeft() const noexcept { return left; }
 
     using CbStreamReadBinary::Read;
@@ -41,8 +41,8 @@ public:
     CbStreamReadBinaryBuffer& Read(unsigned char& value) override { return readNumber(value); }
     CbStreamReadBinaryBuffer& Read(bool& value) override { return readNumber(value); }
 
-    // Copies `count` bytes, or as many as there are left, and returns their number. `data` may be null when `count` is
-    // 0.
+    /// Copies `count` bytes, or as many as there are left, and returns their number. `data` may be null when `count` is
+    /// 0.
     std::uint64_t Read(void* data, std::size_t count) override
     {
         const std::size_t delivered = std::min(count, left);
@@ -53,7 +53,7 @@ public:
         return delivered;
     }
 
-    // The base's, without a virtual call: fills `size` bytes or raises CbExceptionStream, "CbStreamReadBinary::Read".
+    /// The base's, without a virtual call: fills `size` bytes or raises CbExceptionStream, "CbStreamReadBinary::Read".
     void ReadExact(void* data, std::size_t size)
     {
         if (size > left) [[unlikely]]

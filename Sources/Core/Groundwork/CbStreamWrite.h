@@ -2,7 +2,7 @@
 
 #include "Groundwork/IStreamWrite.h"
 
-// CbStreamWrite: base of the streams of the foundation that write. It adds nothing to the interface.
+/// CbStreamWrite: base of the streams of the foundation that write. It adds nothing to the interface.
 class VELLUM_API CbStreamWrite : public IStreamWrite
 {
 public:

@@ -12,27 +12,28 @@
 
 #include "../Platform/CStringT.h"
 
-// Names of types, spelled at compile time in one fixed way, whatever compiler builds the library: the exceptions of
-// the container templates carry them, and clients and logs compare those texts. A class has "class" or "struct" in
-// front, arguments stand without blanks between them, and two closing brackets have one between them:
-// "class CbArray<class std::allocator<char> >".
-//
-// A class that wants its own name in there specializes CbTypeName.
+/// @file
+/// Names of types, spelled at compile time in one fixed way, whatever compiler builds the library: the exceptions of
+/// the container templates carry them, and clients and logs compare those texts. A class has "class" or "struct" in
+/// front, arguments stand without blanks between them, and two closing brackets have one between them: `"class
+/// CbArray<class std::allocator<char> >"`.
+///
+/// A class that wants its own name in there specializes CbTypeName.
 
-// CbFixedText: a text of fixed length that is made while compiling.
+/// CbFixedText: a text of fixed length that is made while compiling.
 template <std::size_t Length>
 struct CbFixedText
 {
-    std::array<char, Length + 1> characters{}; // with a terminating NUL
+    std::array<char, Length + 1> characters{}; ///< With a terminating NUL
 
-    // Zero-terminated; lives as long as the object.
+    /// Zero-terminated; lives as long as the object.
     constexpr const char* GetString() const { return characters.data(); }
 
-    // Whether the last character is ">".
+    /// Whether the last character is `">"`.
     constexpr bool EndsWithBracket() const { return Length != 0 && characters[Length - 1] == '>'; }
 };
 
-// The text of a literal.
+/// The text of a literal.
 template <std::size_t Size>
 constexpr CbFixedText<Size - 1> CbText(const char (&literal)[Size])
 {
@@ -41,7 +42,9 @@ constexpr CbFixedText<Size - 1> CbText(const char (&literal)[Size])
     return text;
 }
 
-// One text behind another.
+/// @name operator+
+/// One text behind another.
+/// @{
 template <std::size_t Left, std::size_t Right>
 constexpr CbFixedText<Left + Right> operator+(const CbFixedText<Left>& left, const CbFixedText<Right>& right)
 {
@@ -55,23 +58,24 @@ constexpr auto operator+(const CbFixedText<Left>& left, const char (&right)[Size
 {
     return left + CbText(right);
 }
+/// @}
 
-// CbTypeName: the name of a type, "class" where no specialization tells it.
+/// CbTypeName: the name of a type, "class" where no specialization tells it.
 template <class T>
 struct CbTypeName
 {
-    // The name, a CbFixedText.
+    /// The name, a CbFixedText.
     static constexpr auto Value = CbText("class");
 };
 
-// CbZeroName: the argument 0 of the container templates.
+/// CbZeroName: the argument 0 of the container templates.
 struct CbZeroName
 {
-    // The name, a CbFixedText.
+    /// The name, a CbFixedText.
     static constexpr auto Value = CbText("0");
 };
 
-// "name<A,B>" from things that have a Value, such as CbTypeName<A>.
+/// `"name<A,B>"` from things that have a Value, such as `CbTypeName<A>`.
 template <class First, class... Rest, std::size_t Length>
 constexpr auto CbSpellTemplate(const CbFixedText<Length>& name)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
-// Everything public at once. Each class also has a header of its own.
+/// @file
+/// Everything public at once but descriptions. Each class also has a header of its own.
 #include "Scribe/CScribe.h"
 
 #include "Groundwork/CbArray.h"
