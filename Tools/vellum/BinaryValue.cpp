@@ -7,6 +7,7 @@
 #include <Vellum/Vellum.h>
 
 #include "Vellum/src/CBinaryWalker.h"
+#include "Vellum/src/ValueKinds.h"
 
 #include "Text.h"
 
@@ -72,7 +73,7 @@ struct SKindOfValue
 constexpr std::size_t MostOfPath = 300; // code points
 
 // By tag.
-constexpr std::array<SKindOfValue, 18> Kinds{{
+constexpr std::array<SKindOfValue, Vellum::ValueKinds::Count> Kinds{{
     {1, Show<bool>},
     {1, Show<char>},
     {1, Show<unsigned char>},
@@ -92,6 +93,7 @@ constexpr std::array<SKindOfValue, 18> Kinds{{
     {0, ShowNothing},
     {0, ShowNothing},
 }};
+static_assert(Kinds.back().show != nullptr, "a kind isn't told here");
 
 } // namespace
 

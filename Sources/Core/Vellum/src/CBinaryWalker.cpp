@@ -39,6 +39,7 @@ constexpr std::array<SKindShape, ValueKinds::Count> Shapes{{
     {"object", 0},
     {"sequence", 0},
 }};
+static_assert(Shapes.back().name != nullptr, "a kind isn't told here");
 
 // Longer keys are cut where they are shown: a path may have a thousand of them.
 constexpr std::size_t MaxShownKey = 100;
