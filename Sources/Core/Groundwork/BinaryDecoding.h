@@ -5,7 +5,6 @@
 #include "Groundwork/BinaryEncoding.h"
 #include "Groundwork/CbArray.h"
 
-/// @file
 /// The reverse of BinaryEncoding, written once for all streams. Each function uses the raw Read and ReadExact of the
 /// stream that it is given and is bound to them at compile time if the stream's class is final.
 namespace BinaryDecoding

@@ -12,7 +12,6 @@
 
 #include "../Platform/Export.h"
 
-/// @file
 /// The encoding whose grammar CbStreamWriteBinary.h shows, written once for all streams. Each function uses the raw
 /// Write of the stream that it is given and is bound to it at compile time if the stream's class is final.
 namespace BinaryEncoding

@@ -9,7 +9,6 @@
 
 #include "Groundwork/CbTypeName.h"
 
-/// @file
 /// The node of a CbMapEx, and what a table needs to know of its keys: SKeyTraits tells the form in which they are
 /// looked up, their hash and their equality, for each type that a key may have. The order of stored documents hangs on
 /// the hashes.

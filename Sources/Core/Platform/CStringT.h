@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <string>
 
-/// @file
 /// The text object of the binary string table and of dates.
 namespace ATL
 {

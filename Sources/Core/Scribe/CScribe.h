@@ -4,7 +4,6 @@
 
 #include "../Platform/Export.h"
 
-/// @file
 /// The log. There is one level, error, and an entry says where a failure was raised and one sentence about it.
 namespace Scribing
 {

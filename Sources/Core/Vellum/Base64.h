@@ -6,7 +6,6 @@
 
 #include "../Platform/Export.h"
 
-/// @file
 /// Base64: bytes to text and back, with the alphabet and the fill character of the Base64 of RFC 4648, chapter 4. It is
 /// the form of blobs in the text formats.
 ///

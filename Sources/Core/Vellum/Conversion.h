@@ -9,7 +9,6 @@
 
 class CbDateTime;
 
-/// @file
 /// Conversion: the text of a value to the value itself, as the readers of the text formats do it.
 ///
 /// - **Rules** Loose in one direction and strict in the other: an integer is the number that a text begins with, a

@@ -4,7 +4,6 @@
 
 #include "../Platform/Export.h"
 
-/// @file
 /// Encodings: whole texts between wide text and narrow text in a code page.
 ///
 /// Wide text is UTF-16, one code unit in each element, whatever the width of wchar_t. A text ends at its first NUL, in

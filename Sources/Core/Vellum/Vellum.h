@@ -39,3 +39,9 @@
 #include "Vellum/ISerializableContainer.h"
 #include "Vellum/IWriter.h"
 #include "Vellum/SXmlOutcome.h"
+
+/// Documents of objects: the contract that classes implement, the writers and readers of each format, and descriptions,
+/// which implement the contract for a class. The foundations stand outside, under names that begin with `Cb`.
+namespace Vellum
+{
+}
