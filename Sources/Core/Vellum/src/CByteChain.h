@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -45,6 +46,17 @@ public:
             next += count;
         }
         return *this;
+    }
+
+    // Appends the bytes if they need no more memory than there is.
+    template <std::size_t Count>
+    bool WriteIntoRoom(const std::array<unsigned char, Count>& data)
+    {
+        if (Count > static_cast<std::size_t>(end - next)) [[unlikely]]
+            return false;
+        std::memcpy(next, data.data(), Count);
+        next += Count;
+        return true;
     }
 
     // Appends a number or a text as it is stored.

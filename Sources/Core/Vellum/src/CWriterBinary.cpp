@@ -1,7 +1,9 @@
 #include "Vellum/CWriterBinary.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <memory>
 #include <new>
@@ -10,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "Groundwork/BinaryEncoding.h"
 #include "Groundwork/CbArray.h"
 #include "Groundwork/CbDateTime.h"
 #include "Groundwork/CbMapEx.h"
@@ -21,9 +24,12 @@
 #include "Vellum/ISerializable.h"
 #include "Vellum/ISerializableContainer.h"
 
+#include "Vellum/src/CByteBuffer.h"
 #include "Vellum/src/CByteChain.h"
+#include "Vellum/src/CFieldIndex.h"
+#include "Vellum/src/CRecordShape.h"
+#include "Vellum/src/FieldOrder.h"
 #include "Vellum/src/KindOperations.h"
-#include "Vellum/src/TypeNames.h"
 
 // document := version:u32 rootTag:u8 count:u32 { text index:u32 }      the string table, in its table's order
 //             record | sequence
@@ -36,59 +42,14 @@
 
 namespace Vellum
 {
+
+class CContainerWriterBinary;
+class CDataWriterBinary;
+
 namespace
 {
 
 constexpr std::uint64_t Max32 = std::numeric_limits<std::uint32_t>::max();
-
-// What the table of a kind stores.
-template <class T>
-struct SStored
-{
-    using Type = T;
-};
-template <>
-struct SStored<IDateTime>
-{
-    using Type = CbDateTime;
-};
-template <>
-struct SStored<SBlob>
-{
-    using Type = CbArray<unsigned char>;
-};
-template <>
-struct SStored<ISerializable>
-{
-    using Type = std::pair<unsigned int, std::unique_ptr<CDataWriterBinary>>; // index of the type name
-};
-template <>
-struct SStored<ISerializableContainer>
-{
-    using Type = std::pair<unsigned int, std::unique_ptr<CContainerWriterBinary>>;
-};
-
-// The fields of one kind, by the index of their key. Records are many and small, so all tables of a document draw on
-// one pool for each kind, which starts small too.
-template <class T>
-using Table = CbMapEx<unsigned int, typename SStored<T>::Type, 0, std::hash<unsigned int>, std::equal_to<unsigned int>,
-                      CbMapPolicyBorrowed>;
-
-template <class T>
-struct SPool
-{
-    CbPlexManager<typename Table<T>::SAssociation, 0, unsigned int> nodes{8u};
-};
-
-template <class Kinds>
-struct STuples;
-
-template <class... Kind>
-struct STuples<SKindList<Kind...>>
-{
-    using Pools = std::tuple<SPool<typename Kind::Type>...>;
-    using Tables = std::tuple<std::unique_ptr<Table<typename Kind::Type>>...>;
-};
 
 // How many bytes of one text a buffer takes beside the bytes that may wait in it.
 constexpr std::size_t MaxTextSize = Max32 - 0xFFFF;
@@ -126,7 +87,7 @@ public:
         for (; count != 0; --count, Relieve())
             bytes.Write(*numbers++);
     }
-    void WriteBytes(const void* data, std::uint32_t size)
+    void WriteBytes(const void* data, std::size_t size)
     {
         if (stream != nullptr && size >= WellFilled)
         {
@@ -134,7 +95,7 @@ public:
             stream->Write(data, size);
         }
         else
-            bytes.Write(data, std::size_t{size});
+            bytes.Write(data, size);
     }
     void Take(CByteChain& finished)
     {
@@ -157,25 +118,48 @@ private:
 
 } // namespace
 
-// What all writers of one document share: the string table, the pools, and writers of finished elements, which serve
-// again.
+// What all writers of one document share: the string table, the shapes of records, and writers of finished elements,
+// which serve again.
 class CBinaryDocument
 {
 public:
-    // The index of a key or type name: how many texts were known when it was first used.
-    unsigned int Intern(const char* text)
+    using Strings = CbMapEx<ATL::CStringT<char>, unsigned int>;
+    using String = Strings::SAssociation; // a text and its index
+
+    // A key or type name. Its index is how many texts were known when it was first used. Texts that come from one
+    // address time and again are compared once and not looked up.
+    const String& Intern(const char* text)
     {
-        const Strings::KeyView key(text);
-        if (key.size() > MaxTextSize)
-            throw CException(__FILE__, __LINE__, "Vellum::CDataWriterBinary::Write");
-        const auto [node, isNew] = strings.FindOrEmplace(key, strings.GetCount());
-        return node->value;
+        SKnown& known = knownTexts[reinterpret_cast<std::uintptr_t>(text) * 0x9E3779B97F4A7C15u >> KnownShift];
+        if (known.address != text || std::strcmp(known.string->key.c_str(), text) != 0)
+            known = {text, &look(text)};
+        return *known.string;
     }
 
-    template <class T>
-    auto& GetPool()
+    // The shape of the type's last record, or null.
+    CRecordShape* FindShape(std::uint32_t typeName)
     {
-        return std::get<SPool<T>>(pools).nodes;
+        CRecordShape& shape = shapes[typeName % shapes.size()];
+        return shape.GetTypeName() == typeName && !shape.GetSteps().empty() ? &shape : nullptr;
+    }
+
+    // How many texts have an index.
+    std::uint32_t CountTexts() const { return strings.GetCount(); }
+
+    // Remembers the shape of a record, unless another record follows the one that would have to go.
+    void Learn(std::uint32_t typeName, const std::vector<SRecordField>& fields, const FieldOrder::Positions& order)
+    {
+        CRecordShape& shape = shapes[typeName % shapes.size()];
+        if (shape.followers != 0 || fields.size() > CRecordShape::MaxFields)
+            return;
+        try
+        {
+            shape.Learn(typeName, fields, order);
+        }
+        catch (const std::bad_alloc&)
+        {
+            // the next record is written without a shape
+        }
     }
 
     template <class Writer>
@@ -218,28 +202,50 @@ public:
     }
 
 private:
-    using Strings = CbMapEx<ATL::CStringT<char>, unsigned int>;
+    struct SKnown
+    {
+        const char* address;
+        const String* string;
+    };
+
+    const String& look(const char* text)
+    {
+        const Strings::KeyView key(text);
+        if (key.size() > MaxTextSize)
+            throw CException(__FILE__, __LINE__, "Vellum::CDataWriterBinary::Write");
+        return *strings.FindOrEmplace(key, strings.GetCount()).first;
+    }
+
+    static constexpr int KnownBits = 7;
+    static constexpr int KnownShift = 64 - KnownBits;
 
     Strings strings{128u, 16u};
-    STuples<ValueKinds>::Pools pools;
+    std::array<SKnown, 1 << KnownBits> knownTexts{};
+    std::array<CRecordShape, 32> shapes; // by type name, the last of those that share a place
     std::tuple<std::vector<std::unique_ptr<CDataWriterBinary>>, std::vector<std::unique_ptr<CContainerWriterBinary>>>
-        spares; // before they go, their nodes go back to the pools above
+        spares;
 };
 
-// The fields of one object.
+// The fields of one object. As long as they follow the shape of the type's last record, they fill its image in. The
+// first one that doesn't, or the end that comes too soon, makes single fields of what was gathered, and from there on
+// each is kept with its key and put into order when the record goes out.
 class CDataWriterBinary final : public CWriteOperations<CDataWriterBinary, IDataWriter, const char*>
 {
 public:
+    static constexpr std::uint32_t NoTypeName = std::numeric_limits<std::uint32_t>::max();
+
     explicit CDataWriterBinary(CBinaryDocument& document) : document(document) {}
+
+    // Called once for a new writer, or one that was cleared: from then on it is one of a type.
+    void Begin(std::uint32_t nameOfType);
 
     template <class T>
     void writeValue(const char* key, const T& value)
     {
-        if (IsTooLong(value))
-            throw CException(__FILE__, __LINE__, "Vellum::CDataWriterBinary::Write");
-        const auto [node, isNew] = getTable<T>().FindOrEmplace(document.Intern(key), value);
-        if (!isNew)
-            node->value = value;
+        if constexpr (std::is_arithmetic_v<T>)
+            writeFixed<T>(key, BinaryEncoding::ToImage(value));
+        else
+            writeText(key, value);
     }
     void writeValue(const char* key, const IDateTime& value);
     void writeValue(const char* key, const SBlob& value);
@@ -250,33 +256,74 @@ public:
     }
 
     // The record. Its sequences are empty afterwards.
-    void Emit(COutput& output) const;
+    void Emit(COutput& output);
 
-    // Makes the writer as new. The memory of its tables is kept.
+    // Makes the writer as new. A little memory is kept.
     void Clear() noexcept;
 
 private:
-    template <class T>
-    Table<T>& getTable()
+    // Where a text or blob lies.
+    struct SPlace
     {
-        std::unique_ptr<Table<T>>& table = std::get<std::unique_ptr<Table<T>>>(tables);
-        if (!table)
-            table = std::make_unique<Table<T>>(Table<T>::DefaultBucketCount, document.GetPool<T>());
-        return *table;
-    }
+        std::size_t at;
+        std::size_t size;
+    };
 
+    // A nested object or sequence, and its type name.
+    template <class Writer>
+    struct SPart
+    {
+        std::uint32_t typeName;
+        std::unique_ptr<Writer> writer;
+    };
+
+    static constexpr std::size_t MinLost = 0x1000;
+
+    bool isExpected(const char* key, std::uint8_t rank) const
+    {
+        return step != lastStep && step->rank == rank && std::strcmp(step->text, key) == 0;
+    }
+    template <class T, class Image>
+    void writeFixed(const char* key, const Image& image);
+    template <class Char>
+    void writeText(const char* key, const std::basic_string<Char>& value);
+    template <class Encode>
+    void writeBytes(const char* key, std::uint8_t rank, const Encode& encode);
     template <class Writer, class T>
     void writeNested(const char* key, const T& value);
-    template <class NestedTable, class Writer>
-    auto* findOrInsertNested(NestedTable& table, unsigned int index, std::unique_ptr<Writer>& nested);
+    template <class Writer>
+    std::uint32_t enterPart(const char* key, std::uint8_t rank, std::uint32_t nameOfPart);
 
-    template <class T>
-    void clearTable(std::unique_ptr<Table<T>>& table) noexcept;
-    template <class... Kind>
-    void clearTables(SKindList<Kind...>) noexcept;
+    void leaveShape();
+    void stopFollowing() noexcept;
+    SRecordField& enterField(const char* key, std::uint8_t rank, const SPlace& place);
+    void replaceBytes(SRecordField& field, const SPlace& place);
+    void dropLost();
+    void learnEarly();
+    void emitImage(COutput& output);
+    void emitFields(COutput& output);
+    void emitValue(COutput& output, std::uint8_t rank, const SPlace& place);
+
+    template <class Writer>
+    auto& getParts()
+    {
+        return std::get<std::vector<SPart<Writer>>>(parts);
+    }
+    template <class Writer>
+    void giveBackParts() noexcept;
 
     CBinaryDocument& document;
-    STuples<ValueKinds>::Tables tables; // null: no field of that kind
+    std::uint32_t typeName = NoTypeName;
+    CRecordShape* shape = nullptr;             // what the record follows
+    const CRecordShape::SStep* step = nullptr; // what is expected next
+    const CRecordShape::SStep* lastStep = nullptr;
+    CByteBuffer bytes;                // the image, and values as they are stored
+    std::vector<SPlace> places;       // of values without a fixed size, while the record follows a shape
+    std::vector<SRecordField> fields; // otherwise, in the order of their first writes
+    CFieldIndex index;                // of the fields
+    FieldOrder::Positions order;      // of the fields, as they are stored
+    std::size_t lost = 0;             // bytes of values that were replaced
+    std::tuple<std::vector<SPart<CDataWriterBinary>>, std::vector<SPart<CContainerWriterBinary>>> parts;
 };
 
 // The elements of one sequence, each encoded as soon as it is written.
@@ -288,6 +335,12 @@ public:
     template <class T>
     void writeValue(const T& value)
     {
+        if constexpr (std::is_arithmetic_v<T>)
+            if (tag == TagOf<T> && count != Max32 && elements.WriteIntoRoom(BinaryEncoding::ToImage(value))) [[likely]]
+            {
+                ++count;
+                return;
+            }
         fixTag(TagOf<T>);
         append(
             [&]
@@ -309,6 +362,8 @@ public:
     void Clear() noexcept;
 
 private:
+    static constexpr std::uint8_t NoTag = 0xFF;
+
     void fixTag(std::uint8_t tagOfElement);
 
     template <class Encode>
@@ -319,8 +374,7 @@ private:
     CBinaryDocument& document;
     unsigned int firstTypeName = 0;  // of elements that are objects
     CbArray<unsigned int> typeNames; // of all of them, if there were two that differ
-    bool typed = false;              // whether the first element has fixed the tag
-    std::uint8_t tag = 0;
+    std::uint8_t tag = NoTag;        // of all elements; the first one fixes it
     std::uint32_t count = 0;
     CByteChain elements; // encoded
 };
@@ -328,176 +382,327 @@ private:
 namespace
 {
 
-// A writer for one nested element, which goes back to the document on every way out.
+// A writer of one nested object or sequence, which goes back to the document on every way out.
 template <class Writer>
 class CTemporaryWriter
 {
 public:
-    explicit CTemporaryWriter(CBinaryDocument& document) : document(document), writer(document.TakeWriter<Writer>()) {}
+    CTemporaryWriter(CBinaryDocument& document, std::uint32_t typeName = CDataWriterBinary::NoTypeName)
+        : document(document), writer(document.TakeWriter<Writer>())
+    {
+        if constexpr (std::is_same_v<Writer, CDataWriterBinary>)
+            writer->Begin(typeName);
+    }
     ~CTemporaryWriter() { document.GiveBack(std::move(writer)); }
     CTemporaryWriter(const CTemporaryWriter&) = delete;
     CTemporaryWriter& operator=(const CTemporaryWriter&) = delete;
 
     Writer& Get() const { return *writer; }
 
+    // Another writer goes back in the place of this one.
+    void Swap(std::unique_ptr<Writer>& other) noexcept { writer.swap(other); }
+
 private:
     CBinaryDocument& document;
     std::unique_ptr<Writer> writer;
 };
 
-void EmitDate(CByteChain& bytes, const CbDateTime& date) { bytes.Write(0u).Write(date.ToFileTime()); }
-
-// The value of a table's entry.
-template <class T>
-void EmitValue(COutput& output, const T& value)
+// A date as it is stored: the version of dates, which is 0, and the ticks.
+std::array<unsigned char, 12> ToImage(const CbDateTime& date)
 {
-    output.bytes.Write(value);
-}
-void EmitValue(COutput& output, const CbDateTime& date) { EmitDate(output.bytes, date); }
-void EmitValue(COutput& output, const CbArray<unsigned char>& blob)
-{
-    output.bytes.Write(blob.GetSize());
-    output.WriteBytes(blob.GetData(), blob.GetSize());
-}
-void EmitValue(COutput& output, const SStored<ISerializable>::Type& object)
-{
-    output.bytes.Write(object.first);
-    object.second->Emit(output);
-}
-void EmitValue(COutput& output, const SStored<ISerializableContainer>::Type& sequence)
-{
-    sequence.second->Emit(output);
-}
-
-template <class T>
-bool IsUsed(const std::unique_ptr<T>& table)
-{
-    return table && table->GetCount() != 0;
-}
-
-template <class T>
-void EmitSection(COutput& output, const std::unique_ptr<Table<T>>& table)
-{
-    if (!IsUsed(table))
-        return;
-    output.bytes.Write(TagOf<T>);
-    output.bytes.Write(table->GetCount());
-    for (const auto* node = table->GetFirst(); node != nullptr; node = node->next)
-    {
-        output.bytes.Write(node->key);
-        EmitValue(output, node->value);
-        output.Relieve();
-    }
-}
-
-template <class... Kind>
-void EmitSections(COutput& output, const STuples<ValueKinds>::Tables& tables, SKindList<Kind...>)
-{
-    (EmitSection<typename Kind::Type>(output, std::get<std::unique_ptr<Table<typename Kind::Type>>>(tables)), ...);
+    const auto ticks = BinaryEncoding::ToImage(date.ToFileTime());
+    std::array<unsigned char, 12> image{};
+    std::copy(ticks.begin(), ticks.end(), image.begin() + 4);
+    return image;
 }
 
 } // namespace
 
+void CDataWriterBinary::Begin(std::uint32_t nameOfType)
+{
+    typeName = nameOfType;
+    CRecordShape* const found = document.FindShape(typeName);
+    if (found == nullptr)
+        return;
+    places.reserve(found->GetGaps().size());
+    bytes.Write(found->GetImage().GetData(), found->GetImage().GetSize());
+    shape = found;
+    ++shape->followers;
+    step = shape->GetSteps().data();
+    lastStep = step + shape->GetSteps().size();
+}
+
+template <class T, class Image>
+void CDataWriterBinary::writeFixed(const char* key, const Image& image)
+{
+    if (!isExpected(key, RankOf<T>)) [[unlikely]]
+        return writeBytes(key, RankOf<T>, [&] { bytes.Write(image.data(), image.size()); });
+    std::memcpy(bytes.GetData() + step->at, image.data(), image.size());
+    ++step;
+}
+
+template <class Char>
+void CDataWriterBinary::writeText(const char* key, const std::basic_string<Char>& value)
+{
+    if (IsTooLong(value))
+        throw CException(__FILE__, __LINE__, "Vellum::CDataWriterBinary::Write");
+    writeBytes(key, RankOf<std::basic_string<Char>>, [&] { BinaryEncoding::WriteText(bytes, value.c_str()); });
+}
+
 void CDataWriterBinary::writeValue(const char* key, const IDateTime& value)
 {
-    const unsigned int index = document.Intern(key);
+    document.Intern(key);
     const CbDateTime date(value); // the client's getters may write other fields
-    const auto [node, isNew] = getTable<IDateTime>().FindOrEmplace(index, date);
-    if (!isNew)
-        node->value = date;
+    writeFixed<IDateTime>(key, ToImage(date));
 }
 
 void CDataWriterBinary::writeValue(const char* key, const SBlob& value)
 {
     if (value.size > Max32)
         throw CException(__FILE__, __LINE__, "Vellum::CDataWriterBinary::Write");
-    CbArray<unsigned char> bytes;
-    bytes.Reserve(value.size);
-    bytes.Append(static_cast<const unsigned char*>(value.data), value.size);
-    const auto [node, isNew] = getTable<SBlob>().FindOrEmplace(document.Intern(key), std::move(bytes));
-    if (!isNew)
-        node->value = std::move(bytes); // not moved from yet: no value was made of it
+    const auto encode = [&]
+    {
+        BinaryEncoding::WriteNumber(bytes, static_cast<std::uint32_t>(value.size));
+        bytes.Write(value.data, value.size);
+    };
+    writeBytes(key, RankOf<SBlob>, encode);
 }
 
-// A table that couldn't double its buckets has the new entry nonetheless: then it gets the writer at once, since the
-// client may go on.
-template <class NestedTable, class Writer>
-auto* CDataWriterBinary::findOrInsertNested(NestedTable& table, unsigned int index, std::unique_ptr<Writer>& nested)
+// Keeps a value as it is stored, or leaves no trace of it.
+template <class Encode>
+void CDataWriterBinary::writeBytes(const char* key, std::uint8_t rank, const Encode& encode)
 {
+    const std::size_t at = bytes.GetSize();
     try
     {
-        return table.FindOrInsert(index);
+        encode();
+        const SPlace place{at, bytes.GetSize() - at};
+        if (!isExpected(key, rank))
+            enterField(key, rank, place);
+        else
+        {
+            places.push_back(place); // there is room for all gaps
+            ++step;
+        }
     }
     catch (...)
     {
-        if (auto* const node = table.Find(index); node != nullptr && !node->value.second)
-            node->value.second = std::move(nested);
+        bytes.Truncate(at);
         throw;
     }
 }
 
-// The nested writer takes its place in the entry when the client is done with it, normally or by an exception. Until
+// The nested writer takes its place in the record when the client is done with it, normally or by an exception. Until
 // then it stands alone, so that nothing that the client does meanwhile can destroy it.
 template <class Writer, class T>
 void CDataWriterBinary::writeNested(const char* key, const T& value)
 {
-    const unsigned int index = document.Intern(key);
-    const unsigned int typeName = document.Intern(value.GetTypeName());
-    std::unique_ptr<Writer> nested = document.TakeWriter<Writer>();
-    auto* const node = findOrInsertNested(getTable<T>(), index, nested);
-    node->value.first = typeName;
-    const auto enter = [&]() noexcept
-    {
-        node->value.second.swap(nested);
-        document.GiveBack(std::move(nested));
-    };
+    document.Intern(key);
+    const std::uint32_t nameOfPart = document.Intern(value.GetTypeName()).value;
+    CTemporaryWriter<Writer> nested(document, nameOfPart);
+    const std::uint32_t part = enterPart<Writer>(key, RankOf<T>, nameOfPart);
+    learnEarly();
+    const auto settle = [&]() noexcept { nested.Swap(getParts<Writer>()[part].writer); };
     try
     {
-        value.Write(*nested);
+        value.Write(nested.Get());
     }
     catch (...)
     {
-        enter();
+        settle();
         throw;
     }
-    enter();
+    settle();
 }
 
-void CDataWriterBinary::Emit(COutput& output) const
+// The number of the part under that key, which has the type name from now on.
+template <class Writer>
+std::uint32_t CDataWriterBinary::enterPart(const char* key, std::uint8_t rank, std::uint32_t nameOfPart)
 {
-    const std::size_t sections =
-        std::apply([](const auto&... table) { return (std::size_t{0} + ... + (IsUsed(table) ? 1 : 0)); }, tables);
-    output.bytes.Write(static_cast<unsigned char>(sections));
-    EmitSections(output, tables, ValueKinds());
+    auto& all = getParts<Writer>();
+    const auto next = static_cast<std::uint32_t>(all.size());
+    all.push_back({nameOfPart, nullptr});
+    try
+    {
+        const std::uint32_t number = isExpected(key, rank)
+                                         ? (++step, next) //
+                                         : static_cast<std::uint32_t>(enterField(key, rank, {next, 0}).at);
+        if (number != next)
+            all.pop_back();
+        all[number].typeName = nameOfPart;
+        return number;
+    }
+    catch (...)
+    {
+        all.pop_back();
+        throw;
+    }
 }
 
-// Nested writers go back to the document before the nodes that hold them are destroyed.
-template <class T>
-void CDataWriterBinary::clearTable(std::unique_ptr<Table<T>>& table) noexcept
+// Makes fields of what has followed the shape.
+void CDataWriterBinary::leaveShape()
 {
-    if (!IsUsed(table))
+    if (shape == nullptr)
         return;
-    if constexpr (TagOf<T> == TagObject || TagOf<T> == TagSequence)
-        for (auto* node = table->GetFirst(); node != nullptr; node = node->next)
-            document.GiveBack(std::move(node->value.second));
-    table->Clear();
+    fields.reserve(shape->GetSteps().size() + 1);
+    for (const auto* done = shape->GetSteps().data(); done != step; ++done)
+    {
+        const std::size_t fixedSize = SizesByRank[done->rank];
+        const bool isPlaced = fixedSize == 0 && StorageOf(done->rank) == 0;
+        const SPlace place = isPlaced ? places[done->at] : SPlace{done->at, fixedSize};
+        fields.push_back({done->text, place.at, place.size, done->key, done->rank});
+    }
+    stopFollowing();
 }
 
-template <class... Kind>
-void CDataWriterBinary::clearTables(SKindList<Kind...>) noexcept
+void CDataWriterBinary::stopFollowing() noexcept
 {
-    (clearTable<typename Kind::Type>(std::get<std::unique_ptr<Table<typename Kind::Type>>>(tables)), ...);
+    if (shape != nullptr)
+        --shape->followers;
+    shape = nullptr;
+    step = lastStep = nullptr;
+    places.clear();
 }
 
-void CDataWriterBinary::Clear() noexcept { clearTables(ValueKinds()); }
+// The field of a key and kind. A new one, and one of a value without parts, lies at the place.
+SRecordField& CDataWriterBinary::enterField(const char* key, std::uint8_t rank, const SPlace& place)
+{
+    leaveShape();
+    const std::uint32_t before = document.CountTexts();
+    const CBinaryDocument::String& string = document.Intern(key);
+    SRecordField* const known = string.value < before ? index.Find(fields, string.value, rank) : nullptr;
+    if (known == nullptr)
+        return fields.emplace_back(SRecordField{string.key.c_str(), place.at, place.size, string.value, rank});
+    if (StorageOf(rank) == 0)
+        replaceBytes(*known, place);
+    return *known;
+}
+
+// Gives a field the value that was appended last.
+void CDataWriterBinary::replaceBytes(SRecordField& field, const SPlace& place)
+{
+    lost += std::max(field.size, place.size) - (place.size <= field.size ? place.size : 0);
+    if (place.size <= field.size)
+    {
+        std::memcpy(bytes.GetData() + field.at, bytes.GetData() + place.at, place.size);
+        bytes.Truncate(place.at);
+    }
+    else
+        field.at = place.at;
+    field.size = place.size;
+    if (lost > MinLost && lost > bytes.GetSize() / 2)
+        dropLost();
+}
+
+// Drops what values have left behind that were replaced.
+void CDataWriterBinary::dropLost()
+{
+    CByteBuffer kept;
+    for (const SRecordField& field : fields)
+        if (StorageOf(field.rank) == 0)
+            kept.Write(bytes.GetData() + field.at, field.size);
+    std::size_t at = 0;
+    for (SRecordField& field : fields)
+        if (StorageOf(field.rank) == 0)
+            at += field.size, field.at = at - field.size;
+    bytes = std::move(kept);
+    lost = 0;
+}
+
+void CDataWriterBinary::Emit(COutput& output)
+{
+    if (shape != nullptr && step == lastStep)
+        return emitImage(output);
+    leaveShape();
+    FieldOrder::Arrange(fields, order);
+    if (typeName != NoTypeName)
+        document.Learn(typeName, fields, order);
+    emitFields(output);
+}
+
+// Records within the first part of a record may be of its type, and then they have a shape already.
+void CDataWriterBinary::learnEarly()
+{
+    const std::size_t count = getParts<CDataWriterBinary>().size() + getParts<CContainerWriterBinary>().size();
+    if (count != 1 || shape != nullptr || typeName == NoTypeName || document.FindShape(typeName) != nullptr)
+        return;
+    FieldOrder::Arrange(fields, order);
+    document.Learn(typeName, fields, order);
+}
+
+void CDataWriterBinary::emitImage(COutput& output)
+{
+    const unsigned char* const image = bytes.GetData();
+    std::size_t done = 0;
+    for (const CRecordShape::SGap& gap : shape->GetGaps())
+    {
+        output.bytes.Write(image + done, gap.at - done);
+        done = gap.at;
+        emitValue(output, gap.rank, StorageOf(gap.rank) == 0 ? places[gap.value] : SPlace{gap.value, 0});
+        output.Relieve();
+    }
+    output.bytes.Write(image + done, shape->GetImage().GetSize() - done);
+}
+
+void CDataWriterBinary::emitFields(COutput& output)
+{
+    std::array<std::uint32_t, Ranks> counts{};
+    std::uint8_t sections = 0;
+    for (const SRecordField& field : fields)
+        sections = static_cast<std::uint8_t>(sections + (counts[field.rank]++ == 0 ? 1 : 0));
+    output.bytes.Write(sections);
+    std::size_t rankBefore = Ranks;
+    for (const std::uint32_t position : order)
+    {
+        const SRecordField& field = fields[position];
+        if (field.rank != std::exchange(rankBefore, field.rank))
+            output.bytes.Write(TagsByRank[field.rank]).Write(counts[field.rank]);
+        output.bytes.Write(field.key);
+        emitValue(output, field.rank, {field.at, field.size});
+        output.Relieve();
+    }
+}
+
+void CDataWriterBinary::emitValue(COutput& output, std::uint8_t rank, const SPlace& place)
+{
+    if (rank == RankOf<ISerializable>)
+    {
+        const auto& part = getParts<CDataWriterBinary>()[place.at];
+        output.bytes.Write(part.typeName);
+        part.writer->Emit(output);
+    }
+    else if (rank == RankOf<ISerializableContainer>)
+        getParts<CContainerWriterBinary>()[place.at].writer->Emit(output);
+    else
+        output.WriteBytes(bytes.GetData() + place.at, place.size);
+}
+
+template <class Writer>
+void CDataWriterBinary::giveBackParts() noexcept
+{
+    for (SPart<Writer>& part : getParts<Writer>())
+        document.GiveBack(std::move(part.writer));
+    getParts<Writer>().clear();
+}
+
+void CDataWriterBinary::Clear() noexcept
+{
+    stopFollowing();
+    giveBackParts<CDataWriterBinary>();
+    giveBackParts<CContainerWriterBinary>();
+    bytes.Clear();
+    fields.clear();
+    index.Clear();
+    lost = 0;
+    typeName = NoTypeName;
+}
 
 void CContainerWriterBinary::fixTag(std::uint8_t tagOfElement)
 {
-    if (typed && tag != tagOfElement)
+    if (tag != NoTag && tag != tagOfElement)
         throw CException(__FILE__, __LINE__,
                          tagOfElement <= TagDate ? "Vellum::CContainerWriterBinary::write"
                                                  : "Vellum::CContainerWriterBinary::Write");
-    typed = true;
     tag = tagOfElement;
 }
 
@@ -529,7 +734,7 @@ void CContainerWriterBinary::writeValue(const IDateTime& value)
 {
     fixTag(TagDate);
     const CbDateTime date(value); // the client's getters may write other elements
-    append([&] { EmitDate(elements, date); });
+    append([&, image = ToImage(date)] { elements.Write(image.data(), image.size()); });
 }
 
 void CContainerWriterBinary::writeValue(const SBlob& value)
@@ -547,8 +752,8 @@ void CContainerWriterBinary::writeValue(const SBlob& value)
 void CContainerWriterBinary::writeValue(const ISerializable& value)
 {
     fixTag(TagObject);
-    const unsigned int typeName = document.Intern(value.GetTypeName());
-    const CTemporaryWriter<CDataWriterBinary> nested(document);
+    const std::uint32_t typeName = document.Intern(value.GetTypeName()).value;
+    const CTemporaryWriter<CDataWriterBinary> nested(document, typeName);
     value.Write(nested.Get());
     append(
         [&]
@@ -610,8 +815,7 @@ void CContainerWriterBinary::emitTypeHeader(COutput& output) const
 void CContainerWriterBinary::Clear() noexcept
 {
     typeNames = CbArray<unsigned int>();
-    typed = false;
-    tag = 0;
+    tag = NoTag;
     count = 0;
     elements.Clear();
 }
