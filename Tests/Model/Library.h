@@ -43,7 +43,12 @@ void WriteItem(Writer& writer, const SItem& item, Key... key);
 inline Support::CFields ObjectOf(const SNode& node)
 {
     const auto write = [&node](Vellum::IDataWriter& writer)
-    { RunClient(node, [&](const SItem& item) { WriteItem(writer, item, item.key.c_str()); }); };
+    {
+        std::string key;
+        const auto keyOf = [&](const SItem& item)
+        { return node.reusesKey ? (key = item.key).c_str() : item.key.c_str(); };
+        RunClient(node, [&](const SItem& item) { WriteItem(writer, item, keyOf(item)); });
+    };
     return Support::CFields(write, {}, node.typeName);
 }
 

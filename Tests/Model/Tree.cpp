@@ -49,6 +49,8 @@ public:
             const bool isOther = !isOneKind || (!isTame && tape.OneIn(24));
             const std::string key = isSequence ? "" : isOneKind ? Names[1 + tape.Below(3)] : name();
             node.items.push_back({key, MakeValue(isOther ? anyKind(depth) : kind, depth), !isTame && tape.OneIn(2)});
+            if (std::holds_alternative<Part>(node.items.back().value) && tape.OneIn(2))
+                addTwins(node);
         }
         if (size >= 14)
             addMany(node);
@@ -56,6 +58,7 @@ public:
             addDeep(node);
         if (!isTame && tape.OneIn(12))
             node.raisesBefore = tape.Below(node.items.size() + 1);
+        node.reusesKey = tape.OneIn(4);
         return node;
     }
 
@@ -74,6 +77,34 @@ public:
     }
 
 private:
+    // What the last item is, once more and more often, with a difference now and then.
+    void addTwins(SNode& node)
+    {
+        const SItem first = node.items.back();
+        for (std::size_t count = tape.Below(5); count > 0; --count)
+        {
+            SNode twin = *std::get<Part>(first.value);
+            if (!twin.items.empty() && tape.OneIn(2))
+                vary(twin);
+            node.items.push_back(
+                {node.isSequence ? "" : name(), std::make_shared<const SNode>(std::move(twin)), first.isGuarded});
+        }
+    }
+
+    void vary(SNode& twin)
+    {
+        const std::size_t place = tape.Below(twin.items.size()), way = tape.Below(isTame || twin.isSequence ? 3 : 5);
+        const SItem item = twin.items[place];
+        if (way == 0)
+            twin.items.pop_back();
+        else if (way < 3)
+            std::swap(twin.items[place], twin.items.back());
+        else if (way == 3)
+            twin.items.push_back({item.key, MakeValue(anyKind(6), 6), item.isGuarded});
+        else
+            twin.raisesBefore = place;
+    }
+
     std::size_t anyKind(int depth) { return tape.OneIn(4) ? KindText : tape.Below(depth < 6 ? Kinds : KindObject); }
 
     std::string name()

@@ -57,6 +57,7 @@ struct SNode
     std::string typeName;
     std::vector<SItem> items;
     std::size_t raisesBefore = Never; // the item in front of which the client's Write raises
+    bool reusesKey = false;           // whether all keys are handed over in the same memory
 };
 
 inline std::size_t KindOf(const Value& value)

@@ -243,7 +243,7 @@ public:
     void writeValue(const char* key, const T& value)
     {
         if constexpr (std::is_arithmetic_v<T>)
-            writeFixed<T>(key, BinaryEncoding::ToImage(value));
+            writeFixed<T>(expect(key, RankOf<T>), key, BinaryEncoding::ToImage(value));
         else
             writeText(key, value);
     }
@@ -279,12 +279,21 @@ private:
 
     static constexpr std::size_t MinLost = 0x1000;
 
-    bool isExpected(const char* key, std::uint8_t rank) const
+    // The step that such a field follows, or null.
+    const CRecordShape::SStep* expect(const char* key, std::uint8_t rank) const
     {
-        return step != lastStep && step->rank == rank && std::strcmp(step->text, key) == 0;
+        return step != lastStep && step->rank == rank && std::strcmp(step->text, key) == 0 ? step : nullptr;
+    }
+    // Likewise, but null is a key that has its index.
+    const CRecordShape::SStep* expectOrIntern(const char* key, std::uint8_t rank) const
+    {
+        const CRecordShape::SStep* const expected = expect(key, rank);
+        if (expected == nullptr)
+            document.Intern(key);
+        return expected;
     }
     template <class T, class Image>
-    void writeFixed(const char* key, const Image& image);
+    void writeFixed(const CRecordShape::SStep* expected, const char* key, const Image& image);
     template <class Char>
     void writeText(const char* key, const std::basic_string<Char>& value);
     template <class Encode>
@@ -292,7 +301,8 @@ private:
     template <class Writer, class T>
     void writeNested(const char* key, const T& value);
     template <class Writer>
-    std::uint32_t enterPart(const char* key, std::uint8_t rank, std::uint32_t nameOfPart);
+    std::uint32_t enterPart(const CRecordShape::SStep* expected, const char* key, std::uint8_t rank,
+                            std::uint32_t nameOfPart);
 
     void leaveShape();
     void stopFollowing() noexcept;
@@ -433,9 +443,9 @@ void CDataWriterBinary::Begin(std::uint32_t nameOfType)
 }
 
 template <class T, class Image>
-void CDataWriterBinary::writeFixed(const char* key, const Image& image)
+void CDataWriterBinary::writeFixed(const CRecordShape::SStep* expected, const char* key, const Image& image)
 {
-    if (!isExpected(key, RankOf<T>)) [[unlikely]]
+    if (expected == nullptr || expected != step) [[unlikely]]
         return writeBytes(key, RankOf<T>, [&] { bytes.Write(image.data(), image.size()); });
     std::memcpy(bytes.GetData() + step->at, image.data(), image.size());
     ++step;
@@ -451,9 +461,9 @@ void CDataWriterBinary::writeText(const char* key, const std::basic_string<Char>
 
 void CDataWriterBinary::writeValue(const char* key, const IDateTime& value)
 {
-    document.Intern(key);
+    const CRecordShape::SStep* const expected = expectOrIntern(key, RankOf<IDateTime>);
     const CbDateTime date(value); // the client's getters may write other fields
-    writeFixed<IDateTime>(key, ToImage(date));
+    writeFixed<IDateTime>(expected == nullptr ? expect(key, RankOf<IDateTime>) : expected, key, ToImage(date));
 }
 
 void CDataWriterBinary::writeValue(const char* key, const SBlob& value)
@@ -477,7 +487,7 @@ void CDataWriterBinary::writeBytes(const char* key, std::uint8_t rank, const Enc
     {
         encode();
         const SPlace place{at, bytes.GetSize() - at};
-        if (!isExpected(key, rank))
+        if (expect(key, rank) == nullptr)
             enterField(key, rank, place);
         else
         {
@@ -497,10 +507,10 @@ void CDataWriterBinary::writeBytes(const char* key, std::uint8_t rank, const Enc
 template <class Writer, class T>
 void CDataWriterBinary::writeNested(const char* key, const T& value)
 {
-    document.Intern(key);
+    const CRecordShape::SStep* const expected = expectOrIntern(key, RankOf<T>);
     const std::uint32_t nameOfPart = document.Intern(value.GetTypeName()).value;
     CTemporaryWriter<Writer> nested(document, nameOfPart);
-    const std::uint32_t part = enterPart<Writer>(key, RankOf<T>, nameOfPart);
+    const std::uint32_t part = enterPart<Writer>(expected, key, RankOf<T>, nameOfPart);
     learnEarly();
     const auto settle = [&]() noexcept { nested.Swap(getParts<Writer>()[part].writer); };
     try
@@ -517,16 +527,17 @@ void CDataWriterBinary::writeNested(const char* key, const T& value)
 
 // The number of the part under that key, which has the type name from now on.
 template <class Writer>
-std::uint32_t CDataWriterBinary::enterPart(const char* key, std::uint8_t rank, std::uint32_t nameOfPart)
+std::uint32_t CDataWriterBinary::enterPart(const CRecordShape::SStep* expected, const char* key, std::uint8_t rank,
+                                           std::uint32_t nameOfPart)
 {
     auto& all = getParts<Writer>();
     const auto next = static_cast<std::uint32_t>(all.size());
     all.push_back({nameOfPart, nullptr});
     try
     {
-        const std::uint32_t number = isExpected(key, rank)
-                                         ? (++step, next) //
-                                         : static_cast<std::uint32_t>(enterField(key, rank, {next, 0}).at);
+        const bool isNext = expected != nullptr && expected == step;
+        const std::uint32_t number =
+            isNext ? (++step, next) : static_cast<std::uint32_t>(enterField(key, rank, {next, 0}).at);
         if (number != next)
             all.pop_back();
         all[number].typeName = nameOfPart;
