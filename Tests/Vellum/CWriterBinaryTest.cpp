@@ -169,4 +169,23 @@ TEST(CWriterBinary, MemoryAndCopiesDontGrowWithTheDepth)
     }
 }
 
+TEST(CWriterBinary, AValueThatIsReplacedTimeAndAgainIsKeptOnce)
+{
+    const CFields root(
+        [](IDataWriter& w)
+        {
+            for (std::size_t size = 0; size <= 3000; ++size)
+                WriteFields(w, "grows", std::string(size, 'x'), "stays", std::string("here"), "n", 7);
+        });
+    const CAllocationCounter counter;
+    const std::string document = WriteBinary(root);
+    EXPECT_LT(counter.GetPeak(), 0x10000u);
+    ReadBinary(document, ReadFields(
+                             [](IDataReader& r)
+                             {
+                                 EXPECT_EQ(Get<std::string>(r, "grows"), std::string(3000, 'x'));
+                                 EXPECT_EQ(Get<std::string>(r, "stays"), "here");
+                             }));
+}
+
 } // namespace
