@@ -133,6 +133,14 @@ public:
             grow(newCapacity, 0, [](T*) {});
     }
 
+    /// Like Reserve, for somebody who is about to fill the memory: what is new isn't zeroed.
+    void ReserveUnfilled(std::uint64_t newCapacity)
+    {
+        if (newCapacity > capacity)
+            grow(
+                newCapacity, 0, [](T*) {}, false);
+    }
+
     /// The capacity that Add and Append give the array when it has to hold `neededSize` elements, fewer than 2^33. A
     /// result beyond 32 bits is what they refuse.
     std::uint64_t GetGrownCapacity(std::uint64_t neededSize) const noexcept
@@ -191,8 +199,8 @@ private:
         return count + added;
     }
 
-    // Memory for `count` elements, zero from the element `used` on.
-    static Memory obtain(std::uint64_t count, std::uint32_t used)
+    // Memory for `count` elements, zero from the element `used` on unless it is to be filled anyway.
+    static Memory obtain(std::uint64_t count, std::uint32_t used, bool isZeroed)
     {
         const std::size_t bytes = static_cast<std::size_t>(checked(count, 0)) * sizeof(T);
         const std::size_t usedBytes = std::size_t{used} * sizeof(T);
@@ -201,7 +209,8 @@ private:
             memory.reset(::operator new(bytes, std::align_val_t(alignof(T))));
         else
             memory.reset(::operator new(bytes));
-        std::memset(static_cast<char*>(memory.get()) + usedBytes, 0, bytes - usedBytes);
+        if (isZeroed)
+            std::memset(static_cast<char*>(memory.get()) + usedBytes, 0, bytes - usedBytes);
         return memory;
     }
 
@@ -236,9 +245,9 @@ private:
     // Moves the array into a block of `newCapacity` elements, in which `construct` has made `added` new ones behind the
     // old. The new ones come first, since they may be copies of old ones. The size is left to the caller.
     template <class Construct>
-    void grow(std::uint64_t newCapacity, std::uint64_t added, const Construct& construct)
+    void grow(std::uint64_t newCapacity, std::uint64_t added, const Construct& construct, bool isZeroed = true)
     {
-        Memory memory = obtain(newCapacity, size);
+        Memory memory = obtain(newCapacity, size, isZeroed);
         T* const elements = static_cast<T*>(memory.get());
         construct(elements + size);
         try

@@ -17,5 +17,5 @@ void CbStreamWriteBinaryBuffer::reserveGrowing(std::size_t count)
     const std::uint32_t size = bytes.GetSize();
     if (count > most - size)
         throw std::bad_array_new_length();
-    bytes.Reserve(std::min<std::uint64_t>(most, bytes.GetGrownCapacity(std::uint64_t{size} + count)));
+    bytes.ReserveUnfilled(std::min<std::uint64_t>(most, bytes.GetGrownCapacity(std::uint64_t{size} + count)));
 }

@@ -51,7 +51,10 @@ private:
         return nullptr;
     }
 
-    std::size_t firstPlace(std::uint32_t key) const { return (key * 0x9E3779B1u >> 7) & (places.size() - 1); }
+    std::size_t firstPlace(std::uint32_t key) const
+    {
+        return (key * std::uint64_t{0x9E3779B97F4A7C15u} >> 32) & (places.size() - 1);
+    }
 
     void update(const std::vector<SRecordField>& fields)
     {

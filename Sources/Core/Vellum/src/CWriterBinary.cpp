@@ -308,8 +308,8 @@ private:
     void stopFollowing() noexcept;
     SRecordField& enterField(const char* key, std::uint8_t rank, const SPlace& place);
     void replaceBytes(SRecordField& field, const SPlace& place);
-    void dropLost();
-    void learnEarly();
+    void dropLost() noexcept;
+    void learnEarly() noexcept;
     void emitImage(COutput& output);
     void emitFields(COutput& output);
     void emitValue(COutput& output, std::uint8_t rank, const SPlace& place);
@@ -351,14 +351,7 @@ public:
                 ++count;
                 return;
             }
-        fixTag(TagOf<T>);
-        append(
-            [&]
-            {
-                if (IsTooLong(value))
-                    throw std::bad_array_new_length();
-                elements.Write(value);
-            });
+        writeElement(value);
     }
     void writeValue(const IDateTime& value);
     void writeValue(const SBlob& value);
@@ -376,6 +369,8 @@ private:
 
     void fixTag(std::uint8_t tagOfElement);
 
+    template <class T>
+    void writeElement(const T& value);
     template <class Encode>
     void append(const Encode& encode);
     void emitTypeHeader(COutput& output) const;
@@ -592,9 +587,10 @@ SRecordField& CDataWriterBinary::enterField(const char* key, std::uint8_t rank, 
 // Gives a field the value that was appended last.
 void CDataWriterBinary::replaceBytes(SRecordField& field, const SPlace& place)
 {
-    lost += std::max(field.size, place.size) - (place.size <= field.size ? place.size : 0);
+    lost += field.size;
     if (place.size <= field.size)
     {
+        lost -= place.size;
         std::memcpy(bytes.GetData() + field.at, bytes.GetData() + place.at, place.size);
         bytes.Truncate(place.at);
     }
@@ -605,17 +601,24 @@ void CDataWriterBinary::replaceBytes(SRecordField& field, const SPlace& place)
         dropLost();
 }
 
-// Drops what values have left behind that were replaced.
-void CDataWriterBinary::dropLost()
+// Drops what values have left behind that were replaced, if there is memory for the others.
+void CDataWriterBinary::dropLost() noexcept
 {
     CByteBuffer kept;
-    for (const SRecordField& field : fields)
-        if (StorageOf(field.rank) == 0)
-            kept.Write(bytes.GetData() + field.at, field.size);
-    std::size_t at = 0;
+    try
+    {
+        for (const SRecordField& field : fields)
+            if (StorageOf(field.rank) == 0)
+                kept.Write(bytes.GetData() + field.at, field.size);
+    }
+    catch (const std::bad_alloc&)
+    {
+        return;
+    }
+    std::size_t end = 0;
     for (SRecordField& field : fields)
         if (StorageOf(field.rank) == 0)
-            at += field.size, field.at = at - field.size;
+            field.at = std::exchange(end, end + field.size);
     bytes = std::move(kept);
     lost = 0;
 }
@@ -632,13 +635,20 @@ void CDataWriterBinary::Emit(COutput& output)
 }
 
 // Records within the first part of a record may be of its type, and then they have a shape already.
-void CDataWriterBinary::learnEarly()
+void CDataWriterBinary::learnEarly() noexcept
 {
     const std::size_t count = getParts<CDataWriterBinary>().size() + getParts<CContainerWriterBinary>().size();
     if (count != 1 || shape != nullptr || typeName == NoTypeName || document.FindShape(typeName) != nullptr)
         return;
-    FieldOrder::Arrange(fields, order);
-    document.Learn(typeName, fields, order);
+    try
+    {
+        FieldOrder::Arrange(fields, order);
+        document.Learn(typeName, fields, order);
+    }
+    catch (const std::bad_alloc&)
+    {
+        // it is learned when the record is complete
+    }
 }
 
 void CDataWriterBinary::emitImage(COutput& output)
@@ -739,6 +749,20 @@ void CContainerWriterBinary::append(const Encode& encode)
         throw;
     }
     ++count;
+}
+
+// A number, where there is more to do than to append it, or a text.
+template <class T>
+[[gnu::noinline]] void CContainerWriterBinary::writeElement(const T& value)
+{
+    fixTag(TagOf<T>);
+    append(
+        [&]
+        {
+            if (IsTooLong(value))
+                throw std::bad_array_new_length();
+            elements.Write(value);
+        });
 }
 
 void CContainerWriterBinary::writeValue(const IDateTime& value)
