@@ -185,17 +185,17 @@ TEST(CReaderBinary, KnowsALongKeyThatItHandedOut)
     CFields root = ReadFields(
         [&](IDataReader& r)
         {
-            ASSERT_EQ(r.GetKeyCount(), 3u);
-            for (std::uint32_t i = 0; i < 3; ++i)
+            ASSERT_EQ(r.GetKeyCount(), 2u);
+            for (std::uint32_t i = 0; i < 2; ++i)
             {
                 const char* const key = r.GetKey(i);
                 EXPECT_EQ(Get<int>(r, std::string(key).c_str()), static_cast<int>(std::strlen(key)));
                 const char before = std::exchange(const_cast<char&>(*key), '!');
-                EXPECT_EQ(Get<int>(r, key), before == 's' ? std::nullopt : std::optional(int(std::strlen(key))));
+                EXPECT_EQ(Get<int>(r, key), static_cast<int>(std::strlen(key)));
                 const_cast<char&>(*key) = before;
             }
         });
-    ReadBinary(WriteBinary(FieldsOf(longKey.c_str(), 1000, (longKey + "2").c_str(), 1001, "s", 1)), root);
+    ReadBinary(WriteBinary(FieldsOf(longKey.c_str(), 1000, (longKey + "2").c_str(), 1001)), root);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "Groundwork/BinaryDecoding.h"
 #include "Groundwork/CbStreamReadBinary.h"
 
@@ -22,6 +24,21 @@ public:
 
     /// How many bytes have not been read yet.
     std::size_t GetLeft() const noexcept { return left; }
+
+    /// Takes `size` bytes and returns where they lie, or raises CbExceptionStream, "CbStreamReadBinary::Read".
+    const unsigned char* ReadInPlace(std::size_t size)
+    {
+        ExpectLeft(size);
+        left -= size;
+        return std::exchange(next, next + size);
+    }
+
+    /// Raises CbExceptionStream, "CbStreamReadBinary::Read", if there are fewer bytes left, and takes none.
+    void ExpectLeft(std::uint64_t size) const
+    {
+        if (size > left) [[unlikely]]
+            BinaryDecoding::RaiseMissing();
+    }
 
     using CbStreamReadBinary::Read;
     CbStreamReadBinaryBuffer& Read(ATL::CStringT<wchar_t>& text) override { return readText(text); }
@@ -56,8 +73,7 @@ public:
     /// The base's, without a virtual call: fills `size` bytes or raises CbExceptionStream, "CbStreamReadBinary::Read".
     void ReadExact(void* data, std::size_t size)
     {
-        if (size > left) [[unlikely]]
-            BinaryDecoding::RaiseMissing();
+        ExpectLeft(size);
         Read(data, size);
     }
 
