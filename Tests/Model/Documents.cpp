@@ -22,7 +22,7 @@ namespace
 
 std::string Space(CTape& tape)
 {
-    static const auto spaces = Words("~~~~ ~\n~\t\r\n ~\v\f");
+    static const auto spaces = Words("~~~~ ~\n~\t\r\n ~\v\f~\n         ~\n            ");
     return tape.From(spaces);
 }
 

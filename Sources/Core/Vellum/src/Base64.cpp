@@ -197,6 +197,16 @@ std::size_t DecodeText(std::string_view text, void* out, std::size_t outSize)
     return size;
 }
 
+CbArray<unsigned char> DecodeText(std::string_view text)
+{
+    const std::size_t size = GetDecodedSizeOf(text);
+    if (size == 0)
+        throw CException(__FILE__, __LINE__, "Vellum::Base64::Decode");
+    CbArray<unsigned char> bytes(size);
+    CDecoder(text, bytes.GetData(), size).Run();
+    return bytes;
+}
+
 std::string Encode(const void* data, std::size_t size, bool lineBreaks)
 {
     std::string text;

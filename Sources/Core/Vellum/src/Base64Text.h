@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "Groundwork/CbArray.h"
+
 // The forms of the Base64 functions that spare readers and writers a copy. They behave like those and raise in their
 // name.
 namespace Vellum::Base64
@@ -15,5 +17,8 @@ void AppendBase64(std::string& text, const void* data, std::size_t size, bool li
 // Like GetDecodedSize and Decode, of a text that needs no terminator.
 std::size_t GetDecodedSizeOf(std::string_view text);
 std::size_t DecodeText(std::string_view text, void* out, std::size_t outSize);
+
+// Both at once.
+CbArray<unsigned char> DecodeText(std::string_view text);
 
 } // namespace Vellum::Base64

@@ -26,9 +26,7 @@ public:
             return getRange(first);
         if (const auto found = others.find(text.data()); found != others.end())
             return getRange(found->second);
-        CbArray<unsigned char> bytes(Base64::GetDecodedSizeOf(text));
-        Base64::DecodeText(text, bytes.GetData(), bytes.GetSize());
-        return getRange(keep(text.data(), std::move(bytes)));
+        return getRange(keep(text.data(), Base64::DecodeText(text)));
     }
 
 private:

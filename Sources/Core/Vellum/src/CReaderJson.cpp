@@ -71,6 +71,8 @@ private:
     // The first byte that is no white space, which is never the end of the text.
     const char* skipEmptyChars(const char* text)
     {
+        if (static_cast<unsigned char>(*text) > ' ')
+            return text;
         if (IsWhiteSpace(*text))
             text = skipWhiteSpace(text + 1);
         if (*text == '\0')
@@ -78,21 +80,24 @@ private:
         return text;
     }
 
-    // Indentation is a long run of one byte.
+    // Byte by byte, since the processor foresees how many there are, as it does not with texts and numbers.
     const char* skipWhiteSpace(const char* text)
     {
-        while (reach.Has(text, 8))
-        {
-            const std::uint64_t bytes = LoadEight(text);
-            if (const std::uint64_t others = ~MarkWhiteSpace(bytes) & ByteMarks; others != 0)
-                return text + FirstMarked(others);
-            do
-                text += 8;
-            while (reach.Has(text, 8) && LoadEight(text) == bytes);
-        }
+        const char* const start = text;
+        if (isIndentedAlike(text))
+            text += indentation.size();
         while (IsWhiteSpace(*text))
             ++text;
+        if (text - start > 8)
+            indentation = std::string_view(start, static_cast<std::size_t>(text - start) - 1);
         return text;
+    }
+
+    // In front of nested values white space is long, and hardly differs from line to line.
+    bool isIndentedAlike(const char* text)
+    {
+        const std::size_t size = indentation.size();
+        return size != 0 && reach.Has(text, size) && std::memcmp(text, indentation.data(), size) == 0;
     }
 
     // The first quote or backslash.
@@ -263,7 +268,8 @@ private:
     SJsonDocument& document;
     std::vector<SJsonElement>& open;
     CTextReach reach;
-    std::uint32_t depth = 0; // of open brackets
+    std::string_view indentation; // the last long white space but for its last byte, which the next may not have
+    std::uint32_t depth = 0;      // of open brackets
 };
 
 // ---- Conversion of a raw text to a value. ----

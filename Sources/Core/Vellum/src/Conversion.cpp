@@ -11,6 +11,7 @@
 
 #include "Vellum/CException.h"
 
+#include "Vellum/src/EightBytes.h"
 #include "Vellum/src/NumberText.h"
 #include "Vellum/src/WhiteSpace.h"
 
@@ -43,6 +44,11 @@ bool TryShortDecimal(std::string_view text, std::int64_t& value)
         return false;
     std::int64_t magnitude = 0;
     std::size_t digits = 0;
+    if (const std::uint64_t bytes = text.size() < 8 ? 0 : LoadEight(text.data()); AreDigits(bytes))
+    {
+        magnitude = NumberOf(bytes);
+        digits = 8;
+    }
     for (; digits < text.size() && IsDigit(text[digits]); ++digits)
     {
         if (digits == MostDigits)

@@ -35,17 +35,32 @@ constexpr std::uint64_t MarkBytesUpTo(std::uint64_t bytes, char highest)
     return ~((bytes | ByteMarks) - RepeatByte(static_cast<unsigned char>(highest + 1))) & ~bytes & ByteMarks;
 }
 
-// Marks what IsWhiteSpace answers for.
-constexpr std::uint64_t MarkWhiteSpace(std::uint64_t bytes)
-{
-    return (MarkBytesUpTo(bytes, '\r') & ~MarkBytesUpTo(bytes, '\t' - 1)) | MarkBytes(bytes, ' ');
-}
-
 // The place of the first marked byte, of which there is at least one.
 constexpr std::size_t FirstMarked(std::uint64_t marks)
 {
     const int bits = std::endian::native == std::endian::little ? std::countr_zero(marks) : std::countl_zero(marks);
     return static_cast<std::size_t>(bits) / 8;
+}
+
+// Whether all eight are decimal digits.
+constexpr bool AreDigits(std::uint64_t bytes)
+{
+    const std::uint64_t carried = bytes + RepeatByte(6); // a byte behind 9 gets another upper half
+    return (bytes & RepeatByte(0xF0)) == RepeatByte(0x30) && (carried & RepeatByte(0xF0)) == RepeatByte(0x30);
+}
+
+// The number that eight digits are, put together two, four and eight at a time.
+constexpr std::uint32_t NumberOf(std::uint64_t digits)
+{
+    constexpr bool isFirstLowest = std::endian::native == std::endian::little;
+    const auto join = [](std::uint64_t parts, std::uint64_t scale, int width, std::uint64_t mask)
+    {
+        const std::uint64_t one = parts & mask, other = (parts >> width) & mask;
+        return isFirstLowest ? one * scale + other : other * scale + one;
+    };
+    digits = join(digits - RepeatByte('0'), 10, 8, 0x00FF00FF00FF00FFu);
+    digits = join(digits, 100, 16, 0x0000FFFF0000FFFFu);
+    return static_cast<std::uint32_t>(join(digits, 10000, 32, 0x00000000FFFFFFFFu));
 }
 
 // Whether two texts begin with the same bytes, of which there is at least one. Seven more can be read from each.

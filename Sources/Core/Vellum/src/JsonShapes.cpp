@@ -62,11 +62,9 @@ SJsonShape& CJsonShapes::Lengthen(SJsonShape& shape, std::string_view key)
         });
 }
 
-CJsonKeys& CJsonShapes::GetKeys(SJsonShape& shape)
+CJsonKeys& CJsonShapes::makeKeys(SJsonShape& shape)
 {
-    if (shape.keys == nullptr)
-        shape.keys =
-            ObtainForMembers([&] { return new (arena->Allocate(sizeof(CJsonKeys))) CJsonKeys(shape, *arena); });
+    shape.keys = ObtainForMembers([&] { return new (arena->Allocate(sizeof(CJsonKeys))) CJsonKeys(shape, *arena); });
     return *shape.keys;
 }
 

@@ -54,9 +54,11 @@ public:
     SJsonShape& Lengthen(SJsonShape& shape, std::string_view key);
 
     // What finds the keys of a shape.
-    CJsonKeys& GetKeys(SJsonShape& shape);
+    CJsonKeys& GetKeys(SJsonShape& shape) { return shape.keys != nullptr ? *shape.keys : makeKeys(shape); }
 
 private:
+    CJsonKeys& makeKeys(SJsonShape& shape);
+
     SJsonShape empty;
     CArena* arena;
 };
