@@ -128,15 +128,13 @@ private:
 
     static bool endsWord(char byte, char terminator) { return byte == ',' || byte == terminator || IsWhiteSpace(byte); }
 
-    // Where a word may end, or where the text is near its end.
+    // Where a word may end, as at any byte up to the comma, or where the text is near its end.
     const char* findWordEnd(const char* text, char terminator)
     {
         for (; reach.Has(text, 8); text += 8)
         {
             const std::uint64_t bytes = LoadEight(text);
-            const std::uint64_t found =
-                MarkBytes(bytes, ',') | MarkBytes(bytes, terminator) | MarkBytesUpTo(bytes, ' ');
-            if (found != 0)
+            if (const std::uint64_t found = MarkBytesUpTo(bytes, ',') | MarkBytes(bytes, terminator); found != 0)
                 return text + FirstMarked(found);
         }
         return text;
