@@ -17,7 +17,8 @@ std::string Decoded(std::string_view text)
     const auto exact = ExactText(text);
     std::vector<char> out(Base64::GetDecodedSize(exact.get()));
     EXPECT_EQ(Base64::Decode(exact.get(), out.data(), out.size()), out.size());
-    EXPECT_EQ(Base64::GetDecodedSizeOf(text), out.size());
+    const CbArray<unsigned char> bytes = Base64::DecodeText(text);
+    EXPECT_TRUE(std::ranges::equal(bytes, out, {}, {}, [](char byte) { return static_cast<unsigned char>(byte); }));
     return {out.begin(), out.end()};
 }
 

@@ -138,6 +138,32 @@ private:
 
 std::string_view ToView(const char* text) { return text == nullptr ? std::string_view() : std::string_view(text); }
 
+std::size_t GetDecodedSizeOf(std::string_view text)
+{
+    std::size_t count = 0; // of data and fill characters
+    const char* at = text.data();
+    for (const char* const end = at + text.size(); at != end && IsPassed(*at);)
+    {
+        count += ClassOf(*at++) != ClassSkip;
+        for (;
+             end - at >= 4 && ((ClassOf(at[0]) | ClassOf(at[1]) | ClassOf(at[2]) | ClassOf(at[3])) & ClassNoData) == 0;
+             at += 4)
+            count += 4;
+    }
+    std::size_t fills = 0;
+    while (fills < count && *(at - 1 - fills) == Fill)
+        ++fills;
+    return static_cast<std::uint32_t>((count - fills) * 3 / 4);
+}
+
+std::size_t GetSizeToDecode(std::string_view text, std::size_t most)
+{
+    const std::size_t size = GetDecodedSizeOf(text);
+    if (size == 0 || size > most)
+        throw CException(__FILE__, __LINE__, "Vellum::Base64::Decode");
+    return size;
+}
+
 } // namespace
 
 void AppendBase64(std::string& text, const void* data, std::size_t size, bool lineBreaks)
@@ -170,40 +196,10 @@ void AppendBase64(std::string& text, const void* data, std::size_t size, bool li
         EncodeRest(from, rest, to);
 }
 
-std::size_t GetDecodedSizeOf(std::string_view text)
-{
-    std::size_t count = 0; // of data and fill characters
-    const char* at = text.data();
-    for (const char* const end = at + text.size(); at != end && IsPassed(*at);)
-    {
-        count += ClassOf(*at++) != ClassSkip;
-        for (;
-             end - at >= 4 && ((ClassOf(at[0]) | ClassOf(at[1]) | ClassOf(at[2]) | ClassOf(at[3])) & ClassNoData) == 0;
-             at += 4)
-            count += 4;
-    }
-    std::size_t fills = 0;
-    while (fills < count && *(at - 1 - fills) == Fill)
-        ++fills;
-    return static_cast<std::uint32_t>((count - fills) * 3 / 4);
-}
-
-std::size_t DecodeText(std::string_view text, void* out, std::size_t outSize)
-{
-    const std::size_t size = GetDecodedSizeOf(text);
-    if (size == 0 || size > outSize)
-        throw CException(__FILE__, __LINE__, "Vellum::Base64::Decode");
-    CDecoder(text, static_cast<unsigned char*>(out), size).Run();
-    return size;
-}
-
 CbArray<unsigned char> DecodeText(std::string_view text)
 {
-    const std::size_t size = GetDecodedSizeOf(text);
-    if (size == 0)
-        throw CException(__FILE__, __LINE__, "Vellum::Base64::Decode");
-    CbArray<unsigned char> bytes(size);
-    CDecoder(text, bytes.GetData(), size).Run();
+    CbArray<unsigned char> bytes(GetSizeToDecode(text, std::numeric_limits<std::size_t>::max()));
+    CDecoder(text, bytes.GetData(), bytes.GetSize()).Run();
     return bytes;
 }
 
@@ -218,6 +214,12 @@ std::string Encode(const std::string& data, bool lineBreaks) { return Encode(dat
 
 std::size_t GetDecodedSize(const char* text) { return GetDecodedSizeOf(ToView(text)); }
 
-std::size_t Decode(const char* text, void* out, std::size_t outSize) { return DecodeText(ToView(text), out, outSize); }
+std::size_t Decode(const char* text, void* out, std::size_t outSize)
+{
+    const std::string_view view = ToView(text);
+    const std::size_t size = GetSizeToDecode(view, outSize);
+    CDecoder(view, static_cast<unsigned char*>(out), size).Run();
+    return size;
+}
 
 } // namespace Vellum::Base64

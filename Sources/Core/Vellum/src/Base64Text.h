@@ -14,11 +14,7 @@ namespace Vellum::Base64
 // Like Encode, behind what the text has. If it raises, the text is as it was.
 void AppendBase64(std::string& text, const void* data, std::size_t size, bool lineBreaks);
 
-// Like GetDecodedSize and Decode, of a text that needs no terminator.
-std::size_t GetDecodedSizeOf(std::string_view text);
-std::size_t DecodeText(std::string_view text, void* out, std::size_t outSize);
-
-// Both at once.
+// Like Decode, of a text that needs no terminator.
 CbArray<unsigned char> DecodeText(std::string_view text);
 
 } // namespace Vellum::Base64
