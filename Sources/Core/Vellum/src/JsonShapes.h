@@ -42,7 +42,7 @@ class CJsonShapes
 {
 public:
     // What is made lies in the arena, which must live as long.
-    explicit CJsonShapes(CArena& arena) : arena(&arena) {}
+    explicit CJsonShapes(CArena& memory) : arena(&memory) {}
 
     CJsonShapes(const CJsonShapes&) = delete;
     CJsonShapes& operator=(const CJsonShapes&) = delete;

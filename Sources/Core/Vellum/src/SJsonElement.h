@@ -65,7 +65,7 @@ private:
     static constexpr std::uint64_t KindMask = 3;
     static_assert(alignof(SJsonShape) > KindMask);
 
-    SJsonElement(EKind kind, std::uint64_t word, const void* content) : word(word | kind), content(content) {}
+    SJsonElement(EKind kind, std::uint64_t bits, const void* place) : word(bits | kind), content(place) {}
 
     std::size_t getSize() const { return static_cast<std::size_t>(word >> KindBits); }
 
