@@ -161,7 +161,7 @@ TEST(Strict, TellsPathReasonAndPlaceInJson)
         {R"({"small":300})", "small", "The number 300 isn't between -128 and 127.", 1, 10},
         {R"({"small":1e3})", "small", "\"1e3\" is no whole number.", 1, 10},
         {R"({"small":"12ab"})", "small", "\"12ab\" is no whole number.", 1, 10},
-        {R"({"small":010})", "small", "\"010\" is no whole number.", 1, 10},
+        {R"({"small":010})", "small", "Expected a value of JSON, found \"010\".", 1, 10},
         {R"({"small":""})", "small", "\"\" is no whole number.", 1, 10},
         {R"({"small":99999999999999999999})", "small", "The number 99999999999999999999 isn't between -128 and 127.", 1,
          10},
@@ -173,7 +173,7 @@ TEST(Strict, TellsPathReasonAndPlaceInJson)
         {R"({"letter":"ab"})", "letter", "\"ab\" is more than one character.", 1, 11},
         {"{\"lines\":[{},\n {\"count\":1,\"cuont\":2}]}", "lines[1].cuont", "Nothing is known by this name.", 2, 21},
         {R"({"lines":[{},7]})", "lines[1]", "The element is of another kind than what is read here.", 1, 14},
-        {R"({"lines":[{},null]})", "lines[1]", "A sequence can't hold a null.", 1, 14},
+        {R"({"lines":[{},null]})", "lines[1]", "Expected an element of the sequence, found \"null\".", 1, 14},
         {R"({"lines":{}})", "lines", otherKind, 1, 10},
         {R"({"two":[1]})", "two", "There are 1 elements in place of 2.", 1, 8},
         {R"({"two":[1,2,3]})", "two", "There are more than 2 elements.", 1, 8},
@@ -181,14 +181,14 @@ TEST(Strict, TellsPathReasonAndPlaceInJson)
         {R"({"date":"soon"})", "date", "What stands here can't be read: CbDateTime::operator = refuses it.", 1, 9},
         {R"({"blob":"a?=="})", "blob", "The text is no Base64.", 1, 9},
         {R"({"map":{"a":1,"b":"c"}})", "map.b", "\"c\" is no whole number.", 1, 19},
-        {R"({"small":1,})", "", "A value is missing behind the comma.", 1, 11},
-        {R"({"small":1 "yes":true})", "", "A comma or the closing bracket is missing.", 1, 12},
-        {R"({"map":{"a":hello}})", "map.a", "This is no value of JSON.", 1, 13},
-        {R"({"small" 1})", "", "A colon is missing behind the key.", 1, 10},
-        {"{\"small\":1", "", "The text ends before the document does.", 1, 11},
-        {"{\"small", "", "The text in quotes has no end.", 1, 2},
-        {"[]", "", "The document is no object.", 1, 1},
-        {"{} {}", "", "Something stands behind the document.", 1, 4},
+        {R"({"small":1,})", "", "Expected a value behind the comma, found \"}\".", 1, 12},
+        {R"({"small":1 "yes":true})", "", "Expected a comma or \"}\", found \"\"\".", 1, 12},
+        {R"({"map":{"a":hello}})", "map.a", "Expected a value of JSON, found \"hello\".", 1, 13},
+        {R"({"small" 1})", "", "Expected a colon behind the key, found \"1\".", 1, 10},
+        {"{\"small\":1", "", "Expected a comma or \"}\", found the end of the text.", 1, 11},
+        {"{\"small", "", "Expected a closing quote for the text that begins here, found the end of the text.", 1, 2},
+        {"[]", "", "Expected an object, found \"[\".", 1, 1},
+        {"{} {}", "", "Expected the end of the document, found \"{\".", 1, 4},
     };
     for (const SRefused& refused : table)
         ExpectRefused(refused, [&] { FromJson<SStrictness>(refused.document, Strict); });
@@ -201,11 +201,13 @@ TEST(Strict, TellsPathAndReasonInXmlAndBinary)
         {"<SStrictness><small>300</small></SStrictness>", "small", "The number 300 isn't between -128 and 127.", 0, 0},
         {"<SStrictness><yes>maybe</yes></SStrictness>", "yes", "\"maybe\" is neither true nor false.", 0, 0},
         {"<SStrictness><Other/></SStrictness>", "Other", "Nothing is known by this name.", 0, 0},
-        {"<SStrictness><small>1</SStrictness>", "", "An element isn't closed.", 2, 24},
-        {"<SStrictness>&nope;</SStrictness>", "", "A reference is malformed or unknown.", 2, 14},
-        {"<Other></Other>", "", "The document has no root for the type SStrictness.", 0, 0},
-        {"<SStrictnesses/>", "", "The document has no root for the type SStrictness.", 0, 0},
-        {"<Other><SStrictness/></Other>", "", "The document has no root for the type SStrictness.", 0, 0},
+        {"<SStrictness><small>1</SStrictness>", "small",
+         "Expected the end of the element \"small\", which is opened in line 2, column 15, found that of another one.",
+         2, 24},
+        {"<SStrictness>&nope;</SStrictness>", "", "Expected a reference such as &amp; or &#65;, found \"&\".", 2, 14},
+        {"<Other></Other>", "", "Expected the root \"SStrictness\", found \"Other\".", 2, 2},
+        {"<SStrictnesses/>", "", "Expected the root \"SStrictness\", found \"SStrictnesses\".", 2, 2},
+        {"<Other><SStrictness/></Other>", "", "Expected the root \"SStrictness\", found \"Other\".", 2, 2},
     };
     for (const SRefused& refused : table)
         ExpectRefused(refused, [&] { FromXml<SStrictness>(head + refused.document, Strict); });
@@ -217,11 +219,11 @@ TEST(Strict, TellsPathAndReasonInXmlAndBinary)
            Support::CFields([](IDataWriter& writer) { writer.Write("small", std::int16_t{1}); }));
     refuse("other", "Nothing is known by this name.",
            Support::CFields([](IDataWriter& writer) { writer.Write("other", true); }));
-    ExpectRefused({"", "", "What stands here can't be read: CbStreamReadBinary::Read refuses it.", 0, 0},
+    ExpectRefused({"", "", "Expected the version, found the end of the document after 2 of 4 bytes.", 0, 0},
                   [] { FromBinary<SStrictness>(std::string("\0\0", 2), Strict); });
     auto tail = ToBinary(SStrictness());
     tail.push_back(0);
-    ExpectRefused({"", "", "Something stands behind the document.", 0, 0},
+    ExpectRefused({"", "", "Expected the end of the document, found 1 more bytes.", 0, 0},
                   [&] { FromBinary<SStrictness>(tail, Strict); });
 }
 
@@ -327,12 +329,13 @@ TEST(Files, FailuresTellTheFileAndTheReason)
     EXPECT_EQ(tell([&] { Load<COrder>(folder.GetPath()); }),
               "Vellum::Load: " + folder.GetPath().string() + ": " + reason(std::errc::is_a_directory));
     EXPECT_EQ(tell([&] { Load<COrder>(json, EFormat::Xml); }),
-              "Vellum::Load: " + json + ", line 10, column 5: Something in a tag doesn't belong there.");
+              "Vellum::Load: " + json +
+                  ", line 10, column 5: Expected an attribute or the end of the tag, found \"\"\".");
     EXPECT_EQ(tell([&] { Load<COrder>(json, EFormat::Binary); }),
               "Vellum::Load: " + json +
                   ": What stands here can't be read: CbStreamRead::ReadAndCompareVersion refuses it.");
     EXPECT_EQ(tell([&] { Load<std::vector<int>>(json); }),
-              "Vellum::Load: " + json + ", line 1, column 1: The document is no sequence.");
+              "Vellum::Load: " + json + ", line 1, column 1: Expected a sequence, found \"{\".");
 }
 
 } // namespace

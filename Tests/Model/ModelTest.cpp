@@ -299,6 +299,90 @@ void ReadsWithoutMemory(CTape tape)
                [&](CVisitor& visitor) { ReadXml(xml, root.isSequence, visitor); });
 }
 
+std::string ToBinary(const Vellum::CValue& value)
+{
+    CbStreamWriteBinaryBuffer buffer;
+    value.ToBinary(buffer);
+    return std::string(reinterpret_cast<const char*>(buffer.GetData()), buffer.GetSize());
+}
+
+Vellum::CValue FromBinary(const std::string& document)
+{
+    CbStreamReadBinaryBuffer stream(document.data(), document.size());
+    return Vellum::CValue::FromBinary(stream);
+}
+
+// The same with the fields of each object in the order of their keys and kinds.
+Vellum::CValue Sorted(Vellum::CValue value)
+{
+    if (value.GetKind() == Vellum::EValueKind::Sequence)
+        for (Vellum::CValue& element : value.GetElements())
+            element = Sorted(std::move(element));
+    if (value.GetKind() != Vellum::EValueKind::Object)
+        return value;
+    for (auto& [key, field] : value.GetFields())
+        field = Sorted(std::move(field));
+    std::ranges::sort(value.GetFields(), {},
+                      [](const auto& field) { return std::pair(field.key, field.value.GetKind()); });
+    return value;
+}
+
+// Whatever a document has, a value of it is written and read back as it is; of a writer's binary document to the byte,
+// unless it was changed. What a format can't hold is refused.
+void ValuesComeBack(CTape tape)
+{
+    using Vellum::CValue;
+    const bool isOdd = tape.OneIn(4);
+    const SWritten written = WriteBinary(AnyTree(tape, tape.OneIn(2)), isOdd);
+    CValue value;
+    const auto binary = [&]
+    {
+        value = FromBinary(written.document);
+        if (!isOdd)
+            ExpectSame(ToBinary(value), written.document);
+        value.Set("", CValue(value));
+        RC_ASSERT(Sorted(FromBinary(ToBinary(value))) == Sorted(value));
+    };
+    const auto json = [&]
+    {
+        const CValue read = CValue::FromJson(value.ToJson());
+        RC_ASSERT(CValue::FromJson(read.ToJson()) == read);
+    };
+    const auto xml = [&]
+    {
+        const CValue read = CValue::FromXml(value.ToXml());
+        RC_ASSERT(CValue::FromXml(read.ToXml()) == read);
+    };
+    for (const std::function<void()>& comeBack : {std::function<void()>(binary), {json}, {xml}})
+        if (const std::string refused = Raised([&] { written.raised.empty() ? comeBack() : void(); });
+            refused.find("CDocumentException") == std::string::npos)
+            ExpectSame(refused, "");
+}
+
+// What Check says of a document, Read does.
+void ChecksAgree(CTape tape)
+{
+    const SNode root = AnyTree(tape, tape.OneIn(2));
+    Support::CFields object;
+    Support::CElements sequence;
+    const std::string bytes = Mutated(WriteBinary(root, tape.OneIn(3)).document, tape, true);
+    CbStreamReadBinaryBuffer stream(bytes.data(), bytes.size()), checked = stream;
+    const Vellum::SOutcome binary = Vellum::CReaderBinary::Check(checked);
+    RC_ASSERT(binary.isAccepted == Raised([&] { const Vellum::CReaderBinary reader(stream); }).empty());
+    if (binary.isAccepted)
+        RC_ASSERT(checked.GetLeft() == stream.GetLeft());
+    RC_ASSERT(binary.offset <= bytes.size() && binary.isAccepted == binary.reason.empty());
+
+    const std::string whole = tape.OneIn(2) ? AnyJson(tape) : WriteJson(root, tape.OneIn(2)).document;
+    const std::unique_ptr<char[]> text = Support::ExactText(Mutated(whole, tape, false));
+    const Vellum::CReaderJson reader(text.get());
+    const Vellum::SOutcome json = reader.Check();
+    RC_ASSERT(json.isAccepted ==
+              (Raised([&] { reader.Read(object); }).empty() || Raised([&] { reader.Read(sequence); }).empty()));
+    RC_ASSERT(json.isAccepted == Raised([&] { Vellum::CValue::FromJson(text.get()); }).empty());
+    RC_ASSERT(json.offset <= std::strlen(text.get()) && json.isAccepted == json.reason.empty());
+}
+
 TEST(Model, BinaryWritesTheSame) { Check(BinaryWrites); }
 TEST(Model, BinaryReadsTheSame) { Check(BinaryReads); }
 TEST(Model, BinaryWalksTheSame) { Check(BinaryWalks); }
@@ -308,5 +392,7 @@ TEST(Model, XmlWritesTheSame) { Check(XmlWrites); }
 TEST(Model, XmlReadsTheSame) { Check(XmlReads); }
 TEST(Model, WritesWithoutMemory) { Check(WritesWithoutMemory); }
 TEST(Model, ReadsWithoutMemory) { Check(ReadsWithoutMemory); }
+TEST(Model, ChecksAgree) { Check(ChecksAgree); }
+TEST(Model, ValuesComeBack) { Check(ValuesComeBack); }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <exception>
 #include <iostream>
+#include <Scribe/CScribe.h>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -11,6 +12,7 @@
 #include <variant>
 
 #include "Commands.h"
+#include "Values.h"
 
 namespace
 {
@@ -80,6 +82,7 @@ EStatus Finish(EStatus status)
 
 int RunCommandLine(const SProgram& program, int argc, char** argv)
 {
+    Scribing::SetSink([](const Scribing::SEntry&) {}); // what goes wrong is told below, for people
     EStatus status = EStatus::Done;
     CLI::App parser(std::string("vellum ") + program.summary, program.name);
     parser.footer(Wrap(std::string(program.details) + "\n\nExit status: " + program.exitStatus));
@@ -101,7 +104,8 @@ int RunCommandLine(const SProgram& program, int argc, char** argv)
     {
         std::cout.flush();
         std::cerr << program.name << ": " << exception.what() << '\n';
-        status = EStatus::Failed;
+        const bool isDamaged = dynamic_cast<const CDamagedDocument*>(&exception) != nullptr;
+        status = isDamaged ? EStatus::Differs : EStatus::Failed;
     }
     return static_cast<int>(status);
 }

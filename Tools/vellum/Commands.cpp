@@ -14,6 +14,6 @@ SProgram DescribeProgram()
         .exitStatus =
             "0 when all is in order, 1 when documents differ or one is damaged, 2 when that couldn't be found "
             "out: a wrong command line, a file that can't be read or written.",
-        .commands = {MakeDump(), MakeStat()},
+        .commands = {MakeShow(), MakeCheck(), MakeDiff(), MakeConvert(), MakeDump(), MakeStat()},
     };
 }

@@ -5,7 +5,11 @@
 #include "Command.h"
 
 // Each command is one source of that name.
+SCommand MakeCheck();
+SCommand MakeConvert();
+SCommand MakeDiff();
 SCommand MakeDump();
+SCommand MakeShow();
 SCommand MakeStat();
 
 // What is told about the program as a whole.

@@ -16,8 +16,9 @@
 ///
 /// Vellum/Vellum.h doesn't include this header, and this one includes of it what it needs.
 
+#include "Vellum/CDocumentException.h"
+
 #include "Describe/Bytes.h"
-#include "Describe/CDocumentException.h"
 #include "Describe/Documents.h"
 #include "Describe/Enumerations.h"
 #include "Describe/Fields.h"

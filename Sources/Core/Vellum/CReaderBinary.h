@@ -7,6 +7,7 @@
 #include "Groundwork/CbStreamReadBinary.h"
 
 #include "Vellum/IReader.h"
+#include "Vellum/SOutcome.h"
 
 namespace Vellum
 {
@@ -52,6 +53,11 @@ public:
     void Read(ISerializableContainer& root) const override;
     void Read(ISerializable& root) const override;
     /// @}
+
+    /// Goes through a document as the constructor does, from the stream's present place, and tells whether it is taken,
+    /// or else what is wrong and where. Behind a document that is taken the stream stands as the constructor leaves it.
+    /// The memory it takes is that of the keys and type names. What the stream raises passes through.
+    static SOutcome Check(CbStreamReadBinary& stream);
 
 private:
     std::unique_ptr<const CBinaryTree> tree;

@@ -7,6 +7,7 @@
 
 #include "Vellum/IReader.h"
 #include "Vellum/LifetimeBound.h"
+#include "Vellum/SOutcome.h"
 
 namespace Vellum
 {
@@ -58,6 +59,10 @@ public:
     void Read(ISerializableContainer& root) const override;
     void Read(ISerializable& root) const override;
     /// @}
+
+    /// Goes through the text as Read does and calls nobody: tells whether it is taken, for a root that is an object or
+    /// a sequence as the text has it, or else what is wrong and where.
+    SOutcome Check() const;
 
 private:
     std::shared_ptr<const std::string> kept; // null for a text that is the client's

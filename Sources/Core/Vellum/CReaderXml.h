@@ -64,6 +64,10 @@ public:
     /// Parses the text and calls nobody, for those who want to know why Read finds nothing, or less than it should.
     SXmlOutcome Check() const;
 
+    /// The same for a root of that type name: a text without an error but without such a root isn't accepted, and the
+    /// reason tells what there is instead. Null is not accepted.
+    SXmlOutcome Check(const char* typeName) const;
+
 private:
     std::shared_ptr<const std::string> kept; // null for a text that is the client's
     const char* text;

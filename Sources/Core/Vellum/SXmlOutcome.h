@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+
+#include "Vellum/SOutcome.h"
 
 namespace Vellum
 {
@@ -28,6 +31,19 @@ struct SXmlOutcome
                           ///< the end of the text. Lines end with LF; the first is 1. 0 without an error
     std::uint32_t column; ///< In bytes; the first is 1. 0 without an error
     bool hasTree;         ///< Whether Read has anything to look into
+
+    /// @name As SOutcome has it
+    /// The path is that of the elements that are open at the place. For XmlElementNotClosed the reason tells where the
+    /// element was opened. A document without an error isn't accepted if it lacks the root that was asked for.
+    /// @{
+    bool isAccepted = true;
+    std::uint64_t offset = 0;
+    std::string reason = {};
+    std::string path = {};
+    /// @}
+
+    /// What the Check of any reader tells.
+    operator SOutcome() const { return {isAccepted, offset, line, column, reason, path}; }
 };
 
 } // namespace Vellum

@@ -11,7 +11,13 @@ bool IsChoice(const SOption& option) { return option.argument.find('|') != std::
 // "json xml binary" of "json|xml|binary".
 std::string GetChoices(const SOption& option) { return Replace(option.argument, "|", " "); }
 
-bool IsFile(const SOption& option) { return option.argument == "FILE"; }
+bool IsFile(const SOption& option)
+{
+    for (const char* const argument : {"FILE", "FIRST", "SECOND", "OUTPUT"})
+        if (option.argument == argument)
+            return true;
+    return false;
+}
 
 // In single quotes, for zsh and fish.
 std::string Quote(const std::string& text) { return '\'' + Replace(text, "'", "'\\''") + '\''; }

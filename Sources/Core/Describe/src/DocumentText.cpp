@@ -1,83 +1,44 @@
 #include "Describe/src/DocumentText.h"
 
-#include <algorithm>
-#include <string_view>
+#include <string>
 
+#include "Groundwork/CbStreamReadBinaryBuffer.h"
+
+#include "Vellum/CDocumentException.h"
+#include "Vellum/CReaderBinary.h"
 #include "Vellum/CReaderXml.h"
 
-#include "Vellum/src/XmlNames.h"
-#include "Vellum/src/XmlParser.h"
-
-#include "Describe/CDocumentException.h"
-#include "Describe/src/CJsonScanner.h"
+#include "Vellum/src/CJsonScanner.h"
 
 namespace Vellum::Describing
 {
 namespace
 {
 
-STextPosition GetPosition(const char* text, const char* at)
-{
-    const std::string_view before(text, static_cast<std::size_t>(at - text));
-    return {static_cast<std::uint32_t>(std::ranges::count(before, '\n')) + 1,
-            static_cast<std::uint32_t>(before.size() - (before.rfind('\n') + 1)) + 1}; // npos + 1 is 0
-}
-
-[[noreturn]] void RaiseIn(const SDocument& document, std::string reason, STextPosition position, std::string path = {})
+[[noreturn]] void RaiseIn(const SDocument& document, const SOutcome& outcome)
 {
     throw CDocumentException(__FILE__, __LINE__, document.function,
-                             {std::move(reason), std::move(path), {}, position.line, position.column});
+                             {outcome.reason, outcome.path, {}, outcome.line, outcome.column, outcome.offset});
 }
 
 void CheckJson(const SDocument& document, bool isSequence, bool isStrict)
 {
     try
     {
-        CJsonScanner(document.text, isStrict).CheckDocument(isSequence);
+        CJsonScanner(document.text, isStrict).CheckDocument(isSequence ? EJsonRoot::Sequence : EJsonRoot::Object);
     }
-    catch (const CJsonScanner::SFault& fault)
+    catch (const SFault& fault)
     {
-        RaiseIn(document, fault.reason, GetPosition(document.text, fault.at), fault.path);
+        const STextPosition position = GetTextPosition(document.text, static_cast<std::size_t>(fault.offset));
+        RaiseIn(document, {false, fault.offset, position.line, position.column, fault.reason, fault.path});
     }
 }
 
-const char* DescribeXmlError(std::int32_t error)
-{
-    switch (error)
-    {
-    case XmlElementNotClosed:
-        return "An element isn't closed.";
-    case XmlNoElementName:
-        return "An element has no name.";
-    case XmlBadEndTag:
-        return "An end tag is malformed.";
-    case XmlStrayEndTag:
-        return "An end tag has no element.";
-    case XmlClearNotClosed:
-        return "A comment or another section isn't closed.";
-    case XmlUnexpectedToken:
-        return "Something in a tag doesn't belong there.";
-    case XmlBadReference:
-        return "A reference is malformed or unknown.";
-    case XmlTooDeep:
-        return "The elements are nested too deep.";
-    default:
-        return "The text is too long.";
-    }
-}
-
-// The root is looked for as CReaderXml does it.
 void CheckXml(const SDocument& document, const char* typeName)
 {
-    SXmlParseOutcome parse{};
-    const CXmlNode tree = ParseXmlText(document.text, &parse);
-    if (parse.error != XmlOk)
-    {
-        const SXmlOutcome outcome = CReaderXml(document.text).Check();
-        RaiseIn(document, DescribeXmlError(outcome.error), {outcome.line, outcome.column});
-    }
-    if (tree.GetChild(ToElementName(typeName).c_str()).IsEmpty())
-        RaiseIn(document, std::string("The document has no root for the type ") + typeName + ".", {});
+    const SXmlOutcome outcome = CReaderXml(document.text).Check(typeName);
+    if (!outcome.isAccepted)
+        RaiseIn(document, outcome);
 }
 
 // The value of a place in a JSON text, or the innermost one around it that is there.
@@ -101,11 +62,22 @@ void CheckText(const SDocument& document, const char* typeName, bool isSequence,
         CheckXml(document, typeName);
 }
 
+void CheckBytes(const SDocument& document, const void* data, std::size_t size)
+{
+    CbStreamReadBinaryBuffer stream(data, size);
+    SOutcome outcome = CReaderBinary::Check(stream);
+    if (outcome.isAccepted && stream.GetLeft() != 0)
+        outcome = {false, size - stream.GetLeft(), 0, 0,
+                   "Expected the end of the document, found " + std::to_string(stream.GetLeft()) + " more bytes."};
+    if (!outcome.isAccepted)
+        RaiseIn(document, outcome);
+}
+
 STextPosition FindPosition(const SPlace& place)
 {
     if (place.document->format != EFormat::Json || place.document->text == nullptr)
         return {};
-    return GetPosition(place.document->text, FindInJson(place));
+    return GetTextPosition(place.document->text, static_cast<std::size_t>(FindInJson(place) - place.document->text));
 }
 
 std::string DescribeRefusal(const IException& exception)

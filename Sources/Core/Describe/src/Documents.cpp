@@ -104,13 +104,13 @@ void ReadFromText(const SDocument& document, Root& root, bool isStrict)
 template <class Root>
 void ReadFromBytes(const SDocument& document, const void* data, std::size_t size, Root& root, bool isStrict)
 {
+    if (isStrict)
+        CheckBytes(document, data, size);
     CallReader(document, isStrict,
                [&]
                {
                    CbStreamReadBinaryBuffer stream(data, size);
                    CReaderBinary(stream).Read(root);
-                   if (isStrict && stream.GetLeft() != 0)
-                       RaiseAt(SPlace{&document}, "Something stands behind the document.");
                });
 }
 

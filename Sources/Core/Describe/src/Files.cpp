@@ -13,10 +13,10 @@
 
 #include "Groundwork/CbStreamWriteBinary.h"
 
+#include "Vellum/CDocumentException.h"
 #include "Vellum/CReaderXml.h"
 #include "Vellum/CWriterBinary.h"
 
-#include "Describe/CDocumentException.h"
 #include "Describe/src/DocumentText.h"
 
 namespace Vellum::Describing

@@ -24,31 +24,14 @@
 #include "Vellum/src/CXmlNode.h"
 #include "Vellum/src/KindOperations.h"
 #include "Vellum/src/NumberText.h"
-#include "Vellum/src/WhiteSpace.h"
 #include "Vellum/src/XmlNames.h"
 #include "Vellum/src/XmlParser.h"
+#include "Vellum/src/XmlText.h"
 
 namespace Vellum
 {
 namespace
 {
-
-// The first text of an element, or else the first section that was taken as it stands, or else the empty text.
-std::string_view GetValueText(CXmlElement element)
-{
-    return element.GetTextCount() == 0 && element.GetClearCount() != 0 ? element.GetClear(0).value
-                                                                       : element.GetFirstText();
-}
-
-// Most texts have none: the parser has trimmed them.
-std::string_view TrimSpace(std::string_view text)
-{
-    while (!text.empty() && IsWhiteSpace(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && IsWhiteSpace(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
 
 // A text to a value. False, with the value as it was, for what is no bool.
 template <std::integral Integer>
@@ -250,17 +233,5 @@ CReaderXml::~CReaderXml() = default;
 
 void CReaderXml::Read(ISerializableContainer& root) const { ReadDocument<CContainerReaderXml>(text, root); }
 void CReaderXml::Read(ISerializable& root) const { ReadDocument<CDataReaderXml>(text, root); }
-
-SXmlOutcome CReaderXml::Check() const
-{
-    SXmlParseOutcome parse{};
-    const bool hasTree = !ParseXmlText(text, &parse).IsEmpty();
-    if (parse.error == XmlOk)
-        return {parse.error, GetXmlErrorName(parse.error), 0, 0, hasTree};
-    const std::string_view before(text, static_cast<std::size_t>(parse.position));
-    const auto line = static_cast<std::uint32_t>(std::count(before.begin(), before.end(), '\n')) + 1;
-    const auto column = static_cast<std::uint32_t>(before.size() - (before.rfind('\n') + 1)) + 1; // npos + 1 is 0
-    return {parse.error, GetXmlErrorName(parse.error), line, column, hasTree};
-}
 
 } // namespace Vellum

@@ -7,6 +7,7 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <span>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -30,6 +31,7 @@
 #include "Vellum/src/CRecordShape.h"
 #include "Vellum/src/FieldOrder.h"
 #include "Vellum/src/KindOperations.h"
+#include "Vellum/src/WriteKnown.h"
 
 // document := version:u32 rootTag:u8 count:u32 { text index:u32 }      the string table, in its table's order
 //             record | sequence
@@ -863,9 +865,11 @@ namespace
 {
 
 template <class Writer, class Root>
-void WriteDocument(CbStreamWriteBinary& stream, const Root& root)
+void WriteDocument(CbStreamWriteBinary& stream, const Root& root, std::span<const std::string> texts = {})
 {
     CBinaryDocument document;
+    for (const std::string& text : texts)
+        document.Intern(text.c_str());
     Writer writer(document);
     root.Write(writer);
 
@@ -881,5 +885,15 @@ void WriteDocument(CbStreamWriteBinary& stream, const Root& root)
 void CWriterBinary::Write(const ISerializable& root) { WriteDocument<CDataWriterBinary>(stream, root); }
 
 void CWriterBinary::Write(const ISerializableContainer& root) { WriteDocument<CContainerWriterBinary>(stream, root); }
+
+void WriteKnown(CbStreamWriteBinary& stream, const ISerializable& root, std::span<const std::string> texts)
+{
+    WriteDocument<CDataWriterBinary>(stream, root, texts);
+}
+
+void WriteKnown(CbStreamWriteBinary& stream, const ISerializableContainer& root, std::span<const std::string> texts)
+{
+    WriteDocument<CContainerWriterBinary>(stream, root, texts);
+}
 
 } // namespace Vellum

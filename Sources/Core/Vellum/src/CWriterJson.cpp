@@ -22,6 +22,7 @@
 
 #include "Vellum/src/CLocaleScope.h"
 #include "Vellum/src/CTextOutput.h"
+#include "Vellum/src/IJsonTokens.h"
 #include "Vellum/src/KindOperations.h"
 
 // Layout, where → is a TAB and each line ends with a line feed:
@@ -166,6 +167,7 @@ protected:
     void putValue(double value) { putReal(value, DigitsOfDouble); }
     void putValue(char value);
     void putValue(const std::string& value) { QuoteText(output, value.c_str()); }
+    void putValue(std::string_view token) { output.Put(token); }
 
     CTextOutput& output;
     std::uint32_t indent;
@@ -206,10 +208,13 @@ void PutKey(CTextOutput& output, const char* key)
     output.Put(std::string_view("\":"));
 }
 
-class CDataWriterJson final : public CWriteOperations<CDataWriterJson, CWriterJsonBase<IDataWriter>, const char*>
+class CDataWriterJson final : public CWriteOperations<CDataWriterJson, CWriterJsonBase<IDataWriter>, const char*>,
+                              public IJsonTokens
 {
 public:
     using CWriteOperation::CWriteOperation;
+
+    void WriteToken(const char* key, std::string_view token) override { writeValue(key, token); }
 
     template <class T>
     void writeValue(const char* key, const T& value)
@@ -232,10 +237,13 @@ public:
     }
 };
 
-class CContainerWriterJson final : public CWriteOperations<CContainerWriterJson, CWriterJsonBase<IContainerWriter>>
+class CContainerWriterJson final : public CWriteOperations<CContainerWriterJson, CWriterJsonBase<IContainerWriter>>,
+                                   public IJsonTokens
 {
 public:
     using CWriteOperation::CWriteOperation;
+
+    void WriteToken(const char*, std::string_view token) override { writeValue(token); }
 
     template <class T>
     void writeValue(const T& value)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <string>
 
@@ -19,10 +20,14 @@ struct SDocumentFailure
     std::string file = {};    ///< Of Save and Load; empty otherwise
     std::uint32_t line = 0;   ///< In a text document, the first is 1; 0 where it isn't known
     std::uint32_t column = 0; ///< In bytes, the first is 1; 0 where it isn't known
+    std::uint64_t offset = UnknownOffset; ///< In bytes from the beginning of the document
+
+    /// Stands for an offset that isn't known.
+    static constexpr std::uint64_t UnknownOffset = std::numeric_limits<std::uint64_t>::max();
 };
 
 /// CDocumentException: a document that can't be taken as what it is to be, or a value that can't be stored. Raised by
-/// the operations of Describe/Documents.h and Describe/Files.h, and by what they call.
+/// CValue, by the operations of Describe/Documents.h and Describe/Files.h, and by what they call.
 ///
 /// - **Memory** Copies share their texts, which live as long as one of them.
 class VELLUM_API CDocumentException : public CException

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Groundwork/CbDateTime.h"
+
+#include "Vellum/CValue.h"
+
+namespace Vellum
+{
+
+// What objects and sequences have beside their content. Only roots of binary documents have texts.
+struct CValue::SObject
+{
+    std::string typeName;
+    std::vector<SField> fields = {};
+    Texts texts = nullptr;
+};
+
+struct CValue::SSequence
+{
+    std::string typeName;
+    std::vector<CValue> elements = {};
+    Texts texts = nullptr;
+};
+
+} // namespace Vellum

@@ -1,0 +1,119 @@
+#include "Vellum/CValue.h"
+
+#include "Groundwork/CbStreamReadBinaryBuffer.h"
+#include "Groundwork/CbStreamWriteBinaryBuffer.h"
+
+#include "Vellum/CDocumentException.h"
+
+#include "Support/Binary.h"
+#include "Support/Testing.h"
+
+namespace
+{
+
+using namespace Vellum;
+
+std::string ToBinary(const CValue& value)
+{
+    CbStreamWriteBinaryBuffer stream;
+    value.ToBinary(stream);
+    return std::string(reinterpret_cast<const char*>(stream.GetData()), stream.GetSize());
+}
+
+CValue FromBinary(const std::string& document)
+{
+    CbStreamReadBinaryBuffer stream(document.data(), document.size());
+    return CValue::FromBinary(stream);
+}
+
+TEST(CValue, HasTheKindsAndTheOrderOfABinaryDocument)
+{
+    CValue value = FromBinary(Support::Bytes(Support::ExampleDocument));
+    EXPECT_EQ(value.ToJson(), "{\t\"x\":7,\n\t\"name\":\"ab\",\n\t\"on\":true,\n\t\"tags\":\n\t[\t1,\n\t\t2\n\t]\n}\n");
+    EXPECT_EQ(*value.Find("tags[1]"), CValue(std::uint16_t{2}));
+    EXPECT_TRUE(std::as_const(value).GetElements().empty());
+    EXPECT_RAISES(CException, "Vellum::CValue::GetElements", value.GetElements());
+    value.Set("tags[1]", 2.5);
+    EXPECT_THROW(ToBinary(value), CDocumentException);
+}
+
+TEST(CValue, PathsLeadToWhatIsChanged)
+{
+    CValue value = CValue::FromJson(R"({"a.b":[{"c":1}],"a":{"b":2},"n":null})");
+    EXPECT_EQ(*value.Find("a.b[0].c"), CValue(CValue::SNumber{"1"})) << "the longest key";
+    EXPECT_EQ(value.Find("n")->GetKind(), EValueKind::Null);
+    for (const char* path : {"x", "a.b[1]", "a.b[x]", "a.b[0]c", "[0]", "a.", ".a", "a.b[0].c.d"})
+        EXPECT_EQ(value.Find(path), nullptr) << path;
+    value.Set("a.b[1]", "text");
+    value.Set("a.b[0].d", true);
+    EXPECT_TRUE(value.Remove("a.b[0].c") && value.Remove("n"));
+    EXPECT_FALSE(value.Remove("n") || value.Remove(""));
+    EXPECT_EQ(value, CValue::FromJson(R"({"a.b":[{"d":true},"text"],"a":{"b":2}})"));
+    for (const char* path : {"a.b[3]", "a.b.c", "a.b[0].d.e", "x.y", "[0]"})
+        EXPECT_RAISES(CDocumentException, "Vellum::CValue::Set", value.Set(path, 1));
+}
+
+TEST(CValue, WordsOfJsonStayWhatTheyAre)
+{
+    const std::string document = "[\t-1.50e3,\n\t1,\n\t\"1\",\n\ttrue,\n\tnull,\n\t100.,\n\t-inf\n]\n";
+    EXPECT_EQ(CValue::FromJson(document).ToJson(), document);
+    EXPECT_EQ(CValue::FromJson("[010,12ab,\"\\u0041\"]"), CValue::FromJson(R"(["010","12ab","A"])"));
+    EXPECT_EQ(CValue::FromJson(R"({"a":1,"b":2,"a":null,"b":3})"), CValue::FromJson(R"({"a":1,"b":3})"));
+    const char* const numbers = R"({"i":[1,-1],"u":[1,18446744073709551615],"d":[-1,18446744073709551615,0.5]})";
+    const CValue binary = FromBinary(ToBinary(CValue::FromJson(numbers)));
+    EXPECT_EQ(*binary.Find("i[1]"), CValue(std::int64_t{-1}));
+    EXPECT_EQ(*binary.Find("u[0]"), CValue(std::uint64_t{1}));
+    EXPECT_EQ(*binary.Find("d[0]"), CValue(-1.0));
+}
+
+TEST(CValue, ElementsOfXmlAreTakenForWhatTheyLookLike)
+{
+    const CValue value = CValue::FromXml("<?xml?><shop-Order><id> 7 </id><l><elt>1</elt></l><o><T><a>1</a></T><T/></o>"
+                                         "<s><a>1</a></s></shop-Order>");
+    CValue expected = CValue::Object("shop::Order");
+    CValue objects = CValue::Sequence();
+    objects.GetElements() = {CValue::Object("T"), CValue::Object("T")};
+    objects.Set("[0].a", "1");
+    expected.Set("id", "7");
+    expected.Set("l", CValue::Sequence()).GetElements().emplace_back("1");
+    expected.Set("o", objects);
+    expected.Set("s", CValue::Object()).Set("a", "1");
+    EXPECT_EQ(value, expected);
+    EXPECT_EQ(CValue::FromXml(value.ToXml()), value);
+}
+
+TEST(CValue, WhatAFormatCantHoldIsRefusedWithItsPath)
+{
+    const auto refuse = [](const char* json, const char* path, const char* reason, auto write)
+    {
+        CValue value = CValue::FromJson(json);
+        try
+        {
+            write(value);
+            ADD_FAILURE() << json;
+        }
+        catch (const CDocumentException& exception)
+        {
+            EXPECT_STREQ(exception.GetPath(), path);
+            EXPECT_STREQ(exception.GetReason(), reason);
+        }
+    };
+    const auto binary = [](CValue& value) { ToBinary(value); };
+    const auto toXml = [](CValue& value) { value.ToXml(); };
+    refuse(R"({"a":[1,true]})", "a[1]", "A binary document can't hold bool in a sequence of number.", binary);
+    refuse(R"({"a":[null]})", "a[0]", "A binary document can't hold a null in a sequence.", binary);
+    refuse(R"({"a":[null]})", "a[0]", "XML can't hold a null in a sequence.", toXml);
+    refuse(R"({"a b":1})", "a b", "The key is no element name of XML.", toXml);
+    refuse(R"({"a":1,"A":2})", "", "XML can't hold two fields that are called \"a\".", toXml);
+    refuse(R"({"a":"1"})", "a", "A text has a zero byte, where it would end.",
+           [](CValue& value) { (value.Set("a", std::string(1, '\0')), value.ToJson()); });
+    refuse(R"({"a":1})", "", "JSON can't hold two fields that are called \"a\".",
+           [](CValue& value) {
+               (value.GetFields().push_back({"a", 2}), value.ToJson());
+           });
+    refuse(R"({"a":1})", "a", "\"1x\" is no number.",
+           [](CValue& value) { (value.Set("a", CValue::SNumber{"1x"}), value.ToJson()); });
+    refuse("[]", "", "A document is an object or a sequence.", [](CValue& value) { ((value = 1), value.ToJson()); });
+}
+
+} // namespace
