@@ -143,7 +143,8 @@ std::vector<const CValue::SField*> SortFields(const CValue& object)
     for (const CValue::SField& field : object.GetFields())
         if (field.value.GetKind() != EValueKind::Null)
             sorted.push_back(&field);
-    std::ranges::stable_sort(sorted, {}, [](const CValue::SField* field) { return std::string_view(field->key); });
+    std::ranges::stable_sort(sorted, {},
+                             [](const CValue::SField* field) { return std::string_view(field->key.Get()); });
     return sorted;
 }
 
@@ -153,19 +154,19 @@ void CComparison::compareFields(const std::string& path, const CValue& left, con
     auto first = leftFields.begin();
     auto second = rightFields.begin();
     while (first != leftFields.end() || second != rightFields.end())
-        if (second == rightFields.end() || (first != leftFields.end() && (*first)->key < (*second)->key))
+        if (second == rightFields.end() || (first != leftFields.end() && (*first)->key < (*second)->key.Get()))
         {
-            tell(AppendKey(path, (*first)->key), &(*first)->value, nullptr);
+            tell(AppendKey(path, (*first)->key.Get()), &(*first)->value, nullptr);
             ++first;
         }
         else if (first == leftFields.end() || (*second)->key < (*first)->key)
         {
-            tell(AppendKey(path, (*second)->key), nullptr, &(*second)->value);
+            tell(AppendKey(path, (*second)->key.Get()), nullptr, &(*second)->value);
             ++second;
         }
         else
         {
-            compare(AppendKey(path, (*first)->key), (*first)->value, (*second)->value);
+            compare(AppendKey(path, (*first)->key.Get()), (*first)->value, (*second)->value);
             ++first;
             ++second;
         }

@@ -133,7 +133,7 @@ void CTreePrinter::print(const std::string& name, const CValue& value)
 void CTreePrinter::printInside(const CValue& value)
 {
     for (const auto& [key, field] : value.GetFields())
-        print(paint(EColour::Key, ShowText(key, most(MostOfKey))), field);
+        print(paint(EColour::Key, ShowText(key.Get(), most(MostOfKey))), field);
     const std::vector<CValue>& elements = value.GetElements();
     const std::size_t shown = std::min(elements.size(), most(MostElements));
     for (std::size_t index = 0; index < shown; ++index)

@@ -15,6 +15,8 @@
 
 #include "Groundwork/NaturalArguments.h"
 
+#include "Vellum/CName.h"
+
 class CbDateTime;
 class CbStreamReadBinary;
 class CbStreamWriteBinary;
@@ -72,7 +74,8 @@ VELLUM_API const char* GetName(EValueKind kind);
 /// bytes.
 /// - **Paths** `lines[3].price` as a CDocumentException tells them; the empty path is the value itself. Where keys have
 ///   dots or brackets in them, the longest key that fits is taken.
-/// - **Memory** 16 bytes for each element of a sequence and 48 for each field, beside texts, blobs and dates.
+/// - **Memory** 16 bytes for each element of a sequence and 32 for each field, beside texts, blobs and dates. Names
+///   that a document has once are there once.
 /// - **Errors** CDocumentException from the functions that are named below, with the path and, where the document is at
 ///   fault, its place there. What a stream raises passes through. std::bad_alloc.
 /// - **Limits** documents have at most 1024 levels, in both directions. A deeper tree that a program has made can't be
@@ -144,8 +147,8 @@ public:
     /// An object without fields, and a sequence without elements. The name is that of the type, as classes of clients
     /// tell it; empty if there is none.
     /// @{
-    static CValue Object(std::string typeName = {});
-    static CValue Sequence(std::string typeName = {});
+    static CValue Object(CName typeName = {});
+    static CValue Sequence(CName typeName = {});
     /// @}
 
     CValue(const CValue& other);
@@ -199,7 +202,7 @@ public:
     /// CException, "Vellum::CValue::GetElements".
     /// @{
     const std::string& GetTypeName() const;
-    void SetTypeName(std::string name);
+    void SetTypeName(CName name);
     /// @}
 
     /// The value itself if it is of the kind that has this type, `v.Get<double>()` for instance, otherwise null.
@@ -287,7 +290,7 @@ private:
 struct CValue::SField
 {
     /// Its name.
-    std::string key;
+    CName key;
 
     /// What stands under it.
     CValue value;

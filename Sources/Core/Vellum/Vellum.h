@@ -22,6 +22,7 @@
 #include "Vellum/CBinaryFile.h"
 #include "Vellum/CDocumentException.h"
 #include "Vellum/CException.h"
+#include "Vellum/CName.h"
 #include "Vellum/Conversion.h"
 #include "Vellum/CReaderBinary.h"
 #include "Vellum/CReaderJson.h"

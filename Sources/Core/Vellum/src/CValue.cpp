@@ -46,8 +46,8 @@ CValue::CValue(Bytes value) : content(CBox<Bytes>(std::move(value))) {}
 CValue::CValue(SNumber value) : content(CBox<SNumber>(std::move(value))) {}
 CValue::CValue(Content content) : content(std::move(content)) {}
 
-CValue CValue::Object(std::string typeName) { return CValue(Content(CBox<SObject>({std::move(typeName)}))); }
-CValue CValue::Sequence(std::string typeName) { return CValue(Content(CBox<SSequence>({std::move(typeName)}))); }
+CValue CValue::Object(CName typeName) { return CValue(Content(CBox<SObject>({std::move(typeName)}))); }
+CValue CValue::Sequence(CName typeName) { return CValue(Content(CBox<SSequence>({std::move(typeName)}))); }
 
 CValue::CValue(const CValue& other) = default;
 CValue::CValue(CValue&& other) noexcept : content(std::exchange(other.content, std::monostate())) {}
@@ -64,10 +64,10 @@ const std::string& CValue::GetTypeName() const
     if (const auto* const object = Get<SObject>())
         return object->typeName;
     const auto* const sequence = Get<SSequence>();
-    return sequence == nullptr ? NoName : sequence->typeName;
+    return sequence == nullptr ? NoName : sequence->typeName.Get();
 }
 
-void CValue::SetTypeName(std::string name)
+void CValue::SetTypeName(CName name)
 {
     if (auto* const object = std::get_if<CBox<SObject>>(&content))
         (**object).typeName = std::move(name);
@@ -169,14 +169,15 @@ const CValue* TakeField(const std::vector<CValue::SField>& fields, std::string_v
     const CValue::SField* found = nullptr;
     for (const CValue::SField& field : fields)
     {
-        const std::size_t size = field.key.size();
-        if (rest.starts_with(field.key) && (rest.size() == size || rest[size] == '.' || rest[size] == '[') &&
-            (found == nullptr || size > found->key.size()))
+        const std::string& key = field.key;
+        const std::size_t size = key.size();
+        if (rest.starts_with(key) && (rest.size() == size || rest[size] == '.' || rest[size] == '[') &&
+            (found == nullptr || size > found->key.Get().size()))
             found = &field;
     }
     if (found == nullptr)
         return nullptr;
-    path = rest.substr(found->key.size());
+    path = rest.substr(found->key.Get().size());
     return &found->value;
 }
 

@@ -10,14 +10,14 @@ namespace Vellum
 // What objects and sequences have beside their content. Only roots of binary documents have texts.
 struct CValue::SObject
 {
-    std::string typeName;
+    CName typeName;
     std::vector<SField> fields = {};
     Texts texts = nullptr;
 };
 
 struct CValue::SSequence
 {
-    std::string typeName;
+    CName typeName;
     std::vector<CValue> elements = {};
     Texts texts = nullptr;
 };

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string>
 #include <type_traits>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -105,8 +106,24 @@ struct SOpen
     std::array<Section, ValueKinds::Count> sections = {}; // of an object, by tag
 };
 
+// The names of a document, each made once. They are known by their addresses in the walker.
+class CNames
+{
+public:
+    const CName& Get(std::string_view text)
+    {
+        CName& name = names[text.data()];
+        if (name.Get().size() != text.size())
+            name = CName(std::string(text));
+        return name;
+    }
+
+private:
+    std::unordered_map<const char*, CName> names;
+};
+
 // The fields of an object, of all sections.
-void MakeFields(SOpen& object)
+void MakeFields(SOpen& object, CNames& names)
 {
     Section all;
     for (const std::uint8_t tag : SectionOrder)
@@ -121,7 +138,7 @@ void MakeFields(SOpen& object)
     std::vector<CValue::SField>& fields = object.place.value.GetFields();
     fields.reserve(all.size());
     for (SEntry& entry : all)
-        fields.push_back({std::string(entry.name), std::move(entry.value)});
+        fields.push_back({names.Get(entry.name), std::move(entry.value)});
 }
 
 template <class T>
@@ -179,8 +196,9 @@ private:
     void add(SEntry entry, std::uint8_t tag);
 
     std::vector<SOpen> open;
-    SEntry next = {};     // the place of the nested value that comes next
-    std::string typeName; // of that value
+    SEntry next = {}; // the place of the nested value that comes next
+    CName typeName;   // of that value
+    CNames names;
 };
 
 void CBuilder::Take(const SBinaryPart& part, CbStreamReadBinaryBuffer bytes, const std::vector<SBinaryStep>& path)
@@ -191,7 +209,7 @@ void CBuilder::Take(const SBinaryPart& part, CbStreamReadBinaryBuffer bytes, con
         texts.emplace_back(static_cast<std::uint32_t>(part.count), part.text);
         break;
     case EBinaryPart::Record:
-        begin(CValue::Object(std::exchange(typeName, {})));
+        begin(CValue::Object(std::exchange(typeName, CName())));
         break;
     case EBinaryPart::Sequence:
         begin(CValue::Sequence());
@@ -200,14 +218,14 @@ void CBuilder::Take(const SBinaryPart& part, CbStreamReadBinaryBuffer bytes, con
         takeField(part, bytes, path);
         break;
     case EBinaryPart::Element:
-        typeName = part.text;
+        typeName = names.Get(part.text);
         takeElements(1, part.tag, bytes);
         break;
     case EBinaryPart::Numbers:
         takeElements(part.count, part.tag, bytes);
         break;
     case EBinaryPart::RecordEnd:
-        MakeFields(open.back());
+        MakeFields(open.back(), names);
         end(TagObject);
         break;
     case EBinaryPart::SequenceEnd:
@@ -220,7 +238,7 @@ void CBuilder::Take(const SBinaryPart& part, CbStreamReadBinaryBuffer bytes, con
 
 void CBuilder::takeField(const SBinaryPart& part, CbStreamReadBinaryBuffer& bytes, const std::vector<SBinaryStep>& path)
 {
-    typeName = part.text;
+    typeName = names.Get(part.text);
     next = {Vellum::Take<std::uint32_t>(bytes), path.back().key, 0, {}};
     if (!IsNested(part.tag))
     {

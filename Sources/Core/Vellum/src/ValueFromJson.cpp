@@ -24,7 +24,7 @@ void DropRepeated(std::vector<CValue::SField>& members)
 {
     std::vector<std::size_t> order(members.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    std::ranges::stable_sort(order, {}, [&](std::size_t at) { return std::string_view(members[at].key); });
+    std::ranges::stable_sort(order, {}, [&](std::size_t at) { return std::string_view(members[at].key.Get()); });
     std::vector<bool> isRepeated(members.size());
     bool hasRepeated = false;
     for (std::size_t place = 0; place + 1 < order.size(); ++place)

@@ -147,9 +147,9 @@ void CCheck::checkDistinct(const std::vector<CValue::SField>& fields) const
     keys.reserve(fields.size());
     for (const CValue::SField& field : fields)
         if (target == ETarget::Binary)
-            keys.push_back(std::to_string(static_cast<int>(field.value.GetKind())) + ' ' + field.key);
+            keys.push_back(std::to_string(static_cast<int>(field.value.GetKind())) + ' ' + field.key.Get());
         else
-            keys.push_back(target == ETarget::Xml ? FoldKey(field.key) : field.key);
+            keys.push_back(target == ETarget::Xml ? FoldKey(field.key) : field.key.Get());
     std::ranges::sort(keys);
     if (const auto twin = std::ranges::adjacent_find(keys); twin != keys.end())
         Refuse(std::string(NameOf(target)) + " can't hold two fields that are called \"" +
@@ -169,7 +169,7 @@ void CCheck::checkFields(const CValue& object)
 {
     checkDistinct(object.GetFields());
     for (const auto& [key, value] : object.GetFields())
-        UnderKey(key,
+        UnderKey(key.Get(),
                  [&, &key = key, &value = value]
                  {
                      checkKey(key);
@@ -243,7 +243,8 @@ public:
     void WriteField(Writer& writer, const CValue::SField& field) const
     {
         const auto* const number = field.value.Get<CValue::SNumber>();
-        write(writer, field.value, number == nullptr ? EValueKind::Null : GetNumberKind(*number), field.key.c_str());
+        write(writer, field.value, number == nullptr ? EValueKind::Null : GetNumberKind(*number),
+              field.key.Get().c_str());
     }
 
     template <class Writer>
