@@ -51,7 +51,7 @@ CXmlNode CXmlNode::AddChild(const char* name, bool isDeclaration)
     if (name == nullptr)
         return CXmlNode();
     const std::string_view text(name);
-    const SXmlName* const shared = MakeXmlName(text, text.size(), *memory);
+    const SXmlName* const shared = MakeXmlName(text, HashXmlName(text), text.size(), *memory);
     return shared == nullptr ? CXmlNode() : CXmlNode(CXmlElement::AddChild(*shared, isDeclaration));
 }
 

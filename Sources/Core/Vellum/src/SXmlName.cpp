@@ -45,13 +45,13 @@ std::uint64_t Mix(std::uint64_t hash, std::uint64_t bytes)
 
 } // namespace
 
-const SXmlName* MakeXmlName(std::string_view name, std::size_t readable, CXmlMemory& memory)
+const SXmlName* MakeXmlName(std::string_view name, std::uint32_t hash, std::size_t readable, CXmlMemory& memory)
 {
     const char* const text = memory.CopyText(name.data(), name.size(), readable);
     if (text == nullptr)
         return nullptr;
     return new (memory.Allocate<SXmlName>())
-        SXmlName{text, static_cast<std::uint32_t>(name.size()), HashXmlName(name), !name.empty() && IsPlain(name)};
+        SXmlName{text, static_cast<std::uint32_t>(name.size()), hash, !name.empty() && IsPlain(name)};
 }
 
 bool HasName(const SXmlName& name, std::string_view other) noexcept { return IsSame({name.text, name.length}, other); }

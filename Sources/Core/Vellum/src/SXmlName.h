@@ -20,9 +20,9 @@ struct SXmlName
     bool isPlain;       // whether "<" or "</", this text and ">" can be nothing but a tag of this name
 };
 
-// A copy of a name, from which `readable` bytes may be read. Null if there is no memory for its text; std::bad_alloc if
-// there is none for the rest.
-const SXmlName* MakeXmlName(std::string_view name, std::size_t readable, CXmlMemory& memory);
+// A copy of a name, from which `readable` bytes may be read, and its hash. Null if there is no memory for its text;
+// std::bad_alloc if there is none for the rest.
+const SXmlName* MakeXmlName(std::string_view name, std::uint32_t hash, std::size_t readable, CXmlMemory& memory);
 
 // Whether it is this name without regard to case.
 bool HasName(const SXmlName& name, std::string_view other) noexcept;

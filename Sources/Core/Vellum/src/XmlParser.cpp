@@ -113,11 +113,13 @@ SXmlToken TakeQuoted(SXmlParseContext& context, const char* start)
 
 SXmlToken TakeOpen(SXmlParseContext& context, const char* start)
 {
-    if (const SXmlClearKind* const kind = FindClearKind(start))
-        return MakeToken(context, TokenClear, start, kind->openLength, kind);
     if (start[1] == '/')
         return MakeToken(context, TokenEndOpen, start, 2);
-    return start[1] == '?' ? MakeToken(context, TokenDeclaration, start, 2) : MakeToken(context, TokenOpen, start, 1);
+    if (start[1] == '?')
+        return MakeToken(context, TokenDeclaration, start, 2);
+    const SXmlClearKind* const kind = FindClearKind(start);
+    return kind == nullptr ? MakeToken(context, TokenOpen, start, 1)
+                           : MakeToken(context, TokenClear, start, kind->openLength, kind);
 }
 
 // Reads digits up to ";". Of the number only the low 8 bits are kept. Null for anything but digits.
@@ -237,6 +239,11 @@ bool StoreValue(CXmlElement element, const SXmlToken& name, const SXmlToken& tok
 // From behind the name of an element to the end of its start tag.
 EProgress ParseTag(CXmlElement element, SXmlParseContext& context)
 {
+    if (*context.at == '>')
+    {
+        ++context.at;
+        return EProgress::GoesOn;
+    }
     SXmlToken name{}; // of an attribute that may still get a value
     for (;;)
     {
@@ -282,11 +289,10 @@ struct SXmlPendingText
     bool hasReferences;
 };
 
-// Moves to the next "<" or the end of the text.
-SXmlPendingText TakeText(SXmlParseContext& context)
+// The text that begins here, up to the next "<" or the end of all text.
+SXmlPendingText TakeTextFrom(const char* start, SXmlParseContext& context)
 {
-    const char* const start = SkipSpace(context.at, context.end);
-    const char* stop = *start == '<' ? start : SkipOthers<'<', '&'>(start, context.end);
+    const char* stop = SkipOthers<'<', '&'>(start, context.end);
     bool hasReferences = false;
     if (*stop != '<')
     {
@@ -300,14 +306,24 @@ SXmlPendingText TakeText(SXmlParseContext& context)
     return {start, static_cast<std::int32_t>(stop - start), hasReferences};
 }
 
-bool StoreText(CXmlElement element, const SXmlPendingText& pending, SXmlParseContext& context)
+// Moves to the next "<" or the end of the text.
+inline SXmlPendingText TakeText(SXmlParseContext& context)
 {
-    if (pending.length == 0)
-        return true;
+    context.at = SkipSpace(context.at, context.end);
+    return *context.at == '<' ? SXmlPendingText{} : TakeTextFrom(context.at, context);
+}
+
+bool StoreSomeText(CXmlElement element, const SXmlPendingText& pending, SXmlParseContext& context)
+{
     const SXmlText text = pending.hasReferences ? DecodeXmlText(pending.start, pending.length, context)
                                                 : DuplicateText(pending.start, pending.length, context);
     element.AddText(text);
     return text.text != nullptr;
+}
+
+inline bool StoreText(CXmlElement element, const SXmlPendingText& pending, SXmlParseContext& context)
+{
+    return pending.length == 0 || StoreSomeText(element, pending, context);
 }
 
 EProgress ParseClearSection(CXmlElement element, const SXmlToken& open, const SXmlPendingText& pending,
@@ -475,6 +491,7 @@ CXmlNode TakeTree(CXmlNode document)
 SXmlParseContext::SXmlParseContext(const char* text, CXmlMemory& memory)
     : text(text), end(text + std::strlen(text)), at(text), errorPlace(text), memory(memory)
 {
+    open.reserve(24);
 }
 
 const char* GetXmlErrorName(std::int32_t error)
@@ -515,13 +532,13 @@ SXmlText DuplicateText(const char* text, std::int32_t length, SXmlParseContext& 
 const SXmlName* ShareName(const SXmlToken& name, SXmlParseContext& context)
 {
     const std::string_view text(name.start, static_cast<std::size_t>(name.length));
-    const auto last = static_cast<unsigned char>(text.back());
-    const auto middle = static_cast<unsigned char>(text[text.size() / 2]);
-    const SXmlName*& recent = context.recentNames[(text.size() * 5 + last * 3u + middle) % context.recentNames.size()];
-    if (recent == nullptr || recent->length != text.size() ||
-        !StartsWith(name.start, context.end, recent->text, text.size()))
-        recent = MakeXmlName(text, static_cast<std::size_t>(context.end - name.start), context.memory);
-    return recent;
+    const std::uint32_t hash = HashXmlName(text);
+    auto& [recentHash, recent] = context.recentNames[hash % context.recentNames.size()];
+    if (recentHash == hash && recent != nullptr && recent->length == text.size() &&
+        StartsWith(text.data(), context.end, recent->text, text.size()))
+        return recent;
+    recentHash = hash;
+    return recent = MakeXmlName(text, hash, static_cast<std::size_t>(context.end - name.start), context.memory);
 }
 
 SXmlText DecodeXmlText(const char* text, std::int32_t length, SXmlParseContext& context)

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "Vellum/src/CXmlNode.h"
@@ -93,16 +94,16 @@ struct SXmlParseContext
     SXmlParseContext(const char* text, CXmlMemory& memory);
 
     const char* text;
-    const char* end;                                  // the terminator
-    const char* at;                                   // the next unread byte
-    std::int32_t error = XmlOk;                       // last error set
-    const char* errorPlace;                           // where it was found; the start of the text without one
-    const char* endTag = nullptr;                     // name of an end tag that still looks for its element
-    std::vector<CXmlOpenElement> open;                // from the document to the innermost element
-    std::uint32_t openElements = 0;                   // how many of them are elements
-    std::uint32_t openDeclarations = 0;               // ... or declarations
-    CXmlMemory& memory;                               // of the tree
-    std::array<const SXmlName*, 64> recentNames = {}; // see ShareName
+    const char* end;                    // the terminator
+    const char* at;                     // the next unread byte
+    std::int32_t error = XmlOk;         // last error set
+    const char* errorPlace;             // where it was found; the start of the text without one
+    const char* endTag = nullptr;       // name of an end tag that still looks for its element
+    std::vector<CXmlOpenElement> open;  // from the document to the innermost element
+    std::uint32_t openElements = 0;     // how many of them are elements
+    std::uint32_t openDeclarations = 0; // ... or declarations
+    CXmlMemory& memory;                 // of the tree
+    std::array<std::pair<std::uint32_t, const SXmlName*>, 64> recentNames = {}; // with their hashes, see ShareName
 };
 
 // Takes the next token from the text. At its end there is TokenEnd, again and again.

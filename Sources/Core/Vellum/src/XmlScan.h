@@ -71,17 +71,19 @@ const char* SkipCharacters(const char* at, const char* pieceEnd, const char* end
     }
 }
 
-// Behind the run of the byte that stands there.
+// Behind the run of the byte that stands there. Most runs are short, some are very long.
 inline const char* SkipRun(const char* at, const char* end)
 {
     const char byte = *at;
     const std::uint64_t run = RepeatByte(static_cast<unsigned char>(byte));
     const auto difference = [&](std::ptrdiff_t offset) { return LoadEight(at + offset) ^ run; };
-    while (end - at >= 32 && (difference(0) | difference(8) | difference(16) | difference(24)) == 0)
-        at += 32;
-    for (; HasEight(at, end); at += 8)
-        if (difference(0) != 0)
-            return at + FirstMarked(difference(0)); // the lowest byte that has a bit
+    while (HasEight(at, end))
+    {
+        if (const std::uint64_t different = difference(0))
+            return at + FirstMarked(different); // the first byte that has a bit
+        for (at += 8; end - at >= 32 && (difference(0) | difference(8) | difference(16) | difference(24)) == 0;)
+            at += 32;
+    }
     while (at != end && *at == byte)
         ++at;
     return at;
