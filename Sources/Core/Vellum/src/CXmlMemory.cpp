@@ -35,7 +35,7 @@ void* CXmlMemory::takeFromNewBlock(std::size_t bytes) noexcept
         return nullptr;
     free = block + bytes;
     blockEnd = block + nextBlockSize;
-    nextBlockSize = std::min(nextBlockSize * 4, LargestBlockSize);
+    nextBlockSize = std::min(nextBlockSize * 2, LargestBlockSize);
     return block;
 }
 

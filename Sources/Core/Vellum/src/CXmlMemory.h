@@ -14,7 +14,7 @@ namespace Vellum
 //
 // Order    Pieces follow one another as they are asked for, each at a multiple of eight bytes: a node and its text are
 //          neighbours.
-// Blocks   of 1, 4, 16, 64 and then 256 KiB. A piece that is large for that has a block of its own.
+// Blocks   double from 1 KiB to 256 KiB. A piece that is large for that has a block of its own.
 // Errors   std::bad_alloc for arrays and records, null for texts.
 // Threads  Belongs to one thread at a time, like its tree.
 class CXmlMemory
