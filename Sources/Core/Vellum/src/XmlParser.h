@@ -22,8 +22,9 @@
 // of TAB, LF, CR and blanks at both ends, then its references are decoded; a text that a clear section ends stays raw.
 //
 // Errors   Numbers, no exceptions but std::bad_alloc. All but XmlElementNotClosed drop the tree.
-// Limits   MaxDepth open elements, and as many open declarations; 2 GiB of text. What is open is a list, and needs no
-// stack. Threads  No state but the context and the tree.
+// Limits   MaxDepth open elements, and as many open declarations; 2 GiB of text. What is open is in a list, not on the
+//          stack.
+// Threads  No state but the context and the tree.
 namespace Vellum
 {
 
