@@ -1,7 +1,5 @@
 // Each public class is used through the shared module alone, derived from where that is what it is for.
 
-#include <filesystem>
-
 #include <gtest/gtest.h>
 
 #include "CEverything.h"
@@ -43,38 +41,6 @@ TEST(Module, TakesStreamsOfTheClientsOwn)
     CEverything read;
     Vellum::CReaderBinary(in).Read(read);
     EXPECT_EQ(read, written);
-}
-
-TEST(Module, StoresDocumentsInFiles)
-{
-    const auto path = std::filesystem::path(testing::TempDir()) / "VellumApiTest.vellum";
-    const CEverything written = CEverything::Make(2);
-    {
-        CbStreamWriteBinaryFile stream(path.wstring());
-        Vellum::CWriterBinary(stream).Write(written);
-        stream.Close();
-    }
-    CEverything read;
-    {
-        CbStreamReadBinaryFile stream(path.wstring());
-        Vellum::CReaderBinary(stream).Read(read);
-    }
-    std::filesystem::remove(path);
-    EXPECT_EQ(read, written);
-}
-
-TEST(Module, KeepsBytesAndTextsInFiles)
-{
-    const auto path = std::filesystem::path(testing::TempDir()) / "VellumApiTest.txt";
-    const std::string umlaut = "\xC3\xA4";
-    Vellum::CTextFile().SetText(L"\u00E4").Write(path.wstring());
-    const auto bytes = Vellum::CBinaryFile<std::vector<unsigned char>>::Read(path.wstring());
-    const auto array = Vellum::CBinaryFile<CbArray<unsigned char>>::Read(path.wstring(), 2);
-    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), umlaut);
-    EXPECT_EQ(std::string(array.begin(), array.end()), umlaut);
-    Vellum::CBinaryFile<CbArray<unsigned char>>::Write(path.wstring(), array, 2);
-    EXPECT_EQ(Vellum::CTextFile().Read(path.wstring()).GetText(65001), L"\u00E4");
-    std::filesystem::remove(path);
 }
 
 TEST(Module, ExportsItsUtilities)

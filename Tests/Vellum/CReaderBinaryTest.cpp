@@ -71,31 +71,6 @@ TEST(CReaderBinary, ReadsTheExampleAndLeavesTheStreamBehindIt)
     EXPECT_RAISES(Vellum::CException, "Vellum::CReaderBinary::Read", document.Read(tags));
 }
 
-TEST(CReaderBinary, RefusesWhatNoWriterMakes)
-{
-    for (const std::string& later : {"01 00 00 00"s, OneKey + "01 0E 01 00 00 00 00 00 00 00 01 00 00 00"})
-        EXPECT_RAISES(CbExceptionWrongFileVersion, "CbStreamRead::ReadAndCompareVersion",
-                      ReadBinary(Bytes(later), CFields()));
-
-    const std::pair<const char*, std::vector<std::string>> refused[] = {
-        {"Vellum::CReaderBinary::CReaderBinary", {"00 00 00 00 0F 00 00 00 00"}},
-        {"Vellum::CDataReader::Read",
-         {OneKey + "01 12",
-          OneKey + "01 00 01 00 00 00 07 00 00 00",                  // an unknown key
-          OneKey + "01 10 01 00 00 00 00 00 00 00 07 00 00 00 00"}}, // an unknown type name
-        {"Vellum::CDataReader::readBlobs",
-         {OneKey + "01 0F 01 00 00 00 00 00 00 00 05 00 00 00 01 02",
-          OneKey + "01 0F 01 00 00 00 00 00 00 00 FF FF FF FF 01 02"}},
-        {"Vellum::CContainerReader::Read",
-         {Sequence + "12 01 00 00 00", Sequence + "0F 01 00 00 00 FF FF FF FF 01",
-          Sequence + "0B 00 00 00 20", // doubles of 4 GiB
-          Sequence + "10 01 00 00 00 01 07 00 00 00", Sequence + "10 02 00 00 00 00 07 00 00 00"}},
-    };
-    for (const auto& [function, documents] : refused)
-        for (const std::string& document : documents)
-            EXPECT_RAISES(Vellum::CException, function, ReadBinary(Bytes(document), CFields()));
-}
-
 TEST(CReaderBinary, DatesAreHandedOverBySetters)
 {
     CNotedDate date;
