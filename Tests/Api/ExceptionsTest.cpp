@@ -21,10 +21,6 @@ protected:
     ~Exceptions() override { Scribing::SetSink({}); }
 };
 
-struct SClientFailure
-{
-};
-
 // A class of the client's own: what it derives from comes from the module.
 class CShopException : public CbExceptionBase<CShopException>
 {
@@ -71,14 +67,4 @@ TEST_F(Exceptions, AreStandardOnesAsWellThoseOfClientsToo)
     };
     EXPECT_EQ(tell([] { Read("00 00 00 00 0F 00 00 00 00"); }), "Vellum::CReaderBinary::CReaderBinary: Exception");
     EXPECT_EQ(tell([] { throw CShopException(); }), "Shop::Open: The shop is closed");
-}
-
-TEST_F(Exceptions, OfClientsPassThroughWritersAndReaders)
-{
-    const auto raise = [](auto&) { throw CbExceptionContainer("Client.cpp", 1, "Client::Write"); };
-    EXPECT_THROW(Formats::SBinary::Write(Support::CFields(raise)), CbExceptionContainer);
-
-    Support::CFields failing = Support::ReadFields([](auto&) { throw SClientFailure(); });
-    EXPECT_THROW(Formats::SBinary::Read(Formats::SBinary::Write(Support::CFields()), failing), SClientFailure);
-    EXPECT_THROW(Formats::SJson::Read("{}", failing), SClientFailure);
 }

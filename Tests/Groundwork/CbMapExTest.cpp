@@ -189,33 +189,6 @@ TEST(CbMapEx, DoublesOnThe96thAndThe192ndInsertion)
     EXPECT_NE(small.Find(199), nullptr);
 }
 
-TEST(CbMapEx, SurvivesEveryFailedAllocation)
-{
-    const CLogObserver quiet;
-    const std::string stem(100, 'k');
-    std::vector<std::string> keys;
-    for (unsigned int i = 0; i < 200; ++i)
-        keys.push_back(stem + std::to_string(i));
-    const auto fill = [&]
-    {
-        Texts texts;
-        for (const std::string& key : keys)
-        {
-            const std::uint32_t before = texts.GetCount();
-            if (!GetsThrough([&] { texts.FindOrInsert(key); }))
-            {
-                // A table that couldn't double has the new node; any other failure changes nothing.
-                EXPECT_TRUE(texts.GetCount() == before || texts.GetCount() * 4 >= texts.GetBucketCount() * 3);
-            }
-            std::uint32_t nodes = 0;
-            for (const auto* node = texts.GetFirst(); node != nullptr; node = node->next)
-                ++nodes;
-            EXPECT_EQ(nodes, texts.GetCount());
-        }
-    };
-    EXPECT_GT(FailEachAllocation(fill), 200u); // keys, blocks and buckets
-}
-
 TEST(CbMapPolicyPlexManager, RefusesAnotherPoolOnceTheTableIsInUse)
 {
     using Shared = CbMapEx<std::string, std::unique_ptr<std::string>, 0, std::hash<std::string>,

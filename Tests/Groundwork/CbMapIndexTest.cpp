@@ -72,14 +72,14 @@ TEST(CbMapIndex, SurvivesEveryFailedAllocation)
 {
     const CLogObserver quiet;
     std::vector<std::uint64_t> there;
-    there.reserve(100);
+    there.reserve(200);
     const auto fill = [&]
     {
         Chosen map;
         there.clear();
-        for (std::uint64_t i = 0; i < 100; ++i)
+        for (std::uint64_t i = 0; i < 200; ++i)
         {
-            const SChosen key{i << 32};
+            const SChosen key{i % 2 == 0 ? i << 32 : i}; // of one bucket, and of many
             const std::uint32_t before = map.GetCount();
             GetsThrough([&] { map.FindOrInsert(key); });
             if (map.GetCount() != before)

@@ -71,22 +71,6 @@ TEST(CTextFile, WrittenAndReadBackItIsTheSame)
     EXPECT_EQ(text.GetTextRaw(), "");
 }
 
-TEST(CTextFile, HoldsTheEmptyTextAfterAReadThatRanOutOfMemory)
-{
-    const CTempFolder folder;
-    const std::wstring name = folder.GetName("file");
-    Holding("new").Write(name);
-    std::string buffer;
-    CTextFile text([&](const std::vector<unsigned char>& seen) { return buffer.assign(seen.begin(), seen.end()), 1u; });
-    const auto readAndSee = [&]
-    {
-        const bool read = GetsThrough([&] { text.Read(name); });
-        text.GuessCodePage();
-        EXPECT_EQ(buffer, read ? "new\0"s : "\0"s);
-    };
-    EXPECT_GT(FailEachAllocation(readAndSee), 1u);
-}
-
 TEST(CTextFile, OneThatWasMovedFromCannotBeWritten)
 {
     const CTempFolder folder;
