@@ -106,14 +106,6 @@ TEST(CbDateTime, EachSpecifierAppendsItsForm)
         EXPECT_RAISES(CbExceptionConversion, "CbDateTime::ToString", CbDateTime(text).ToString("Yt"));
 }
 
-TEST(CbDateTime, FormatOfTheDocumentsCostsOneAllocation)
-{
-    const CbDateTime date = DateOf(Sample);
-    const CAllocationCounter counter;
-    EXPECT_EQ(date.ToString("Y-m-dTH:i:s"), "2024-03-01T10:20:30");
-    EXPECT_EQ(counter.GetCount(), 1u);
-}
-
 TEST(CbDateTime, NamesAreInTheUsersLanguageAndErrorsStandInTheirPlace)
 {
     {
