@@ -260,7 +260,7 @@ public:
     // The record. Its sequences are empty afterwards.
     void Emit(COutput& output);
 
-    // Makes the writer as new. A little memory is kept.
+    // Makes the writer as new. Its lists keep their memory, its buffer a little.
     void Clear() noexcept;
 
 private:
