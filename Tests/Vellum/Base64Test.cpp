@@ -66,21 +66,16 @@ TEST(Base64, DecodingNothingOrIntoTooLittleIsRefused)
 TEST(Base64, TextIsMadeInOneAllocationOrRefusedInTheNameOfEncode)
 {
     const std::string data(1000, 'x');
-    std::string text;
-    const auto append = [&]
-    {
-        text = "before ";
-        if (!GetsThrough([&] { Base64::AppendBase64(text, data.data(), data.size(), true); }))
-        {
-            EXPECT_EQ(text, "before ");
-        }
-    };
+    const auto encode = [&] { GetsThrough([&] { Base64::CBase64Text(data.data(), data.size(), true); }); };
     {
         const CLogObserver log;
-        EXPECT_EQ(FailEachAllocation(append), 1u);
+        EXPECT_EQ(FailEachAllocation(encode), 1u);
         EXPECT_EQ(log.GetFunctions(), std::vector<std::string>{"Vellum::Base64::Encode"});
     }
-    EXPECT_EQ(text, "before " + Base64::Encode(data, true));
+    for (std::size_t size = 0; size <= data.size(); ++size) // a short one is held in another place
+        for (const bool lineBreaks : {false, true})
+            EXPECT_EQ(Base64::CBase64Text(data.data(), size, lineBreaks).Get(),
+                      Base64::Encode(data.data(), size, lineBreaks));
     EXPECT_RAISES(CException, "Vellum::Base64::Encode", Base64::Encode("", std::size_t{1} << 32, false));
     EXPECT_EQ(Base64::Encode(nullptr, 0, true), "");
 }

@@ -13,14 +13,29 @@ using Vellum::CTextOutput;
 // What an output is made on, with bytes behind it that it must leave alone.
 struct SGuarded
 {
-    explicit SGuarded(std::ostream& stream) : output(stream) { guard.fill('g'); }
+    explicit SGuarded(std::ostringstream& stream) : output(stream) { guard.fill('g'); }
     ~SGuarded() { EXPECT_EQ(std::count(guard.begin(), guard.end(), 'g'), 64); }
 
     CTextOutput output;
     std::array<char, 64> guard;
 };
 
-// Flags and a field width, or none, made of the same bits for both streams.
+// A buffer of the client's own.
+class CTextBuffer : public std::streambuf
+{
+public:
+    std::string text;
+
+private:
+    std::streamsize xsputn(const char* bytes, std::streamsize size) override
+    {
+        EXPECT_GT(size, 0);
+        text.append(bytes, static_cast<std::size_t>(size));
+        return size;
+    }
+};
+
+// A state, flags and a field width, or none, made of the same bits for both streams.
 void Prepare(std::ostream& stream, std::uint32_t bits)
 {
     using Base = std::ios_base;
@@ -28,6 +43,7 @@ void Prepare(std::ostream& stream, std::uint32_t bits)
     static constexpr Base::fmtflags forms[] = {Base::fmtflags(), Base::fixed, Base::scientific, Base::floatfield};
     static constexpr Base::fmtflags sides[] = {Base::right, Base::left, Base::internal, Base::fmtflags()};
     static constexpr Base::fmtflags others[] = {Base::showpos, Base::showbase, Base::uppercase, Base::showpoint};
+    stream.clear((bits >> 20) % 8 == 0 ? Base::failbit : Base::goodbit);
     if (bits % 4 == 0)
     {
         stream.flags(bases[bits >> 2 & 3] | forms[bits >> 4 & 3] | sides[bits >> 6 & 3] |
@@ -46,10 +62,14 @@ TEST(CTextOutput, GivesItsStreamWhatTheStreamsOwnInsertersWould)
     std::mt19937_64 random(20240307);
     for (int round = 0; round < 300; ++round)
     {
-        std::ostringstream expected;
+        const std::string overwritten(random() % 3000, 'o');
+        std::ostringstream expected(overwritten);
         expected.imbue(std::locale::classic());
-        std::ostringstream stream;
+        std::ostringstream stream(overwritten);
         stream.imbue(locales[round % 2]);
+        CTextBuffer own;
+        if (round % 5 == 0)
+            static_cast<std::ios&>(stream).rdbuf(&own);
         {
             SGuarded guarded(stream);
             CTextOutput& output = guarded.output;
@@ -81,8 +101,8 @@ TEST(CTextOutput, GivesItsStreamWhatTheStreamsOwnInsertersWould)
                 case 3:
                 {
                     const auto count = static_cast<std::uint32_t>(bits >> 24 & 63);
-                    output.PutTabs(count);
-                    expected.write(std::string(count, '\t').data(), count);
+                    output.Put("a", Vellum::STabs{count}, 'c');
+                    expected.write(("a" + std::string(count, '\t') + 'c').data(), count + 2);
                     break;
                 }
                 case 4:
@@ -106,6 +126,11 @@ TEST(CTextOutput, GivesItsStreamWhatTheStreamsOwnInsertersWould)
                 ASSERT_EQ(stream.precision(), expected.precision());
             }
             output.Flush();
+        }
+        if (round % 5 == 0)
+        {
+            static_cast<std::ios&>(stream).rdbuf(stream.rdbuf());
+            stream.write(own.text.data(), static_cast<std::streamsize>(own.text.size()));
         }
         ASSERT_EQ(stream.str(), expected.str()) << round;
         EXPECT_EQ(stream.getloc(), locales[round % 2]);

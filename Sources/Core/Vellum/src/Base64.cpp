@@ -72,6 +72,31 @@ void EncodeRest(const unsigned char* from, std::size_t size, char* to)
     std::memset(to + 1 + size, Fill, 3 - size);
 }
 
+std::size_t GetEncodedSize(std::size_t size, bool lineBreaks)
+{
+    if (size > std::numeric_limits<std::uint32_t>::max())
+        throw CException(__FILE__, __LINE__, "Vellum::Base64::Encode");
+    return (size + 2) / 3 * 4 + (lineBreaks ? size / 3 / GroupsPerLine : 0);
+}
+
+// Writes as many characters as GetEncodedSize tells.
+void EncodeTo(char* to, const void* data, std::size_t size, bool lineBreaks)
+{
+    const auto* from = static_cast<const unsigned char*>(data);
+    const std::size_t groups = size / 3;
+    for (std::size_t done = 0; done < groups;)
+    {
+        const std::size_t line = std::min(lineBreaks ? GroupsPerLine : groups, groups - done);
+        for (std::size_t group = 0; group < line; ++group, from += 3, to += 4)
+            EncodeGroup(from, to);
+        done += line;
+        if (lineBreaks && line == GroupsPerLine)
+            *to++ = '\n';
+    }
+    if (size % 3 != 0)
+        EncodeRest(from, size % 3, to);
+}
+
 bool IsData(char byte) { return ClassOf(byte) < ClassNoData; }
 bool IsPassed(char byte) { return ClassOf(byte) <= ClassSkip; } // doesn't end the text
 
@@ -166,34 +191,16 @@ std::size_t GetSizeToDecode(std::string_view text, std::size_t most)
 
 } // namespace
 
-void AppendBase64(std::string& text, const void* data, std::size_t size, bool lineBreaks)
+CBase64Text::CBase64Text(const void* data, std::size_t size, bool lineBreaks)
 {
-    if (size > std::numeric_limits<std::uint32_t>::max())
-        throw CException(__FILE__, __LINE__, "Vellum::Base64::Encode");
-    const std::size_t groups = size / 3;
-    const std::size_t rest = size % 3;
-    const std::size_t start = text.size();
-    try
+    const std::size_t encodedSize = GetEncodedSize(size, lineBreaks);
+    if (encodedSize <= shortText.size())
     {
-        text.resize(start + (groups + (rest != 0)) * 4 + (lineBreaks ? groups / GroupsPerLine : 0));
+        EncodeTo(shortText.data(), data, size, lineBreaks);
+        text = {shortText.data(), encodedSize};
     }
-    catch (const std::exception&) // bad_alloc or length_error
-    {
-        throw CException(__FILE__, __LINE__, "Vellum::Base64::Encode");
-    }
-    const auto* from = static_cast<const unsigned char*>(data);
-    char* to = text.data() + start;
-    for (std::size_t done = 0; done < groups;)
-    {
-        const std::size_t line = std::min(lineBreaks ? GroupsPerLine : groups, groups - done);
-        for (std::size_t group = 0; group < line; ++group, from += 3, to += 4)
-            EncodeGroup(from, to);
-        done += line;
-        if (lineBreaks && line == GroupsPerLine)
-            *to++ = '\n';
-    }
-    if (rest != 0)
-        EncodeRest(from, rest, to);
+    else
+        text = longText = Encode(data, size, lineBreaks);
 }
 
 CbArray<unsigned char> DecodeText(std::string_view text)
@@ -205,8 +212,17 @@ CbArray<unsigned char> DecodeText(std::string_view text)
 
 std::string Encode(const void* data, std::size_t size, bool lineBreaks)
 {
+    const std::size_t encodedSize = GetEncodedSize(size, lineBreaks);
     std::string text;
-    AppendBase64(text, data, size, lineBreaks);
+    try
+    {
+        text.resize(encodedSize);
+    }
+    catch (const std::exception&) // bad_alloc or length_error
+    {
+        throw CException(__FILE__, __LINE__, "Vellum::Base64::Encode");
+    }
+    EncodeTo(text.data(), data, size, lineBreaks);
     return text;
 }
 

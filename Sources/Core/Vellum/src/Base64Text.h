@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -11,8 +12,21 @@
 namespace Vellum::Base64
 {
 
-// Like Encode, behind what the text has. If it raises, the text is as it was.
-void AppendBase64(std::string& text, const void* data, std::size_t size, bool lineBreaks);
+// CBase64Text: what Encode gives, which raises in its name. A short text takes no memory from the heap.
+class CBase64Text
+{
+public:
+    CBase64Text(const void* data, std::size_t size, bool lineBreaks);
+    CBase64Text(const CBase64Text&) = delete;
+    CBase64Text& operator=(const CBase64Text&) = delete;
+
+    std::string_view Get() const { return text; }
+
+private:
+    std::array<char, 512> shortText;
+    std::string longText;
+    std::string_view text; // one of them
+};
 
 // Like Decode, of a text that needs no terminator.
 CbArray<unsigned char> DecodeText(std::string_view text);

@@ -51,52 +51,43 @@ template void CTextOutput::insert(unsigned long);
 template void CTextOutput::insert(long long);
 template void CTextOutput::insert(unsigned long long);
 
-bool CTextOutput::printsPlainIntegers() const
+void CTextOutput::putAlone(char character)
 {
-    const auto base = stream.flags() & std::ios_base::basefield;
-    return (base == std::ios_base::dec || base == std::ios_base::fmtflags{}) &&
-           (stream.flags() & std::ios_base::showpos) == 0 && stream.width() == 0;
+    makeRoom(1);
+    *next++ = character;
 }
 
-void CTextOutput::putLong(std::string_view text)
+void CTextOutput::putAlone(std::string_view text)
 {
+    if (char* const to = Reserve(text.size()))
+        return Commit(append(to, text));
     Flush();
     stream.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
-void CTextOutput::PutTabs(std::uint32_t count)
+void CTextOutput::putAlone(STabs tabs)
 {
-    static constexpr std::string_view Tabs = "\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t";
-    for (; count > Tabs.size(); count -= static_cast<std::uint32_t>(Tabs.size()))
-        Put(Tabs);
-    Put(Tabs.substr(0, count));
+    for (; tabs.count > Tabs.size(); tabs.count -= static_cast<std::uint32_t>(Tabs.size()))
+        putAlone(Tabs);
+    putAlone(Tabs.substr(0, tabs.count));
 }
 
 void CTextOutput::PutReal(double value, int precision)
 {
     constexpr auto Formats = std::ios_base::floatfield | std::ios_base::uppercase | std::ios_base::showpos;
-    stream.precision(precision);
-    if ((stream.flags() & Formats) != 0 || stream.width() != 0)
+    state.precision(precision);
+    if ((state.flags() & Formats) != 0 || state.width() != 0)
         return insert(value);
-    reserve(MostNumber);
-    const bool showPoint = (stream.flags() & std::ios_base::showpoint) != 0;
-    used = static_cast<std::size_t>(FormatReal(next(), value, precision, showPoint) - pending.data());
+    makeRoom(MostNumber);
+    next = FormatReal(next, value, precision, (state.flags() & std::ios_base::showpoint) != 0);
 }
 
 void CTextOutput::PutBool(bool value)
 {
-    stream.setf(std::ios_base::boolalpha);
-    if (stream.width() != 0)
+    state.setf(std::ios_base::boolalpha);
+    if (state.width() != 0)
         return insert(value);
     Put(value ? std::string_view("true") : std::string_view("false"));
-}
-
-void CTextOutput::Flush()
-{
-    const auto size = static_cast<std::streamsize>(used);
-    used = 0; // before the stream gets a chance to raise something
-    if (size != 0)
-        stream.write(pending.data(), size);
 }
 
 } // namespace Vellum

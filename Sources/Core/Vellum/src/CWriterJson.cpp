@@ -1,8 +1,8 @@
 #include "Vellum/CWriterJson.h"
 
+#include <array>
 #include <concepts>
 #include <cstdint>
-#include <cstring>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -11,17 +11,17 @@
 #include "Platform/ForcedUnwind.h"
 #include "Platform/Utf8.h"
 
-#include "Groundwork/CbDateTime.h"
-
-#include "Vellum/Base64.h"
 #include "Vellum/CException.h"
 #include "Vellum/IContainerWriter.h"
 #include "Vellum/IDataWriter.h"
 #include "Vellum/ISerializable.h"
 #include "Vellum/ISerializableContainer.h"
 
+#include "Vellum/src/Base64Text.h"
 #include "Vellum/src/CLocaleScope.h"
 #include "Vellum/src/CTextOutput.h"
+#include "Vellum/src/DateText.h"
+#include "Vellum/src/EscapedText.h"
 #include "Vellum/src/IJsonTokens.h"
 #include "Vellum/src/KindOperations.h"
 
@@ -50,75 +50,42 @@ constexpr int DigitsOfFloat = 9;
 constexpr int DigitsOfDouble = 17;
 
 // The letter behind the backslash, or 0 for a byte that stands as it is.
-constexpr char EscapeLetter(char byte)
+constexpr auto EscapeLetters = []
 {
-    switch (byte)
-    {
-    case '\b':
-        return 'b';
-    case '\t':
-        return 't';
-    case '\n':
-        return 'n';
-    case '\f':
-        return 'f';
-    case '\r':
-        return 'r';
-    case '"':
-    case '\\':
-        return byte;
-    default:
-        return 0;
-    }
-}
+    std::array<char, 256> letters{};
+    letters['\b'] = 'b';
+    letters['\t'] = 't';
+    letters['\n'] = 'n';
+    letters['\f'] = 'f';
+    letters['\r'] = 'r';
+    letters['"'] = '"';
+    letters['\\'] = '\\';
+    return letters;
+}();
 
-// Whether eight bytes may hold one with an escape: a byte below 0x20, a quote or a backslash. The lowest such byte is
-// always noticed; see "haszero" and "hasless" in Anderson's Bit Twiddling Hacks.
-bool MayNeedEscape(const char* bytes)
+struct SEscapes
 {
-    constexpr std::uint64_t Ones = 0x0101010101010101;
-    constexpr std::uint64_t Highs = 0x8080808080808080;
-    std::uint64_t block = 0;
-    std::memcpy(&block, bytes, sizeof block);
-    const std::uint64_t control = (block - Ones * 0x20) & ~block;
-    const std::uint64_t quote = ((block ^ (Ones * '"')) - Ones) & ~(block ^ (Ones * '"'));
-    const std::uint64_t backslash = ((block ^ (Ones * '\\')) - Ones) & ~(block ^ (Ones * '\\'));
-    return ((control | quote | backslash) & Highs) != 0;
-}
+    static constexpr std::size_t MostGrowth = 2;
 
-// Number of bytes in front that need no escape.
-std::size_t CountPlain(std::string_view text)
-{
-    std::size_t count = 0;
-    while (true)
+    static std::uint64_t Mark(std::uint64_t bytes)
     {
-        const std::size_t stop = count + sizeof(std::uint64_t);
-        if (stop <= text.size() && !MayNeedEscape(text.data() + count))
-        {
-            count = stop;
-            continue;
-        }
-        for (; count < stop && count < text.size(); ++count)
-            if (EscapeLetter(text[count]) != 0)
-                return count;
-        if (count == text.size())
-            return count;
+        return MarkBytesUpTo(bytes, '\r') | MarkBytes(bytes, '"') | MarkBytes(bytes, '\\');
     }
-}
+    static char Letter(char byte) { return EscapeLetters[static_cast<unsigned char>(byte)]; }
+    static bool Has(char byte) { return Letter(byte) != 0; }
+    static char* Append(char* to, char byte)
+    {
+        to[0] = '\\';
+        to[1] = Letter(byte);
+        return to + 2;
+    }
+    static void Put(CTextOutput& output, char byte) { output.Put('\\', Letter(byte)); }
+};
 
 void QuoteText(CTextOutput& output, std::string_view text)
 {
     output.Put('"');
-    while (true)
-    {
-        const std::size_t plain = CountPlain(text);
-        output.Put(text.substr(0, plain));
-        if (plain == text.size())
-            break;
-        output.Put('\\');
-        output.Put(EscapeLetter(text[plain]));
-        text.remove_prefix(plain + 1);
-    }
+    PutEscaped<SEscapes>(output, text);
     output.Put('"');
 }
 
@@ -131,9 +98,8 @@ const T& Convert(const T& value)
 }
 
 std::string Convert(const std::wstring& value) { return Platform::Utf16ToUtf8(std::wstring_view(value.c_str())); }
-
-std::string Convert(const SBlob& value) { return Base64::Encode(value.data, value.size, false); }
-std::string Convert(const IDateTime& value) { return CbDateTime(value).ToString("Y-m-dTH:i:s", false); }
+Base64::CBase64Text Convert(const SBlob& value) { return {value.data, value.size, false}; }
+CDateText Convert(const IDateTime& value) { return CDateText(value); }
 
 // One nesting level: the items of one pair of brackets.
 template <class Interface>
@@ -147,12 +113,14 @@ public:
     }
 
 protected:
-    void beginItem()
+    // Puts what stands in front of an item, and pieces of the item.
+    template <class... Pieces>
+    void beginItem(const Pieces&... pieces)
     {
-        if (!std::exchange(hasItems, true))
-            return output.Put('\t');
-        output.Put(std::string_view(",\n"));
-        output.PutTabs(indent);
+        if (std::exchange(hasItems, true))
+            output.Put(",\n", STabs{indent}, pieces...);
+        else
+            output.Put('\t', pieces...);
     }
 
     template <std::integral Integer>
@@ -168,6 +136,8 @@ protected:
     void putValue(char value);
     void putValue(const std::string& value) { QuoteText(output, value.c_str()); }
     void putValue(std::string_view token) { output.Put(token); }
+    void putValue(const Base64::CBase64Text& value) { output.Put('"', value.Get(), '"'); }
+    void putValue(const CDateText& value) { output.Put('"', value.Get(), '"'); }
 
     CTextOutput& output;
     std::uint32_t indent;
@@ -195,18 +165,12 @@ void CWriterJsonBase<Interface>::putValue(char value)
     output.Put('"');
 }
 
-// The key is null for the root and for an element. `indent` is that of the items of the level around the brackets.
-void WriteNestedObject(const char* key, const ISerializable& value, CTextOutput& output, std::uint32_t indent,
-                       bool showPoint);
-void WriteNestedContainer(const char* key, const ISerializableContainer& value, CTextOutput& output,
-                          std::uint32_t indent, bool showPoint);
+constexpr char BracketOf(const ISerializable&) { return '{'; }
+constexpr char BracketOf(const ISerializableContainer&) { return '['; }
 
-void PutKey(CTextOutput& output, const char* key)
-{
-    output.Put('"');
-    output.Put(std::string_view(key));
-    output.Put(std::string_view("\":"));
-}
+// What follows the opening bracket of an object or a sequence. `indent` is that of the items around the brackets.
+void WriteItems(const ISerializable& value, CTextOutput& output, std::uint32_t indent, bool showPoint);
+void WriteItems(const ISerializableContainer& value, CTextOutput& output, std::uint32_t indent, bool showPoint);
 
 class CDataWriterJson final : public CWriteOperations<CDataWriterJson, CWriterJsonBase<IDataWriter>, const char*>,
                               public IJsonTokens
@@ -220,20 +184,22 @@ public:
     void writeValue(const char* key, const T& value)
     {
         decltype(auto) converted = Convert(value);
-        beginItem();
-        PutKey(output, key);
+        beginField(key);
         putValue(converted);
         output.Flush();
     }
-    void writeValue(const char* key, const ISerializable& value)
+    void writeValue(const char* key, const ISerializable& value) { writeNested(key, value); }
+    void writeValue(const char* key, const ISerializableContainer& value) { writeNested(key, value); }
+
+private:
+    void beginField(std::string_view key) { beginItem('"', key, "\":"); }
+
+    template <class Client>
+    void writeNested(const char* key, const Client& value)
     {
-        beginItem();
-        WriteNestedObject(key, value, output, indent, showPoint);
-    }
-    void writeValue(const char* key, const ISerializableContainer& value)
-    {
-        beginItem();
-        WriteNestedContainer(key, value, output, indent, showPoint);
+        beginField(key);
+        output.Put('\n', STabs{indent}, BracketOf(value));
+        WriteItems(value, output, indent, showPoint);
     }
 };
 
@@ -253,59 +219,36 @@ public:
         putValue(converted);
         output.Flush();
     }
-    void writeValue(const ISerializable& value)
+    void writeValue(const ISerializable& value) { writeNested(value); }
+    void writeValue(const ISerializableContainer& value) { writeNested(value); }
+
+private:
+    template <class Client>
+    void writeNested(const Client& value)
     {
-        beginItem();
-        WriteNestedObject(nullptr, value, output, indent, showPoint);
-    }
-    void writeValue(const ISerializableContainer& value)
-    {
-        beginItem();
-        WriteNestedContainer(nullptr, value, output, indent, showPoint);
+        beginItem(BracketOf(value));
+        WriteItems(value, output, indent, showPoint);
     }
 };
 
 template <class LevelWriter, class Client>
-void WriteNested(const char* key, const Client& value, CTextOutput& output, std::uint32_t indent, bool showPoint,
-                 std::string_view brackets)
+void WriteLevel(const Client& value, CTextOutput& output, std::uint32_t indent, bool showPoint, char closingBracket)
 {
-    if (key != nullptr)
-    {
-        PutKey(output, key);
-        output.Put('\n');
-        output.PutTabs(indent);
-    }
-    output.Put(brackets.front());
     output.Flush();
-
     LevelWriter writer(output, indent + 1, showPoint);
     value.Write(writer);
-
-    output.Put('\n');
-    output.PutTabs(indent);
-    output.Put(brackets.back());
+    output.Put('\n', STabs{indent}, closingBracket);
     output.Flush();
 }
 
-void WriteNestedObject(const char* key, const ISerializable& value, CTextOutput& output, std::uint32_t indent,
-                       bool showPoint)
+void WriteItems(const ISerializable& value, CTextOutput& output, std::uint32_t indent, bool showPoint)
 {
-    WriteNested<CDataWriterJson>(key, value, output, indent, showPoint, "{}");
+    WriteLevel<CDataWriterJson>(value, output, indent, showPoint, '}');
 }
 
-void WriteNestedContainer(const char* key, const ISerializableContainer& value, CTextOutput& output,
-                          std::uint32_t indent, bool showPoint)
+void WriteItems(const ISerializableContainer& value, CTextOutput& output, std::uint32_t indent, bool showPoint)
 {
-    WriteNested<CContainerWriterJson>(key, value, output, indent, showPoint, "[]");
-}
-
-void WriteRoot(const ISerializable& root, CTextOutput& output, bool showPoint)
-{
-    WriteNestedObject(nullptr, root, output, 0, showPoint);
-}
-void WriteRoot(const ISerializableContainer& root, CTextOutput& output, bool showPoint)
-{
-    WriteNestedContainer(nullptr, root, output, 0, showPoint);
+    WriteLevel<CContainerWriterJson>(value, output, indent, showPoint, ']');
 }
 
 template <class Root>
@@ -315,7 +258,8 @@ void WriteDocument(const Root& root, std::ostringstream& stream, bool showPoint)
     {
         const CLocaleScope scope; // inside the try: the scope is left before the exception below is made
         CTextOutput output(stream);
-        WriteRoot(root, output, showPoint);
+        output.Put(BracketOf(root));
+        WriteItems(root, output, 0, showPoint);
         output.Put('\n');
         output.Flush();
     }

@@ -2,15 +2,13 @@
 
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <sstream>
 #include <string>
 #include <string_view>
 
 #include "Platform/ForcedUnwind.h"
 
-#include "Groundwork/CbDateTime.h"
-
-#include "Vellum/Base64.h"
 #include "Vellum/CException.h"
 #include "Vellum/Encodings.h"
 #include "Vellum/IContainerWriter.h"
@@ -18,8 +16,11 @@
 #include "Vellum/ISerializable.h"
 #include "Vellum/ISerializableContainer.h"
 
+#include "Vellum/src/Base64Text.h"
 #include "Vellum/src/CLocaleScope.h"
 #include "Vellum/src/CTextOutput.h"
+#include "Vellum/src/DateText.h"
+#include "Vellum/src/EscapedText.h"
 #include "Vellum/src/KindOperations.h"
 #include "Vellum/src/XmlNames.h"
 
@@ -43,52 +44,44 @@ constexpr std::string_view RootNamespaces = " xmlns:xsi=\"http://www.w3.org/2001
                                             " xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\"";
 
 // What stands for a byte of a text; empty for a byte that stands for itself.
-constexpr std::string_view EscapeOf(char byte)
+struct SEscape
 {
-    switch (byte)
-    {
-    case '&':
-        return "&amp;";
-    case '>':
-        return "&gt;";
-    case '<':
-        return "&lt;";
-    case '%':
-        return "&#37;";
-    case '\n':
-        return "&#10;";
-    case '\r':
-        return "&#13;";
-    default:
-        return {};
-    }
-}
+    char text[5];
+    unsigned char size;
 
-constexpr std::array<bool, 256> Escaped = []
+    constexpr std::string_view Get() const { return {text, size}; }
+};
+
+constexpr auto EscapeTable = []
 {
-    std::array<bool, 256> escaped{};
-    for (unsigned byte = 0; byte < escaped.size(); ++byte)
-        escaped[byte] = !EscapeOf(static_cast<char>(byte)).empty();
-    return escaped;
+    std::array<SEscape, 256> escapes{};
+    escapes['&'] = {{'&', 'a', 'm', 'p', ';'}, 5};
+    escapes['>'] = {{'&', 'g', 't', ';'}, 4};
+    escapes['<'] = {{'&', 'l', 't', ';'}, 4};
+    escapes['%'] = {{'&', '#', '3', '7', ';'}, 5};
+    escapes['\n'] = {{'&', '#', '1', '0', ';'}, 5};
+    escapes['\r'] = {{'&', '#', '1', '3', ';'}, 5};
+    return escapes;
 }();
 
-void EscapeText(CTextOutput& output, std::string_view text)
+struct SEscapes
 {
-    std::size_t plain = 0; // first byte that hasn't been put
-    for (std::size_t at = 0; at < text.size(); ++at)
-    {
-        if (!Escaped[static_cast<unsigned char>(text[at])])
-            continue;
-        output.Put(text.substr(plain, at - plain));
-        output.Put(EscapeOf(text[at]));
-        plain = at + 1;
-    }
-    output.Put(text.substr(plain));
-}
+    static constexpr std::size_t MostGrowth = 5;
 
-struct SBase64
-{
-    std::string text;
+    static std::uint64_t Mark(std::uint64_t bytes)
+    {
+        static_assert(('<' | 2) == '>');
+        return MarkBytesUpTo(bytes, '\r') | MarkBytes(bytes, '%') | MarkBytes(bytes, '&') |
+               MarkBytes(bytes | RepeatByte(2), '>');
+    }
+    static const SEscape& Find(char byte) { return EscapeTable[static_cast<unsigned char>(byte)]; }
+    static bool Has(char byte) { return Find(byte).size != 0; }
+    static char* Append(char* to, char byte)
+    {
+        std::memcpy(to, Find(byte).text, MostGrowth);
+        return to + Find(byte).size;
+    }
+    static void Put(CTextOutput& output, char byte) { output.Put(Find(byte).Get()); }
 };
 
 // What has to be converted before anything of its element reaches the stream, since the conversion may fail; the rest
@@ -100,8 +93,8 @@ const T& Convert(const T& value)
 }
 
 std::string Convert(const std::wstring& value) { return Encodings::ToUTF8(value); }
-std::string Convert(const IDateTime& value) { return CbDateTime(value).ToString("Y-m-dTH:i:s", false); }
-SBase64 Convert(const SBlob& value) { return {Base64::Encode(value.data, value.size, true)}; }
+CDateText Convert(const IDateTime& value) { return CDateText(value); }
+Base64::CBase64Text Convert(const SBlob& value) { return {value.data, value.size, true}; }
 
 // One nesting level: the fields of an object, or the elements of a sequence.
 template <class Interface>
@@ -118,6 +111,13 @@ protected:
     void writeElement(std::string_view name, const ISerializableContainer& value);
 
 private:
+    void beginElement(std::string_view name) { output.Put(STabs{indent}, '<', name, '>'); }
+    void endElement(std::string_view name)
+    {
+        output.Put("</", name, ">\n");
+        output.Flush();
+    }
+
     template <class Integer>
     void putValue(Integer value)
     {
@@ -129,8 +129,12 @@ private:
     void putValue(float value) { output.PutReal(static_cast<double>(value), DigitsOfFloat); }
     void putValue(double value) { output.PutReal(value, DigitsOfDouble); }
     void putValue(char value) { output.Put(value); }
-    void putValue(const std::string& value) { EscapeText(output, value); }
-    void putValue(const SBase64& value);
+    void putValue(const std::string& value) { PutEscaped<SEscapes>(output, value); }
+    void putValue(const CDateText& value) { output.Put(value.Get()); }
+    void putValue(const Base64::CBase64Text& value)
+    {
+        output.Put("<![CDATA[\n", value.Get(), '\n', STabs{indent}, "]]>");
+    }
 
     CTextOutput& output;
     std::uint32_t indent;
@@ -167,20 +171,13 @@ template <class LevelWriter, class Client>
 void WriteLevel(std::string_view name, std::string_view attributes, const Client& value, CTextOutput& output,
                 std::uint32_t indent)
 {
-    output.PutTabs(indent);
-    output.Put('<');
-    output.Put(name);
-    output.Put(attributes);
-    output.Put(std::string_view(">\n"));
+    output.Put(STabs{indent}, '<', name, attributes, ">\n");
     output.Flush();
 
     LevelWriter writer(output, indent + 1);
     value.Write(writer);
 
-    output.PutTabs(indent);
-    output.Put(std::string_view("</"));
-    output.Put(name);
-    output.Put(std::string_view(">\n"));
+    output.Put(STabs{indent}, "</", name, ">\n");
     output.Flush();
 }
 
@@ -189,15 +186,9 @@ template <class T>
 void CWriterXmlBase<Interface>::writeElement(std::string_view name, const T& value)
 {
     decltype(auto) converted = Convert(value);
-    output.PutTabs(indent);
-    output.Put('<');
-    output.Put(name);
-    output.Put('>');
+    beginElement(name);
     putValue(converted);
-    output.Put(std::string_view("</"));
-    output.Put(name);
-    output.Put(std::string_view(">\n"));
-    output.Flush();
+    endElement(name);
 }
 
 template <class Interface>
@@ -210,16 +201,6 @@ template <class Interface>
 void CWriterXmlBase<Interface>::writeElement(std::string_view name, const ISerializableContainer& value)
 {
     WriteLevel<CContainerWriterXml>(name, {}, value, output, indent);
-}
-
-template <class Interface>
-void CWriterXmlBase<Interface>::putValue(const SBase64& value)
-{
-    output.Put(std::string_view("<![CDATA[\n"));
-    output.Put(value.text);
-    output.Put('\n');
-    output.PutTabs(indent);
-    output.Put(std::string_view("]]>"));
 }
 
 template <class LevelWriter, class Client>
