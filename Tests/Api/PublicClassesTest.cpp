@@ -30,19 +30,6 @@ TYPED_TEST(Module, BringsEveryKindBack)
     EXPECT_EQ(read, written);
 }
 
-TEST(Module, TakesStreamsOfTheClientsOwn)
-{
-    const CEverything written = CEverything::Make(1);
-    Support::CClientWriter out;
-    Vellum::CWriterBinary(out).Write(written);
-    EXPECT_EQ(out.bytes, Formats::SBinary::Write(written));
-
-    Support::CClientReader in(out.bytes);
-    CEverything read;
-    Vellum::CReaderBinary(in).Read(read);
-    EXPECT_EQ(read, written);
-}
-
 TEST(Module, ExportsItsUtilities)
 {
     char bytes[7] = "";
