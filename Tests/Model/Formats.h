@@ -27,5 +27,6 @@ void ReadJson(const std::string& document, bool isSequence, CVisitor& visitor);
 // Returns the number of the parser's error; what else fails is noted by the visitor.
 SWritten WriteXml(const SNode& root);
 int ReadXml(const std::string& document, bool isSequence, CVisitor& visitor);
+std::string ShowXml(const std::string& document); // the parser's error and its tree, in one line
 
 } // namespace Model

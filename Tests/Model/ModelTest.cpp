@@ -9,6 +9,7 @@
 #include "Groundwork/CbStreamWriteBinaryBuffer.h"
 
 #include "Vellum/src/CBinaryWalker.h"
+#include "Vellum/src/XmlParser.h"
 
 #include "Model/Documents.h"
 #include "Model/Formats.h"
@@ -21,6 +22,7 @@
 #include "Support/GermanLocales.h"
 #include "Support/Property.h"
 #include "Support/Texts.h"
+#include "Support/XmlTrees.h"
 
 // The library and a second, plain telling of its formats are given the same trees and documents, and must agree: in
 // each byte that is written, each value that is read, and each exception's class and function name.
@@ -214,6 +216,15 @@ void XmlWrites(CTape tape)
     ExpectSame(LibraryText<Vellum::CWriterXml>(root, [](auto&) {}), WriteXml(root));
 }
 
+void XmlParses(CTape tape)
+{
+    const std::string document = Mutated(AnyXml(tape, "a"), tape, false);
+    Vellum::SXmlParseOutcome outcome{};
+    const std::string tree = Support::Dump(Vellum::ParseXmlText(Support::ExactText(document).get(), &outcome));
+    ExpectSame("error " + std::to_string(outcome.error) + " at " + std::to_string(outcome.position) + ": " + tree,
+               ShowXml(document));
+}
+
 void XmlReads(CTape tape)
 {
     const SNode root = AnyTree(tape, !tape.OneIn(4));
@@ -389,6 +400,7 @@ TEST(Model, BinaryWalksTheSame) { Check(BinaryWalks); }
 TEST(Model, JsonWritesTheSame) { Check(JsonWrites); }
 TEST(Model, JsonReadsTheSame) { Check(JsonReads); }
 TEST(Model, XmlWritesTheSame) { Check(XmlWrites); }
+TEST(Model, XmlParsesTheSame) { Check(XmlParses); }
 TEST(Model, XmlReadsTheSame) { Check(XmlReads); }
 TEST(Model, WritesWithoutMemory) { Check(WritesWithoutMemory); }
 TEST(Model, ReadsWithoutMemory) { Check(ReadsWithoutMemory); }

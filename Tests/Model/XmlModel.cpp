@@ -103,7 +103,19 @@ struct SXml
     bool isDeclaration = false, isDocument = false;
     std::vector<Element> children;
     std::vector<std::string> texts, clears;
+    std::vector<std::pair<std::string, Element>> entries; // in their order: what one is shown as, or a child
 };
+
+// One line for a tree: name(entries), with @ for an attribute, ' ' around a text, { } around a clear section with its
+// opening tag in front, ? in front of a declaration, * for the node around several top-level elements.
+std::string Show(const SXml& node)
+{
+    std::string shown = node.isDocument ? "*" : (node.isDeclaration ? "?" : "") + node.name;
+    shown += '(';
+    for (const auto& [entry, child] : node.entries)
+        shown += (shown.back() == '(' ? "" : " ") + (child != nullptr ? Show(*child) : entry);
+    return shown + ')';
+}
 
 bool IsSame(const std::string& a, const std::string& b)
 {
@@ -128,6 +140,7 @@ public:
     }
 
     int Error = 0;
+    std::size_t ErrorAt = 0;
 
 private:
     // '<' '>' '=' and ' ' for a word, 'q' for a quoted one, '/' for the sign in front of an end tag's name, 'e' for the
@@ -136,13 +149,14 @@ private:
     {
         char kind;
         std::size_t start, length;
-        std::string clearEnd;
+        std::string clearEnd, clearOpen;
     };
     static constexpr int MostLevels = 1024;
 
     static bool isSpace(char byte) { return byte != '\0' && std::strchr("\t\n\r ", byte) != nullptr; }
     char byteAt(std::size_t place) const { return place < text.size() ? text[place] : '\0'; }
-    bool fail(int error) { return (Error = error, false); }
+    bool fail(int error, std::size_t place) { return (Error = error, ErrorAt = place, false); }
+    bool endOfText(const SXml& node) { return !node.isDeclaration && !node.isDocument && fail(1, text.size()); }
 
     std::size_t step(std::size_t place) const
     {
@@ -158,23 +172,23 @@ private:
         const std::size_t start = at;
         const char first = byteAt(start);
         if (first == '\0')
-            return {'\0', start, 0, {}};
+            return {'\0', start, 0, {}, {}};
         at = step(start);
         static const std::pair<std::string, std::string> clears[] = {
             {"<![CDATA[", "]]>"}, {"<PRE>", "</PRE>"}, {"<Script>", "</Script>"}, {"<!--", "-->"}, {"<!DOCTYPE", ">"}};
         for (const auto& [open, close] : clears)
             if (IsSame(text.substr(start, open.size()), open))
-                return (at = start + open.size(), SToken{'!', start, open.size(), close});
+                return (at = start + open.size(), SToken{'!', start, open.size(), close, open});
         if (first == '"' || first == '\'')
         {
             while (byteAt(at) != first && byteAt(at) != '<' && byteAt(at) != '\0')
                 at = step(at);
             if (byteAt(at) == first)
-                return {'q', start, ++at - start, {}};
+                return {'q', start, ++at - start, {}, {}};
             at = start + 1;
         }
         const auto sign = [&](char kind, std::size_t length) {
-            return (at = start + length, SToken{kind, start, length, {}});
+            return (at = start + length, SToken{kind, start, length, {}, {}});
         };
         if (first == '/' && byteAt(at) == '>')
             return sign('e', 2);
@@ -192,37 +206,49 @@ private:
         const std::size_t length = at - start;
         if (isSpace(byteAt(at)))
             ++at;
-        return {' ', start, length, {}};
+        return {' ', start, length, {}, {}};
     }
 
     // The attributes. `isOpen` tells whether there is content behind the tag.
     bool tag(SXml& node, bool& isOpen)
     {
+        const auto add = [&](const std::string& attribute) { node.entries.push_back({'@' + attribute, nullptr}); };
+        const auto withoutMark = [&](const std::string& raw)
+        { return node.isDeclaration && raw.ends_with('?') ? raw.substr(0, raw.size() - 1) : raw; };
+        std::string name;
         char expected = 'n'; // a name, an equals sign or another name, a value
         for (;;)
         {
             const SToken found = token();
             if (found.kind == '\0')
-                return (Error = node.isDeclaration ? Error : 1, false);
+                return endOfText(node);
+            std::string raw = text.substr(found.start, found.length), decoded;
             if (expected != 'v' && (found.kind == '>' || found.kind == 'e'))
+            {
+                if (expected == '=' && !withoutMark(name).empty())
+                    add(withoutMark(name));
                 return (isOpen = found.kind == '>', true);
+            }
             if (found.kind == ' ' && expected != 'v')
+            {
+                if (expected == '=')
+                    add(name);
+                name = raw;
                 expected = '=';
+            }
             else if (found.kind == '=' && expected == '=')
                 expected = 'v';
             else if ((found.kind == ' ' || found.kind == 'q') && expected == 'v')
             {
-                std::string raw = text.substr(found.start, found.length), decoded;
-                if (node.isDeclaration && !raw.empty() && raw.back() == '?')
-                    raw.pop_back();
-                if (found.kind == 'q')
-                    raw = raw.substr(1, raw.size() - 2);
-                if (!decode(raw, decoded))
+                const std::size_t quote = found.kind == 'q' ? 1 : 0;
+                raw = quote == 0 ? withoutMark(raw) : raw.substr(1, raw.size() - 2);
+                if (!decode(raw, decoded, found.start + quote))
                     return false;
+                add(name + '=' + UpToNul(decoded));
                 expected = 'n';
             }
             else
-                return fail(9);
+                return fail(9, found.start);
         }
     }
 
@@ -237,7 +263,7 @@ private:
             const SToken found = token();
             const std::size_t from = std::exchange(pending, std::string::npos);
             if (found.kind == '\0')
-                return (Error = node.isDeclaration || node.isDocument ? Error : 1, false);
+                return endOfText(node);
             if (found.kind != '<' && found.kind != '?' && found.kind != '/' && found.kind != '!')
             {
                 pending = from == std::string::npos ? found.start : from;
@@ -248,16 +274,18 @@ private:
                 std::string raw = text.substr(from, found.start - from), decoded;
                 while (isSpace(raw.back()))
                     raw.pop_back();
-                if (found.kind != '!' && !decode(raw, decoded))
+                if (found.kind != '!' && !decode(raw, decoded, from))
                     return false;
                 node.texts.push_back(UpToNul(found.kind == '!' ? raw : decoded));
+                node.entries.push_back({"'" + node.texts.back() + "'", nullptr});
             }
             if (found.kind == '!')
             {
                 const std::size_t end = text.find(found.clearEnd, at);
                 if (end == std::string::npos)
-                    return fail(8);
+                    return fail(8, found.start);
                 node.clears.push_back(text.substr(at, end - at));
+                node.entries.push_back({found.clearOpen + '{' + node.clears.back() + '}', nullptr});
                 at = end + found.clearEnd.size();
             }
             else if (found.kind == '/')
@@ -267,7 +295,7 @@ private:
             else if (endTagAt != std::string::npos)
             {
                 if (node.isDocument)
-                    return fail(7);
+                    return fail(7, endTagAt);
                 if (fits(node))
                     endTagAt = std::string::npos;
                 return true;
@@ -279,13 +307,14 @@ private:
     {
         const SToken name = token();
         if (name.kind != ' ')
-            return fail(4);
+            return fail(4, name.start);
         int& level = isDeclaration ? declarations : elements;
         if (++level > MostLevels)
-            return fail(15);
+            return fail(15, name.start);
         node.children.push_back(std::make_shared<SXml>());
         node.children.back()->name = text.substr(name.start, name.length);
         node.children.back()->isDeclaration = isDeclaration;
+        node.entries.push_back({"", node.children.back()});
         const bool isDone = element(*node.children.back());
         --level;
         return isDone;
@@ -294,13 +323,15 @@ private:
     bool endTag(SXml& node)
     {
         const SToken name = token();
-        if (name.kind != ' ' || token().kind != '>')
-            return fail(5);
+        if (name.kind != ' ')
+            return fail(5, name.start);
+        if (const SToken close = token(); close.kind != '>')
+            return fail(5, close.start);
         endTagAt = name.start;
         if (!node.isDocument && fits(node))
             endTagAt = std::string::npos;
         else
-            Error = 1;
+            fail(1, endTagAt);
         return true;
     }
 
@@ -311,7 +342,7 @@ private:
                (isSpace(behind) || (behind != '\0' && std::strchr("/<=>", behind) != nullptr));
     }
 
-    bool decode(const std::string& raw, std::string& decoded)
+    bool decode(const std::string& raw, std::string& decoded, std::size_t start)
     {
         static const std::pair<std::string, char> entities[] = {
             {"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}};
@@ -343,14 +374,14 @@ private:
                         std::string_view("0123456789abcdef")
                             .find(static_cast<char>(std::tolower(static_cast<unsigned char>(raw[place]))));
                     if (digit >= (isHexadecimal ? 16 : 10))
-                        return fail(14);
+                        return fail(14, start + from);
                     number = number * (isHexadecimal ? 16 : 10) + static_cast<unsigned>(digit);
                 }
                 if (end != std::string::npos)
                     (decoded += static_cast<char>(number), size = end + 1 - from);
             }
             if (size == 0)
-                return fail(14);
+                return fail(14, start + from);
             from += size;
         }
         return true;
@@ -442,6 +473,14 @@ private:
 };
 
 } // namespace
+
+std::string ShowXml(const std::string& document)
+{
+    CXmlParser parser(document);
+    const Element tree = parser.Parse();
+    return "error " + std::to_string(parser.Error) + " at " + std::to_string(parser.ErrorAt) + ": " +
+           (tree == nullptr ? "-" : Show(*tree));
+}
 
 int ReadXml(const std::string& document, bool isSequence, CVisitor& visitor)
 {
