@@ -111,10 +111,10 @@ struct SXml
 std::string Show(const SXml& node)
 {
     std::string shown = node.isDocument ? "*" : (node.isDeclaration ? "?" : "") + node.name;
-    shown += '(';
+    std::string separator = "(";
     for (const auto& [entry, child] : node.entries)
-        shown += (shown.back() == '(' ? "" : " ") + (child != nullptr ? Show(*child) : entry);
-    return shown + ')';
+        shown += std::exchange(separator, " ") + (child != nullptr ? Show(*child) : entry);
+    return shown + (node.entries.empty() ? "()" : ")");
 }
 
 bool IsSame(const std::string& a, const std::string& b)
