@@ -19,10 +19,10 @@ public:
     CName() = default;
 
     /// @name A text
-    /// The text as a name; null is not accepted.
+    /// The text of a name; null is not accepted.
     /// @{
-    CName(std::string text) : text(text.empty() ? nullptr : std::make_shared<const std::string>(std::move(text))) {}
-    CName(const char* text) : CName(std::string(text)) {}
+    CName(std::string name) : text(name.empty() ? nullptr : std::make_shared<const std::string>(std::move(name))) {}
+    CName(const char* name) : CName(std::string(name)) {}
     /// @}
 
     /// The text. It lives as long as one of the copies.

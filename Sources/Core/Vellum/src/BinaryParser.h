@@ -77,7 +77,7 @@ template <class Stream>
 class CBinaryParser
 {
 public:
-    CBinaryParser(Stream& stream, CBinaryTree& tree) : stream(stream), tree(tree) {}
+    CBinaryParser(Stream& source, CBinaryTree& result) : stream(source), tree(result) {}
 
     void Parse()
     {

@@ -91,8 +91,7 @@ public:
     // Called for each part, in the order of the document.
     using Visitor = std::function<void(const SBinaryPart&)>;
 
-    explicit CBinaryWalker(CbStreamReadBinary& stream, Visitor visitor = {})
-        : stream(stream), visitor(std::move(visitor))
+    explicit CBinaryWalker(CbStreamReadBinary& source, Visitor called = {}) : stream(source), visitor(std::move(called))
     {
     }
     CBinaryWalker(const CBinaryWalker&) = delete;

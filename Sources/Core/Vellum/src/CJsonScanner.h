@@ -28,7 +28,7 @@ class CJsonScanner
 {
 public:
     // The text is zero-terminated and stays the caller's.
-    CJsonScanner(const char* text, bool strictly) : text(text), at(text), isStrict(strictly) {}
+    CJsonScanner(const char* document, bool strictly) : text(document), at(document), isStrict(strictly) {}
 
     // Walks over the whole document. Throws SFault, as all operations do.
     void CheckDocument(EJsonRoot root);

@@ -107,7 +107,7 @@ class CXmlElement
 {
 public:
     CXmlElement() noexcept = default;
-    CXmlElement(SXmlNodeData* data, CXmlMemory* memory) noexcept : data(data), memory(memory) {}
+    CXmlElement(SXmlNodeData* node, CXmlMemory* tree) noexcept : data(node), memory(tree) {}
 
     // The top of a new tree in that memory: an element without a name.
     static CXmlElement MakeDocument(CXmlMemory& memory);

@@ -26,7 +26,7 @@ inline bool IsTagOf(const SXmlName& name, std::ptrdiff_t open, const char* at, c
 class CXmlOpenElement
 {
 public:
-    CXmlOpenElement(CXmlElement element, CXmlElement model) : element(element), expected(model.GetFirstChild()) {}
+    CXmlOpenElement(CXmlElement opened, CXmlElement model) : element(opened), expected(model.GetFirstChild()) {}
 
     CXmlElement GetElement() const { return element; }
 
