@@ -182,11 +182,7 @@ TEST(Strict, TellsPathReasonAndPlaceInJson)
         {R"({"blob":"a?=="})", "blob", "The text is no Base64.", 1, 9},
         {R"({"map":{"a":1,"b":"c"}})", "map.b", "\"c\" is no whole number.", 1, 19},
         {R"({"small":1,})", "", "Expected a value behind the comma, found \"}\".", 1, 12},
-        {R"({"small":1 "yes":true})", "", "Expected a comma or \"}\", found \"\"\".", 1, 12},
         {R"({"map":{"a":hello}})", "map.a", "Expected a value of JSON, found \"hello\".", 1, 13},
-        {R"({"small" 1})", "", "Expected a colon behind the key, found \"1\".", 1, 10},
-        {"{\"small\":1", "", "Expected a comma or \"}\", found the end of the text.", 1, 11},
-        {"{\"small", "", "Expected a closing quote for the text that begins here, found the end of the text.", 1, 2},
         {"[]", "", "Expected an object, found \"[\".", 1, 1},
         {"{} {}", "", "Expected the end of the document, found \"{\".", 1, 4},
     };
@@ -204,8 +200,6 @@ TEST(Strict, TellsPathAndReasonInXmlAndBinary)
         {"<SStrictness><small>1</SStrictness>", "small",
          "Expected the end of the element \"small\", which is opened in line 2, column 15, found that of another one.",
          2, 24},
-        {"<SStrictness>&nope;</SStrictness>", "", "Expected a reference such as &amp; or &#65;, found \"&\".", 2, 14},
-        {"<Other></Other>", "", "Expected the root \"SStrictness\", found \"Other\".", 2, 2},
         {"<SStrictnesses/>", "", "Expected the root \"SStrictness\", found \"SStrictnesses\".", 2, 2},
         {"<Other><SStrictness/></Other>", "", "Expected the root \"SStrictness\", found \"Other\".", 2, 2},
     };
@@ -223,7 +217,7 @@ TEST(Strict, TellsPathAndReasonInXmlAndBinary)
                   [] { FromBinary<SStrictness>(std::string("\0\0", 2), Strict); });
     auto tail = ToBinary(SStrictness());
     tail.push_back(0);
-    ExpectRefused({"", "", "Expected the end of the document, found 1 more bytes.", 0, 0},
+    ExpectRefused({"", "", "Expected the end of the document, found more bytes: 1.", 0, 0},
                   [&] { FromBinary<SStrictness>(tail, Strict); });
 }
 

@@ -1,6 +1,5 @@
 #include "Groundwork/CbDateTimeStream.h"
 
-#include "Groundwork/CbExceptions.h"
 #include "Groundwork/CbStreamReadBinaryBuffer.h"
 #include "Groundwork/CbStreamWriteBinaryBuffer.h"
 
@@ -36,17 +35,6 @@ TEST(CbDateTimeStream, DateIsAVersionAndATickCountAndSetsTheSevenFieldsInOrder)
     EXPECT_EQ(Written(CbDateTime("2024-13-45T99:99:99")), std::string(12, '\0')); // what is invalid is the first day
     EXPECT_EQ(Noted(std::string(12, '\0')), "Y1601 m1 d1 H0 i0 s0 v0 ");
     EXPECT_EQ(Noted(Bytes("00 00 00 00 FF FF FF FF FF FF FF FF")), "Y1601 m1 d1 H0 i0 s0 v0 ");
-}
-
-TEST(CbDateTimeStream, LaterVersionAndMissingBytesLeaveTheDateAlone)
-{
-    const std::string later = Bytes("01 00 00 00 00 00 00 00 00 00 00 00");
-    CbStreamReadBinaryBuffer stream(later.data(), later.size());
-    CNotedDate date;
-    EXPECT_RAISES(CbExceptionWrongFileVersion, "CbStreamRead::ReadAndCompareVersion", stream >> date);
-    CbStreamReadBinaryBuffer cut(later.data() + 1, 11);
-    EXPECT_RAISES(CbExceptionStream, "CbStreamReadBinary::Read", cut >> date);
-    EXPECT_EQ(date.noted, "");
 }
 
 } // namespace

@@ -189,21 +189,4 @@ TEST(CbMapEx, DoublesOnThe96thAndThe192ndInsertion)
     EXPECT_NE(small.Find(199), nullptr);
 }
 
-TEST(CbMapPolicyPlexManager, RefusesAnotherPoolOnceTheTableIsInUse)
-{
-    using Shared = CbMapEx<std::string, std::unique_ptr<std::string>, 0, std::hash<std::string>,
-                           std::equal_to<std::string>, CbMapPolicyPlexManager>;
-    const auto pool = std::make_shared<Shared::Pool>(1024);
-    Shared first;
-    Shared second;
-    first.SetPlexManager(pool);
-    second.SetPlexManager(pool);
-    first.FindOrInsert("a");
-    second.FindOrInsert("b");
-    EXPECT_EQ(pool->GetBlockCount(), 1u);
-    const CLogObserver quiet;
-    EXPECT_THROW(first.SetPlexManager(std::make_shared<Shared::Pool>()), CbExceptionContainer);
-    EXPECT_NE(first.Find("a"), nullptr);
-}
-
 } // namespace

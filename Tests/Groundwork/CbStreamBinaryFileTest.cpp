@@ -119,21 +119,4 @@ TEST(CbStreamBinaryFile, ErrorsOfTheSystemAreNotTheEndOfTheFileAndRaiseOnceAndFo
     EXPECT_EQ(CountOpenFiles(), openBefore + 1);
 }
 
-TEST(CbStreamBinaryFile, AFailedAllocationLeavesTheFileAsItWas)
-{
-    const CTempFolder folder;
-    WriteWhole(folder.GetPath() / "file", "old");
-    const std::wstring name = folder.GetName("file");
-    const std::ptrdiff_t openBefore = CountOpenFiles();
-    const auto open = [&]
-    {
-        if (!GetsThrough([&] { CbStreamWriteBinaryFile stream(name); }))
-        {
-            EXPECT_EQ(ReadWhole(folder.GetPath() / "file"), "old");
-        }
-    };
-    EXPECT_GT(FailEachAllocation(open), 1u);
-    EXPECT_EQ(CountOpenFiles(), openBefore);
-}
-
 } // namespace

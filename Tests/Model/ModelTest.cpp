@@ -16,6 +16,7 @@
 #include "Model/Library.h"
 #include "Model/Tape.h"
 #include "Model/Values.h"
+#include "Support/Binary.h"
 #include "Support/CEnvironment.h"
 #include "Support/Clients.h"
 #include "Support/FailEachAllocation.h"
@@ -310,19 +311,6 @@ void ReadsWithoutMemory(CTape tape)
                [&](CVisitor& visitor) { ReadXml(xml, root.isSequence, visitor); });
 }
 
-std::string ToBinary(const Vellum::CValue& value)
-{
-    CbStreamWriteBinaryBuffer buffer;
-    value.ToBinary(buffer);
-    return std::string(reinterpret_cast<const char*>(buffer.GetData()), buffer.GetSize());
-}
-
-Vellum::CValue FromBinary(const std::string& document)
-{
-    CbStreamReadBinaryBuffer stream(document.data(), document.size());
-    return Vellum::CValue::FromBinary(stream);
-}
-
 // The same with the fields of each object in the order of their keys and kinds.
 Vellum::CValue Sorted(Vellum::CValue value)
 {
@@ -348,11 +336,11 @@ void ValuesComeBack(CTape tape)
     CValue value;
     const auto binary = [&]
     {
-        value = FromBinary(written.document);
+        value = Support::ValueOf(written.document);
         if (!isOdd)
-            ExpectSame(ToBinary(value), written.document);
+            ExpectSame(Support::BinaryOf(value), written.document);
         value.Set("", CValue(value));
-        RC_ASSERT(Sorted(FromBinary(ToBinary(value))) == Sorted(value));
+        RC_ASSERT(Sorted(Support::ValueOf(Support::BinaryOf(value))) == Sorted(value));
     };
     const auto json = [&]
     {

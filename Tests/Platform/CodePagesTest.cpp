@@ -1,7 +1,5 @@
 #include "Platform/CodePages.h"
 
-#include <ranges>
-
 #include "Platform/Utf16.h"
 #include "Platform/Utf8.h"
 
@@ -32,7 +30,8 @@ const std::vector<unsigned int> Known = []
 {
     std::vector<unsigned int> numbers = {932,   936,   949,   950,   1361,  50220, 51932,
                                          51936, 51949, 51950, 54936, 65000, 65001, CodePageOfUser};
-    std::ranges::copy(std::views::keys(Narrow), std::back_inserter(numbers));
+    for (const auto& [codePage, digest] : Narrow)
+        numbers.push_back(codePage);
     return numbers;
 }();
 

@@ -68,11 +68,4 @@ TEST(DateNames, RefusesADateThatIsNoneAndLeavesTheNameAlone)
     EXPECT_EQ(name, L"before");
 }
 
-TEST(DateNames, FailedAllocationLeavesNothingHalfMadeBehind)
-{
-    const CEnvironment all("LC_ALL", "de_DE.UTF-8@unused"); // the names of this one haven't been made yet
-    const auto getName = [] { EXPECT_EQ(NameOf(3, 1, EDateName::Month), L"M\u00E4rz"); };
-    EXPECT_GT(FailEachAllocation([&] { GetsThrough(getName); }), 1u);
-}
-
 } // namespace

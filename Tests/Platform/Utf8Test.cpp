@@ -25,20 +25,6 @@ TEST(Utf8, EveryCharacterComesBack)
     EXPECT_EQ(Utf8ToUtf16("\xF0\x9F\x98\x80"), (std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}));
 }
 
-TEST(Utf8, EachMaximalIllFormedSubsequenceIsReplacedOnce)
-{
-    const std::pair<const char*, std::size_t> cases[] = {
-        {"E4", 1},          {"ED A0 BD", 3}, {"C0 AF", 2},       {"E0 80 80", 3}, {"F0 80 80 80", 4},
-        {"F4 90 80 80", 4}, {"F1 80 80", 1}, {"E2 82", 1},       {"F0 9F 98", 1}, {"80 BF", 2},
-        {"FF FE", 2},       {"F5 80", 2},    {"F1 80 80 E2", 2}, {"C2", 1},
-    };
-    for (const auto& [bytes, replacements] : cases)
-    {
-        EXPECT_EQ(Utf8ToUtf16(Bytes(bytes)), std::wstring(replacements, wchar_t(0xFFFD))) << bytes;
-        EXPECT_EQ(Utf8ToUtf16("a" + Bytes(bytes) + "b"), L"a" + std::wstring(replacements, wchar_t(0xFFFD)) + L"b");
-    }
-}
-
 RC_GTEST_PROP(Utf8, IsToldFromTheFirstWholeCharacterBeyondAsciiOnWhereverTheTextIsCut, ())
 {
     const auto anyCharacter =

@@ -7,6 +7,7 @@
 #include "Groundwork/CbStreamWriteBinaryBuffer.h"
 
 #include "Vellum/CReaderBinary.h"
+#include "Vellum/CValue.h"
 #include "Vellum/CWriterBinary.h"
 
 #include "Support/Clients.h"
@@ -45,6 +46,19 @@ void ReadBinary(std::string_view document, Root&& root)
     document.copy(block.get(), document.size());
     CbStreamReadBinaryBuffer stream(block.get(), document.size());
     Vellum::CReaderBinary(stream).Read(root);
+}
+
+// A value's document, and the value of one.
+inline std::string BinaryOf(const Vellum::CValue& value)
+{
+    CbStreamWriteBinaryBuffer stream;
+    value.ToBinary(stream);
+    return std::string(reinterpret_cast<const char*>(stream.GetData()), stream.GetSize());
+}
+inline Vellum::CValue ValueOf(const std::string& document)
+{
+    CbStreamReadBinaryBuffer stream(document.data(), document.size());
+    return Vellum::CValue::FromBinary(stream);
 }
 
 } // namespace Support

@@ -1,8 +1,5 @@
 #include "Vellum/CValue.h"
 
-#include "Groundwork/CbStreamReadBinaryBuffer.h"
-#include "Groundwork/CbStreamWriteBinaryBuffer.h"
-
 #include "Vellum/CDocumentException.h"
 
 #include "Support/Binary.h"
@@ -13,28 +10,15 @@ namespace
 
 using namespace Vellum;
 
-std::string ToBinary(const CValue& value)
-{
-    CbStreamWriteBinaryBuffer stream;
-    value.ToBinary(stream);
-    return std::string(reinterpret_cast<const char*>(stream.GetData()), stream.GetSize());
-}
-
-CValue FromBinary(const std::string& document)
-{
-    CbStreamReadBinaryBuffer stream(document.data(), document.size());
-    return CValue::FromBinary(stream);
-}
-
 TEST(CValue, HasTheKindsAndTheOrderOfABinaryDocument)
 {
-    CValue value = FromBinary(Support::Bytes(Support::ExampleDocument));
+    CValue value = ValueOf(Support::Bytes(Support::ExampleDocument));
     EXPECT_EQ(value.ToJson(), "{\t\"x\":7,\n\t\"name\":\"ab\",\n\t\"on\":true,\n\t\"tags\":\n\t[\t1,\n\t\t2\n\t]\n}\n");
     EXPECT_EQ(*value.Find("tags[1]"), CValue(std::uint16_t{2}));
     EXPECT_TRUE(std::as_const(value).GetElements().empty());
     EXPECT_RAISES(CException, "Vellum::CValue::GetElements", value.GetElements());
     value.Set("tags[1]", 2.5);
-    EXPECT_THROW(ToBinary(value), CDocumentException);
+    EXPECT_THROW(BinaryOf(value), CDocumentException);
 }
 
 TEST(CValue, PathsLeadToWhatIsChanged)
@@ -60,7 +44,7 @@ TEST(CValue, WordsOfJsonStayWhatTheyAre)
     EXPECT_EQ(CValue::FromJson("[010,12ab,\"\\u0041\"]"), CValue::FromJson(R"(["010","12ab","A"])"));
     EXPECT_EQ(CValue::FromJson(R"({"a":1,"b":2,"a":null,"b":3})"), CValue::FromJson(R"({"a":1,"b":3})"));
     const char* const numbers = R"({"i":[1,-1],"u":[1,18446744073709551615],"d":[-1,18446744073709551615,0.5]})";
-    const CValue binary = FromBinary(ToBinary(CValue::FromJson(numbers)));
+    const CValue binary = ValueOf(BinaryOf(CValue::FromJson(numbers)));
     EXPECT_EQ(*binary.Find("i[1]"), CValue(std::int64_t{-1}));
     EXPECT_EQ(*binary.Find("u[0]"), CValue(std::uint64_t{1}));
     EXPECT_EQ(*binary.Find("d[0]"), CValue(-1.0));
@@ -98,7 +82,7 @@ TEST(CValue, WhatAFormatCantHoldIsRefusedWithItsPath)
             EXPECT_STREQ(exception.GetReason(), reason);
         }
     };
-    const auto binary = [](CValue& value) { ToBinary(value); };
+    const auto binary = [](CValue& value) { BinaryOf(value); };
     const auto toXml = [](CValue& value) { value.ToXml(); };
     refuse(R"({"a":[1,true]})", "a[1]", "A binary document can't hold bool in a sequence of number.", binary);
     refuse(R"({"a":[null]})", "a[0]", "A binary document can't hold a null in a sequence.", binary);

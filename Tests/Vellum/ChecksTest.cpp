@@ -59,7 +59,7 @@ TEST(Checks, TellWhatIsWrongInBinaryDocuments)
          "Expected the tag of an object, 16, or of a sequence, 17, found 99."},
         {"00 00 00 00 10 01 00 00 00 01 00 00 00 61 00 00 00 00 01 11 01 00 00 00 00 00 00 00 0C 02 00 00 00 "
          "00 00 00 00 05 00 00 00 61",
-         41, 0, 0, "a[1]", "Expected a text of length 5, found the end of the document after 1 bytes."},
+         41, 0, 0, "a[1]", "Expected a text of length 5, found the end of the document after 1 byte."},
     };
     for (const SBroken& broken : table)
     {

@@ -22,15 +22,4 @@ TEST(Encodings, NullEmptyTextsAndUnknownCodePagesGiveTheEmptyText)
     EXPECT_EQ(Encodings::ToCodePage(L"abc", 4711), "");
 }
 
-TEST(Encodings, TextsEndAtTheirFirstNul)
-{
-    using namespace std::string_literals;
-    const std::wstring pair = {wchar_t(0xD83D), wchar_t(0xDE00)};
-    EXPECT_EQ(Encodings::ToUTF8(pair + L"\0b"s), "\xF0\x9F\x98\x80");
-    EXPECT_EQ(Encodings::FromUTF8("\xF0\x9F\x98\x80\0b"s), pair);
-    EXPECT_EQ(Encodings::ToCodePage(L"ä\0b"s, 1252), "\xE4");
-    EXPECT_EQ(Encodings::FromCodePage("\xE4\0b"s, 1252), L"ä");
-    EXPECT_EQ(Encodings::FromCodePage("a+AAA-b", 65000), L"a"); // a NUL in UTF-7
-}
-
 } // namespace

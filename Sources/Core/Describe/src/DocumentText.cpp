@@ -68,7 +68,7 @@ void CheckBytes(const SDocument& document, const void* data, std::size_t size)
     SOutcome outcome = CReaderBinary::Check(stream);
     if (outcome.isAccepted && stream.GetLeft() != 0)
         outcome = {false, size - stream.GetLeft(), 0, 0,
-                   "Expected the end of the document, found " + std::to_string(stream.GetLeft()) + " more bytes."};
+                   "Expected the end of the document, found more bytes: " + std::to_string(stream.GetLeft()) + '.'};
     if (!outcome.isAccepted)
         RaiseIn(document, outcome);
 }

@@ -362,7 +362,8 @@ void CBinaryWalker::skip(std::uint64_t count, std::uint32_t width, const char* w
         offset += delivered;
         if (delivered != most * width)
             fail(start, std::string("Expected ") + what + " of length " + std::to_string(count) +
-                            ", found the end of the document after " + std::to_string(offset - start) + " bytes.");
+                            ", found the end of the document after " + std::to_string(offset - start) +
+                            (offset - start == 1 ? " byte." : " bytes."));
         left -= most;
     }
 }
