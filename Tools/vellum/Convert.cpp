@@ -20,15 +20,15 @@ struct SConvertOptions
     std::string typeName;
 };
 
-std::string MakeDocument(const CValue& value, const std::string& format)
+void Write(const CValue& value, const std::string& format, std::ostream& stream)
 {
     if (format == "json")
-        return value.ToJson();
+        return value.ToJson(stream);
     if (format == "xml")
-        return value.ToXml();
+        return value.ToXml(stream);
     CbStreamWriteBinaryBuffer bytes;
     value.ToBinary(bytes);
-    return std::string(bytes.GetBytes().begin(), bytes.GetBytes().end());
+    stream.write(reinterpret_cast<const char*>(bytes.GetData()), static_cast<std::streamsize>(bytes.GetSize()));
 }
 
 EStatus Convert(const SConvertOptions& options)
@@ -38,7 +38,7 @@ EStatus Convert(const SConvertOptions& options)
         value.SetTypeName(options.typeName);
     try
     {
-        WriteOutput(options.output, MakeDocument(value, options.format));
+        WriteOutput(options.output, [&](std::ostream& stream) { Write(value, options.format, stream); });
     }
     catch (const Vellum::CDocumentException& exception)
     {

@@ -6,12 +6,30 @@
 #include <fstream>
 #include <iostream>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "CProgress.h"
 
 namespace
 {
+
+// A file that is made when the first byte is written.
+class CLateFile : public std::filebuf
+{
+public:
+    explicit CLateFile(std::string fileName) : name(std::move(fileName)) {}
+
+private:
+    int_type overflow(int_type byte) override { return isThere() ? std::filebuf::overflow(byte) : traits_type::eof(); }
+    std::streamsize xsputn(const char* bytes, std::streamsize size) override
+    {
+        return isThere() ? std::filebuf::xsputn(bytes, size) : 0;
+    }
+    bool isThere() { return is_open() || open(name, std::ios::out | std::ios::binary) != nullptr; }
+
+    std::string name;
+};
 
 [[noreturn]] void Fail(const std::string& name, const char* what)
 {
@@ -73,16 +91,13 @@ const char* GetName(Vellum::EFormat format)
     return Names.at(static_cast<std::size_t>(format));
 }
 
-void WriteOutput(const std::string& name, std::string_view bytes)
+void WriteOutput(const std::string& name, const std::function<void(std::ostream&)>& write)
 {
     if (name == "-")
-    {
-        std::cout.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        return; // whether all has arrived is found out at the end
-    }
-    std::ofstream file(name, std::ios::binary);
-    if (!file)
-        Fail(name, "can't be created.");
-    if (!file.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush())
-        Fail(name, "can't be written.");
+        return write(std::cout); // whether all has arrived is found out at the end
+    CLateFile file(name);
+    std::ostream stream(&file);
+    write(stream);
+    if (!stream.flush())
+        Fail(name, file.is_open() ? "can't be written." : "can't be created.");
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <Describe/Places.h> // EFormat
+#include <functional>
+#include <iosfwd>
 #include <string>
 #include <string_view>
 
@@ -17,5 +19,6 @@ Vellum::EFormat Recognize(std::string_view document);
 // "binary", "json", "xml"; "unknown" for EFormat::Any.
 const char* GetName(Vellum::EFormat format);
 
-// Writes bytes to a file, or to standard output if the name is "-". std::runtime_error if they don't arrive.
-void WriteOutput(const std::string& name, std::string_view bytes);
+// Lets the function write to a file, which is made when the first byte is there, or to standard output if the name is
+// "-". std::runtime_error if the bytes don't arrive.
+void WriteOutput(const std::string& name, const std::function<void(std::ostream&)>& write);

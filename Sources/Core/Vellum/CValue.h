@@ -172,7 +172,8 @@ public:
     /// @}
 
     /// @name ToBinary, ToJson, ToXml
-    /// Appends a document to the stream, or returns it. The value must be an object or a sequence.
+    /// Appends a document to the stream, or returns it. The value must be an object or a sequence. Whether a stream of
+    /// texts has taken all is told by its state.
     ///
     /// What a format can't hold raises CDocumentException, "Vellum::CValue::ToBinary", "Vellum::CValue::ToJson" or
     /// "Vellum::CValue::ToXml", before anything is written:
@@ -190,6 +191,8 @@ public:
     /// `object` or `sequence`.
     /// @{
     void ToBinary(CbStreamWriteBinary& stream) const;
+    void ToJson(std::ostream& stream) const;
+    void ToXml(std::ostream& stream) const;
     std::string ToJson() const;
     std::string ToXml() const;
     /// @}

@@ -396,6 +396,17 @@ void CheckFor(ETarget target, const CValue& root, const char* function)
     }
 }
 
+// The writers take a std::ostringstream. One that has another stream's buffer writes there, with flags of its own.
+template <class Writer>
+void PutText(std::ostream& stream, ETarget target, const CValue& root, const char* function)
+{
+    CheckFor(target, root, function);
+    std::ostringstream own;
+    static_cast<std::ostream&>(own).rdbuf(stream.rdbuf());
+    CValueWriter(target).WithClient(root, [&](const auto& client) { Writer(own).Write(client); });
+    stream.setstate(own.rdstate());
+}
+
 template <class Writer>
 std::string MakeText(ETarget target, const CValue& root, const char* function)
 {
@@ -413,6 +424,16 @@ void CValue::ToBinary(CbStreamWriteBinary& stream) const
     const Texts& texts = CValueWriter::GetTexts(*this);
     const std::span<const std::string> known = texts == nullptr ? std::span<const std::string>() : *texts;
     CValueWriter(ETarget::Binary).WithClient(*this, [&](const auto& client) { WriteKnown(stream, client, known); });
+}
+
+void CValue::ToJson(std::ostream& stream) const
+{
+    PutText<CWriterJson>(stream, ETarget::Json, *this, "Vellum::CValue::ToJson");
+}
+
+void CValue::ToXml(std::ostream& stream) const
+{
+    PutText<CWriterXml>(stream, ETarget::Xml, *this, "Vellum::CValue::ToXml");
 }
 
 std::string CValue::ToJson() const { return MakeText<CWriterJson>(ETarget::Json, *this, "Vellum::CValue::ToJson"); }
