@@ -29,6 +29,8 @@ awk -v library="$library" '
     NR == FNR { marked[$0] = 1; next }
     {
         name = $0
+        if (name ~ /^[^(]* Vellum::/ && name !~ /operator/) # an instance of a template has its return type in front
+            sub(/^.* /, "", name)
         if (!(name in marked)) # a member of a marked class, or of a class inside it
             while (sub(/::[^:]*$/, "", name) && !(name in marked)) {}
         if (name in marked)

@@ -47,4 +47,4 @@
 /// which implement the contract for a class. The foundations stand outside, under names that begin with `Cb`.
 namespace Vellum
 {
-}
+} // namespace Vellum
