@@ -146,9 +146,9 @@ std::string CXmlOutline::GetPath() const
     std::string path;
     for (std::size_t level = 1; level < open.size(); ++level)
         if (open[level].isRepeated || open[level].name == SequenceElementName)
-            path += '[' + std::to_string(open[level].index) + ']';
+            path.append("[").append(std::to_string(open[level].index)).append("]");
         else
-            path += (path.empty() ? "" : ".") + std::string(open[level].name);
+            path.append(path.empty() ? "" : ".").append(open[level].name);
     return path;
 }
 
