@@ -1,3 +1,4 @@
+#include <chrono>
 #include <fstream>
 #include <iostream>
 #include <map>
@@ -252,6 +253,21 @@ TEST(Documents, KeysOfMapsThatCouldNotBeReadBackAreRefused)
         ExpectUnwritable(Map{{key, 1}}, key, noName, false, true);
     ExpectUnwritable(Map{{"A", 1}, {"a", 1}}, "a", "XML can't tell keys that differ in case alone.", false, true);
     ExpectUnwritable(Map{{std::string("a\0b", 3), 1}}, "", "A key of the map has a zero byte.", true, true);
+}
+
+TEST(Documents, TimesEndWhereTheirFormatDoes)
+{
+    using Times = std::map<std::string, std::chrono::sys_time<std::chrono::milliseconds>>;
+    const auto timesOf = [](std::int64_t day, std::int64_t millisecond) {
+        return Times{{"t", Times::mapped_type(std::chrono::milliseconds(day * 86'400'000 + millisecond))}};
+    };
+    for (const Times& times : {timesOf(-134'774, 0), timesOf(2'932'897, -1000)}) // 1601-01-01 and 9999-12-31
+        EXPECT_EQ(FromJson<Times>(ToJson(times)), times);
+    for (const Times& times : {timesOf(-134'774, 1), timesOf(10'540'168, -1)}) // ... 30827-12-31
+        EXPECT_EQ(FromBinary<Times>(ToBinary(times)), times);
+    ExpectUnwritable(timesOf(2'932'897, 0), "t", "The time is out of range.", true, true);
+    for (const Times& times : {timesOf(-134'774, -1), timesOf(10'540'168, 0)})
+        EXPECT_THROW(ToBinary(times), CDocumentException);
 }
 
 // ---- Files. ----
