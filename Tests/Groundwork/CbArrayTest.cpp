@@ -118,7 +118,7 @@ TEST(CbArray, IsAVectorWithToldCapacitiesThatSurvivesFailures)
                     break;
                 case 4:
                     nextCapacity = std::max<std::uint64_t>(capacity, number);
-                    array.Reserve(number);
+                    number % 2 == 0 ? array.Reserve(number) : array.ReserveUnfilled(number);
                     break;
                 case 5:
                     nextCapacity = elements.size();

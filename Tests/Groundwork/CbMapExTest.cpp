@@ -11,9 +11,6 @@ namespace
 using Numbers = CbMapEx<unsigned int, int>;
 using Texts = CbMapEx<std::string, int>;
 using Strings = CbMapEx<ATL::CStringT<char>, unsigned int>;
-using Borrowing =
-    CbMapEx<unsigned int, int, 0, std::hash<unsigned int>, std::equal_to<unsigned int>, CbMapPolicyBorrowed>;
-using BorrowedPool = CbPlexManager<CbMapTypes::SAssociation<unsigned int, int>, 0, unsigned int>;
 
 template <class Map>
 auto Keys(const Map& map)
@@ -149,24 +146,6 @@ TEST(CbMapEx, OrderIsThatOfTheModel)
             ExpectToldOrder(stringMap, strings);
         },
         60);
-}
-
-TEST(CbMapEx, ClearedTableIsAsNewAndItsNodesServeAgain)
-{
-    CheckProperty(
-        [](CTape& tape)
-        {
-            BorrowedPool pool;
-            Borrowing map(128u, pool);
-            const std::vector<unsigned int> numbers = SomeNumbers(tape);
-            ExpectToldOrder(map, numbers);
-            const auto blocks = pool.GetBlockCount();
-            map.Clear();
-            EXPECT_EQ(map.Find(0), nullptr);
-            ExpectToldOrder(map, std::vector(numbers.rbegin(), numbers.rend()));
-            EXPECT_EQ(pool.GetBlockCount(), blocks);
-        },
-        40);
 }
 
 TEST(CbMapEx, DoublesOnThe96thAndThe192ndInsertion)

@@ -121,19 +121,6 @@ public:
         return {node, true};
     }
 
-    /// Empties a table whose nodes go back to their pool. It is then as a new one with DefaultBucketCount buckets.
-    void Clear() noexcept requires(Base::RecyclesNodes)
-    {
-        destroyNodes();
-        index.reset();
-        buckets.reset();
-        first = nullptr;
-        isLinked = true;
-        count = 0;
-        walked = 0;
-        bucketCount = DefaultBucketCount;
-    }
-
 private:
     // No walk gets as long by chance, and no insertions into a table as large on the average.
     static constexpr std::uint32_t MaxWalk = 32;
@@ -283,13 +270,7 @@ private:
 
     void destroyNodes() noexcept
     {
-        forEachNode(
-            [&](SAssociation& node)
-            {
-                std::destroy_at(&node);
-                if constexpr (Base::RecyclesNodes)
-                    this->getPool().recycleElement(&node);
-            });
+        forEachNode([](SAssociation& node) { std::destroy_at(&node); });
     }
 
     std::unique_ptr<SAssociation*[]> buckets; // heads of the chains; null while the table is a list

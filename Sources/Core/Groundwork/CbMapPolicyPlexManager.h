@@ -13,7 +13,6 @@
 ///
 /// - CbMapPolicyInline: a pool of its own, which dies with it
 /// - CbMapPolicyPlexManager: a pool shared by many tables, which dies with the last of its owners
-/// - CbMapPolicyBorrowed: a pool that somebody else keeps alive; the table's nodes go back to it
 
 /// Raises CbExceptionContainer, with that function name, for a table that may not change its pool any more.
 [[noreturn]] VELLUM_API void CbRaisePoolInUse(const char* functionName);
@@ -25,9 +24,6 @@ class CbMapPolicyInline
 protected:
     /// Where the nodes come from.
     using Pool = CbPlexManager<Element, 0, Size>;
-
-    /// Nodes aren't given back one by one: the pool dies with the table.
-    static constexpr bool RecyclesNodes = false;
 
     /// The number of nodes in the pool's first block.
     explicit CbMapPolicyInline(Size firstBlockSize = 128) : pool(firstBlockSize) {}
@@ -60,9 +56,6 @@ public:
     }
 
 protected:
-    /// Nodes aren't given back one by one: the pool keeps their memory until it dies.
-    static constexpr bool RecyclesNodes = false;
-
     /// The pool that the table draws on, made now if it has none.
     Pool& getPool()
     {
@@ -83,27 +76,4 @@ private:
     }
 
     std::shared_ptr<Pool> pool; // null stands for the fresh pool until somebody draws on it
-};
-
-/// CbMapPolicyBorrowed: a table draws on a pool that somebody else keeps alive.
-///
-/// - **Threads** All tables of one pool belong to one thread together.
-template <class Map, class Element, int, int, class Size>
-class CbMapPolicyBorrowed
-{
-protected:
-    /// What the table borrows.
-    using Pool = CbPlexManager<Element, 0, Size>;
-
-    /// The table's nodes go back to the pool, for other tables to use.
-    static constexpr bool RecyclesNodes = true;
-
-    /// The pool must outlive the table.
-    explicit CbMapPolicyBorrowed(Pool& borrowed) : pool(&borrowed) {}
-
-    /// The pool that was given.
-    Pool& getPool() { return *pool; }
-
-private:
-    Pool* pool;
 };
