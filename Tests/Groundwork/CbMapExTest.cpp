@@ -148,6 +148,21 @@ TEST(CbMapEx, OrderIsThatOfTheModel)
         60);
 }
 
+TEST(CbMapEx, ValuesGoWithTheirTable)
+{
+    for (const unsigned int count : {3u, 300u})
+    {
+        const auto value = std::make_shared<int>();
+        {
+            CbMapEx<unsigned int, std::shared_ptr<int>> map;
+            for (unsigned int key = 0; key < count; ++key)
+                map.FindOrInsert(key)->value = value;
+            EXPECT_EQ(value.use_count(), count + 1);
+        }
+        EXPECT_EQ(value.use_count(), 1);
+    }
+}
+
 TEST(CbMapEx, DoublesOnThe96thAndThe192ndInsertion)
 {
     Numbers numbers;

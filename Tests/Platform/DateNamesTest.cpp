@@ -59,13 +59,4 @@ TEST(DateNames, FirstVariableThatIsSetDecidesTheLanguageWhateverLocaleTheProgram
     EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
 }
 
-TEST(DateNames, RefusesADateThatIsNoneAndLeavesTheNameAlone)
-{
-    std::wstring name = L"before";
-    for (const SSystemTime& date : {SSystemTime{2024, 13, 0, 1, 0, 0, 0, 0}, SSystemTime{2023, 2, 0, 29, 0, 0, 0, 0},
-                                    SSystemTime{1600, 1, 0, 1, 0, 0, 0, 0}, SSystemTime{30828, 1, 0, 1, 0, 0, 0, 0}})
-        EXPECT_EQ(GetDateName(date, EDateName::Month, name), EDateNameResult::InvalidParameter);
-    EXPECT_EQ(name, L"before");
-}
-
 } // namespace

@@ -47,16 +47,4 @@ RC_GTEST_PROP(Utf8, IsToldFromTheFirstWholeCharacterBeyondAsciiOnWhereverTheText
     RC_ASSERT(!IsUtf8(Bytes(illFormed) + text));
 }
 
-TEST(Utf8, LoneSurrogatesAndWhatIsNoCharacterAreReplaced)
-{
-    const std::wstring lone = {wchar_t(0xDC00), wchar_t(0xD800), L'a',           wchar_t(0xD800),
-                               wchar_t(0xD83D), wchar_t(0xDE00), wchar_t(0xD800)};
-    EXPECT_EQ(Hex(Utf16ToUtf8(lone)), "EF BF BD EF BF BD 61 EF BF BD F0 9F 98 80 EF BF BD");
-    if constexpr (sizeof(wchar_t) > 2)
-    {
-        const std::wstring none = {static_cast<wchar_t>(0x110000), static_cast<wchar_t>(0xFFFFFFFF)};
-        EXPECT_EQ(Hex(Utf16ToUtf8(none)), "EF BF BD EF BF BD");
-    }
-}
-
 } // namespace

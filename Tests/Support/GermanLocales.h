@@ -1,7 +1,6 @@
 #pragma once
 
 #include <locale.h>
-#include <locale>
 #include <stdexcept>
 #include <string>
 
@@ -43,19 +42,6 @@ struct CGermanThread : CThreadLocale
 struct CCThread : CThreadLocale
 {
     CCThread() : CThreadLocale("C") {}
-};
-
-// The German one for the C++ library and for the process.
-class CGermanProcess
-{
-public:
-    CGermanProcess() = default;
-    ~CGermanProcess() { std::locale::global(before); }
-    CGermanProcess(const CGermanProcess&) = delete;
-    CGermanProcess& operator=(const CGermanProcess&) = delete;
-
-private:
-    std::locale before = std::locale::global(std::locale("de_DE.UTF-8"));
 };
 
 } // namespace Support

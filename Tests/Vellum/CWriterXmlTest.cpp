@@ -1,7 +1,5 @@
 #include "Vellum/Vellum.h"
 
-#include "Vellum/src/XmlNames.h"
-
 #include "DocsExample.h"
 #include "Support/Clients.h"
 #include "Support/Testing.h"
@@ -47,16 +45,6 @@ TEST(CWriterXml, WritesTheWorkedExample)
         },
         {}, "shop::Order");
     EXPECT_EQ(WriteXml(order), XmlExample());
-}
-
-TEST(CWriterXml, TypeNamesLoseTheirColonsAndKeysKeepThem)
-{
-    for (const auto& [typeName, name] :
-         {std::pair("", ""), {":", ":"}, {"a::b::c", "a-b-c"}, {"a:b", "a:b"}, {":::", "-:"}, {"::::", "--"}})
-        EXPECT_EQ(Vellum::ToElementName(typeName), name);
-    EXPECT_NE(WriteXml(FieldsOf("a::b", CFields(), "<k>=&", 1, "<k>=&", 2))
-                  .find("\t<a::b>\n\t</a::b>\n\t<<k>=&>1</<k>=&>\n\t<<k>=&>2</<k>=&>\n"),
-              std::string::npos);
 }
 
 TEST(CWriterXml, LeavesPrecisionAndBoolalphaOnTheStreamAsSetLast)
