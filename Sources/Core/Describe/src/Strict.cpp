@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -13,6 +12,8 @@
 
 #include "Vellum/Conversion.h"
 
+#include "Vellum/src/JsonWords.h"
+
 #include "Describe/Bytes.h"
 #include "Describe/StrictElements.h"
 #include "Describe/StrictKeys.h"
@@ -23,50 +24,12 @@ namespace Vellum::Describing
 namespace
 {
 
-constexpr bool IsDigit(char byte) { return byte >= '0' && byte <= '9'; }
-
-// Takes digits from the front. False if there are none.
-bool TakeDigits(std::string_view& text)
-{
-    const auto end = std::ranges::find_if_not(text, IsDigit);
-    const auto count = static_cast<std::size_t>(end - text.begin());
-    text.remove_prefix(count);
-    return count != 0;
-}
-
-bool TakeByte(std::string_view& text, std::string_view bytes)
-{
-    if (text.empty() || bytes.find(text.front()) == std::string_view::npos)
-        return false;
-    text.remove_prefix(1);
-    return true;
-}
-
-bool IsDecimal(std::string_view text)
-{
-    TakeByte(text, "-");
-    if (!TakeDigits(text) || (TakeByte(text, ".") && (TakeDigits(text), false)))
-        return false;
-    if (TakeByte(text, "eE"))
-    {
-        TakeByte(text, "+-");
-        return TakeDigits(text) && text.empty();
-    }
-    return text.empty();
-}
-
-bool IsSpecialReal(std::string_view text)
-{
-    TakeByte(text, "-");
-    return text == "nan" || text == "inf";
-}
-
 // Digits without zeros in front of them, which would make an octal number of them elsewhere.
 bool IsInteger(std::string_view text)
 {
-    TakeByte(text, "-");
+    text.remove_prefix(text.starts_with('-') ? 1 : 0);
     const bool isPlain = !text.starts_with('0') || text.size() == 1;
-    return TakeDigits(text) && text.empty() && isPlain;
+    return isPlain && !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
 template <class T>

@@ -28,22 +28,30 @@ bool TakeByte(std::string_view& text, std::string_view bytes)
 
 } // namespace
 
+bool IsDecimal(std::string_view text)
+{
+    TakeByte(text, "-");
+    if (!TakeDigits(text) || (TakeByte(text, ".") && (TakeDigits(text), false)))
+        return false;
+    if (TakeByte(text, "eE"))
+    {
+        TakeByte(text, "+-");
+        return TakeDigits(text) && text.empty();
+    }
+    return text.empty();
+}
+
+bool IsSpecialReal(std::string_view text)
+{
+    TakeByte(text, "-");
+    return text == "nan" || text == "inf";
+}
+
 bool IsJsonNumber(std::string_view word)
 {
-    TakeByte(word, "-");
-    if (word == "inf" || word == "nan")
-        return true;
-    const bool isOctal = word.size() > 1 && word[0] == '0' && IsDigit(word[1]);
-    if (isOctal || !TakeDigits(word))
-        return false;
-    if (TakeByte(word, "."))
-        TakeDigits(word);
-    if (TakeByte(word, "eE"))
-    {
-        TakeByte(word, "+-");
-        return TakeDigits(word) && word.empty();
-    }
-    return word.empty();
+    const std::string_view digits = word.substr(word.starts_with('-') ? 1 : 0);
+    const bool isOctal = digits.size() > 1 && digits[0] == '0' && IsDigit(digits[1]);
+    return IsSpecialReal(word) || (!isOctal && IsDecimal(word));
 }
 
 } // namespace Vellum
