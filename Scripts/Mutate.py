@@ -14,6 +14,7 @@ import argparse
 import collections
 import concurrent.futures
 import fnmatch
+import math
 import os
 import pathlib
 import queue
@@ -24,7 +25,6 @@ import shutil
 import signal
 import subprocess
 import sys
-import time
 
 Root = pathlib.Path(__file__).resolve().parent.parent
 Limits = {resource.RLIMIT_AS: 6 << 30, resource.RLIMIT_FSIZE: 8 << 30, resource.RLIMIT_CORE: 0}  # of a test program
@@ -46,12 +46,12 @@ NoStatement = re.compile(r"(?:using|typedef|class|struct|template|friend|namespa
 Control = re.compile(r"\s*(?:(?:else|do|default:|case\b[^;]*?(?<!:):(?!:))(?=\s)|(if|for|while|switch)(?: constexpr)? \()")
 
 
-class Change(collections.namedtuple("Change", "file line start end new")):
-    def apply(self, text):
-        return text[: self.start] + self.new + text[self.end :]
+class Change(collections.namedtuple("Change", "file line start end new text")):  # of a file that has this text
+    def apply(self):
+        return self.text[: self.start] + self.new + self.text[self.end :]
 
     def describe(self):
-        text = (Root / self.file).read_text()
+        text = self.text
         first, last = text.rfind("\n", 0, self.start) + 1, text.find("\n", self.end)
         after = text[first : self.start] + self.new + text[self.end : last]
         return f"{self.file}:{self.line}\n  - {' '.join(text[first:last].split())}\n  + {' '.join(after.split())}"
@@ -115,7 +115,7 @@ def find_changes(file):
 
     def add(start, end, *replacements):
         line = code.count("\n", 0, start) + 1
-        found.extend(Change(file, line, start, end, new) for new in replacements if new != text[start:end])
+        found.extend(Change(file, line, start, end, new, text) for new in replacements if new != text[start:end])
 
     for token in literals:
         add(*token.span(), *near_literals(token))
@@ -150,9 +150,15 @@ def draw(changes, rng):
         rest = [of_line for of_line in rest if of_line]
 
 
-def limit_resources():
-    for kind, limit in Limits.items():
+def limit_resources(seconds):
+    for kind, limit in (Limits | {resource.RLIMIT_CPU: seconds}).items():
         resource.setrlimit(kind, (limit, limit))
+
+
+def processor_seconds():
+    """Of all programs that were started and have ended."""
+    used = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return used.ru_utime + used.ru_stime
 
 
 class Tree:
@@ -160,7 +166,7 @@ class Tree:
 
     def __init__(self, folder, cores):
         self.folder, self.build, self.cores = folder, folder / "Build", cores
-        self.seconds = {}  # by program: what it takes as it stands
+        self.seconds = {}  # by program: what it takes as it stands, of the processor
 
     def prepare(self):
         self.copy_sources()
@@ -173,10 +179,10 @@ class Tree:
             for name in re.findall(r"^vellum_test\((\w+)", path.read_text(), re.M):
                 program = self.build / "Tests" / path.parent.name / name
                 built = self.compile(program, output=None)
-                began = time.monotonic()
+                began = processor_seconds()
                 if not built or not self.passes(program, 600):
                     sys.exit(f"Mutate: {name} doesn't build or fails as it stands.")
-                self.seconds[program] = time.monotonic() - began
+                self.seconds[program] = processor_seconds() - began
 
     def copy_sources(self):
         listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard", "-z"], cwd=Root, check=True,
@@ -199,6 +205,7 @@ class Tree:
         return self.call("ninja", "-C", self.build, "-j", str(self.cores), "--quiet", program.name, output=output)
 
     def passes(self, program, seconds):
+        """With that many seconds of the processor; what only waits gets more, since others may use the machine too."""
         scratch = self.build / "scratch"
         for surroundings in Surroundings:
             shutil.rmtree(scratch, ignore_errors=True)
@@ -206,9 +213,9 @@ class Tree:
             environment = dict(os.environ, TMPDIR=str(scratch), LOCPATH=str(self.build / "Tests/Locales"), **surroundings)
             process = subprocess.Popen([program, "--gtest_fail_fast", "--gtest_brief=1"], cwd=scratch, env=environment,
                                        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                       preexec_fn=limit_resources, start_new_session=True)
+                                       preexec_fn=lambda: limit_resources(math.ceil(seconds)), start_new_session=True)
             try:
-                passed = process.wait(seconds) == 0
+                passed = process.wait(60 + 10 * seconds) == 0
             except subprocess.TimeoutExpired:
                 passed = False
             try:
@@ -223,10 +230,9 @@ class Tree:
     def notices(self, change):
         """None if the change doesn't compile."""
         file = self.folder / change.file
-        original = file.read_text()
         layer = pathlib.Path(change.file).parts[2]
         try:
-            file.write_text(change.apply(original))
+            file.write_text(change.apply())
             for program in sorted(self.seconds, key=lambda each: (each.parent.name != layer, self.seconds[each])):
                 if not self.compile(program):
                     return None
@@ -234,7 +240,7 @@ class Tree:
                     return True
             return False
         finally:
-            file.write_text(original)
+            file.write_text(change.text)
 
 
 def test(order, wanted, jobs):
