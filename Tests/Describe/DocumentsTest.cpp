@@ -218,7 +218,7 @@ TEST(Strict, TellsPathAndReasonInXmlAndBinary)
                   [] { FromBinary<SStrictness>(std::string("\0\0", 2), Strict); });
     auto tail = ToBinary(SStrictness());
     tail.push_back(0);
-    ExpectRefused({"", "", "Expected the end of the document, found more bytes: 1.", 0, 0},
+    ExpectRefused({"", "", "Expected the end of the document, found 1 more byte.", 0, 0},
                   [&] { FromBinary<SStrictness>(tail, Strict); });
 }
 

@@ -101,3 +101,13 @@ TEST(CValue, WhatAFormatCantHoldIsRefusedWithItsPath)
 }
 
 } // namespace
+
+TEST(CValue, NothingIsPutOnAStreamThatHasFailed)
+{
+    std::ostringstream stream;
+    stream << "before";
+    stream.setstate(std::ios_base::eofbit);
+    CValue::FromJson("{}").ToJson(stream);
+    EXPECT_TRUE(stream.fail());
+    EXPECT_EQ(stream.str(), "before");
+}

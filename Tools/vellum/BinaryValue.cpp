@@ -64,45 +64,22 @@ std::string ShowBlob(std::string_view bytes, std::size_t) { return Count(bytes.s
 
 std::string ShowNothing(std::string_view, std::size_t) { return {}; }
 
-struct SKindOfValue
-{
-    std::size_t width;
-    std::string (*show)(std::string_view bytes, std::size_t most);
-};
-
 constexpr std::size_t MostOfPath = 300; // code points
 
 // By tag.
-constexpr std::array<SKindOfValue, Vellum::ValueKinds::Count> Kinds{{
-    {1, Show<bool>},
-    {1, Show<char>},
-    {1, Show<unsigned char>},
-    {1, Show<signed char>},
-    {2, Show<unsigned short>},
-    {2, Show<short>},
-    {4, Show<unsigned int>},
-    {4, Show<int>},
-    {8, Show<std::uint64_t>},
-    {8, Show<std::int64_t>},
-    {4, Show<float>},
-    {8, Show<double>},
-    {0, ShowNarrowText},
-    {0, ShowWideText},
-    {0, ShowDate},
-    {0, ShowBlob},
-    {0, ShowNothing},
-    {0, ShowNothing},
-}};
-static_assert(Kinds.back().show != nullptr, "a kind isn't told here");
+constexpr std::array<std::string (*)(std::string_view bytes, std::size_t most), Vellum::ValueKinds::Count> Shows{
+    Show<bool>,  Show<char>,         Show<unsigned char>, Show<signed char>,   Show<unsigned short>,
+    Show<short>, Show<unsigned int>, Show<int>,           Show<std::uint64_t>, Show<std::int64_t>,
+    Show<float>, Show<double>,       ShowNarrowText,      ShowWideText,        ShowDate,
+    ShowBlob,    ShowNothing,        ShowNothing,
+};
+static_assert(Shows.back() != nullptr, "a kind isn't told here");
 
 } // namespace
 
-std::string ShowValue(std::uint8_t tag, std::string_view bytes, std::size_t most)
-{
-    return Kinds.at(tag).show(bytes, most);
-}
+std::string ShowValue(std::uint8_t tag, std::string_view bytes, std::size_t most) { return Shows.at(tag)(bytes, most); }
 
-std::size_t GetWidth(std::uint8_t tag) { return Kinds.at(tag).width; }
+std::size_t GetWidth(std::uint8_t tag) { return Vellum::NumberWidths.at(tag); }
 
 std::string ShowDamage(const Vellum::SBinaryDamage& damage)
 {

@@ -4,6 +4,8 @@
 #include <vector>
 #include <Vellum/Vellum.h>
 
+#include "Vellum/src/CheckWholeBinary.h"
+
 #include "Commands.h"
 #include "Input.h"
 #include "Text.h"
@@ -21,31 +23,17 @@ struct SCheckOptions
     std::string typeName;
 };
 
-SOutcome CheckBinary(const std::string& document)
-{
-    CbStreamReadBinaryBuffer stream(document.data(), document.size());
-    const SOutcome outcome = Vellum::CReaderBinary::Check(stream);
-    if (!outcome.isAccepted || stream.GetLeft() == 0)
-        return outcome;
-    return {false, document.size() - stream.GetLeft(), 0, 0,
-            "Expected the end of the document, found " + Count(stream.GetLeft(), "more byte") + '.'};
-}
-
 // A root is found by its type name. Without one that is asked for it is the name of the root that is there.
 SOutcome CheckXml(const std::string& document, const std::string& typeName)
+try
 {
-    const Vellum::CReaderXml reader(document);
-    const SOutcome outcome = reader.Check();
-    if (!outcome.isAccepted)
-        return outcome;
-    try
-    {
-        return reader.Check((typeName.empty() ? Vellum::CValue::FromXml(document).GetTypeName() : typeName).c_str());
-    }
-    catch (const Vellum::CDocumentException& exception)
-    {
-        return {false, 0, 1, 1, exception.GetReason()};
-    }
+    const std::string root = typeName.empty() ? Vellum::CValue::FromXml(document).GetTypeName() : typeName;
+    return Vellum::CReaderXml(document).Check(root.c_str());
+}
+catch (const Vellum::CDocumentException& exception)
+{
+    const Vellum::SDocumentFailure& failure = exception.GetFailure();
+    return {false, failure.offset, failure.line, failure.column, failure.reason, failure.path};
 }
 
 SOutcome CheckDocument(const std::string& document, EFormat format, const std::string& typeName)
@@ -53,7 +41,7 @@ SOutcome CheckDocument(const std::string& document, EFormat format, const std::s
     switch (format)
     {
     case EFormat::Binary:
-        return CheckBinary(document);
+        return Vellum::CheckWholeBinary(document.data(), document.size());
     case EFormat::Json:
         return Vellum::CReaderJson(document).Check();
     case EFormat::Xml:

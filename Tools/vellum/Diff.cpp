@@ -5,6 +5,8 @@
 #include <optional>
 #include <Vellum/Vellum.h>
 
+#include "Vellum/src/PathText.h"
+
 #include "Commands.h"
 #include "Input.h"
 #include "Text.h"
@@ -23,17 +25,20 @@ struct SDiffOptions
     bool isQuiet = false;
 };
 
-bool IsNested(const CValue& value)
+std::string UnderKey(std::string path, std::string_view key)
 {
-    return value.GetKind() == EValueKind::Object || value.GetKind() == EValueKind::Sequence;
+    Vellum::AppendKey(path, key);
+    return path;
 }
+
+std::string UnderIndex(const std::string& path, std::size_t index) { return path + Vellum::ShowIndex(index); }
 
 std::size_t GetSize(const CValue& value) { return value.GetFields().size() + value.GetElements().size(); }
 
 // XML has nothing for what is empty but an empty text.
 bool IsNothing(const CValue& value)
 {
-    return IsNested(value) ? GetSize(value) == 0 : value.GetKind() != EValueKind::Null && ToText(value).empty();
+    return value.IsNested() ? GetSize(value) == 0 : value.GetKind() != EValueKind::Null && ToText(value).empty();
 }
 
 std::optional<double> ToNumber(const std::string& text)
@@ -109,14 +114,14 @@ void CComparison::compare(const std::string& path, const CValue& left, const CVa
     const bool isSequence = left.GetKind() == EValueKind::Sequence;
     if (IsNothing(left) && IsNothing(right))
         return;
-    if (IsNested(left) && left.GetKind() == right.GetKind())
+    if (left.IsNested() && left.GetKind() == right.GetKind())
     {
         compareTypes(path, left, right);
         return isSequence ? compareElements(path, left, right) : compareFields(path, left, right);
     }
-    if (IsNested(left) && IsNested(right))
+    if (left.IsNested() && right.IsNested())
         return isSequence ? compareWithObject(path, left, right, false) : compareWithObject(path, right, left, true);
-    if (IsNested(left) || IsNested(right) || !AreAlikeScalars(left, right))
+    if (left.IsNested() || right.IsNested() || !AreAlikeScalars(left, right))
         tell(path, &left, &right);
 }
 
@@ -156,17 +161,17 @@ void CComparison::compareFields(const std::string& path, const CValue& left, con
     while (first != leftFields.end() || second != rightFields.end())
         if (second == rightFields.end() || (first != leftFields.end() && (*first)->key < (*second)->key.Get()))
         {
-            tell(AppendKey(path, (*first)->key.Get()), &(*first)->value, nullptr);
+            tell(UnderKey(path, (*first)->key.Get()), &(*first)->value, nullptr);
             ++first;
         }
         else if (first == leftFields.end() || (*second)->key < (*first)->key)
         {
-            tell(AppendKey(path, (*second)->key.Get()), nullptr, &(*second)->value);
+            tell(UnderKey(path, (*second)->key.Get()), nullptr, &(*second)->value);
             ++second;
         }
         else
         {
-            compare(AppendKey(path, (*first)->key.Get()), (*first)->value, (*second)->value);
+            compare(UnderKey(path, (*first)->key.Get()), (*first)->value, (*second)->value);
             ++first;
             ++second;
         }
@@ -177,11 +182,11 @@ void CComparison::compareElements(const std::string& path, const CValue& left, c
     const std::vector<CValue>&leftElements = left.GetElements(), &rightElements = right.GetElements();
     for (std::size_t index = 0; index < std::max(leftElements.size(), rightElements.size()); ++index)
         if (index >= rightElements.size())
-            tell(AppendIndex(path, index), &leftElements[index], nullptr);
+            tell(UnderIndex(path, index), &leftElements[index], nullptr);
         else if (index >= leftElements.size())
-            tell(AppendIndex(path, index), nullptr, &rightElements[index]);
+            tell(UnderIndex(path, index), nullptr, &rightElements[index]);
         else
-            compare(AppendIndex(path, index), leftElements[index], rightElements[index]);
+            compare(UnderIndex(path, index), leftElements[index], rightElements[index]);
 }
 
 // XML shows a sequence of objects that are all of other types, such as that of a single one, as an object whose keys
@@ -191,13 +196,13 @@ void CComparison::compareWithObject(const std::string& path, const CValue& seque
 {
     const std::vector<CValue>& elements = sequence.GetElements();
     const std::vector<CValue::SField>& fields = object.GetFields();
-    const bool canBe = elements.size() == fields.size() && std::ranges::all_of(elements, IsNested) &&
+    const bool canBe = elements.size() == fields.size() && std::ranges::all_of(elements, &CValue::IsNested) &&
                        std::ranges::none_of(fields, [](const auto& field)
                                             { return GetSize(field.value) == 0 && !IsNothing(field.value); });
     if (!canBe)
         return isTurned ? tell(path, &object, &sequence) : tell(path, &sequence, &object);
     for (std::size_t index = 0; index < elements.size(); ++index)
-        compareEither(AppendIndex(path, index), elements[index], fields[index].value, isTurned);
+        compareEither(UnderIndex(path, index), elements[index], fields[index].value, isTurned);
 }
 
 void CComparison::tell(const std::string& path, const CValue* left, const CValue* right)

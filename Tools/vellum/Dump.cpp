@@ -1,6 +1,4 @@
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -9,7 +7,9 @@
 
 #include "Platform/Terminal.h"
 
+#include "Vellum/src/ByteText.h"
 #include "Vellum/src/CBinaryWalker.h"
+#include "Vellum/src/PathText.h"
 #include "Vellum/src/ValueKinds.h"
 
 #include "BinaryValue.h"
@@ -75,7 +75,7 @@ std::string Describe(const SBinaryPart& part, const std::vector<SBinaryStep>& pa
     case EBinaryPart::Types:
         return part.text.empty() ? Count(part.count, "type name") : "all of type " + ShowText(part.text, MostOfText);
     case EBinaryPart::Element:
-        return '[' + std::to_string(path.back().index) + ']' + value();
+        return Vellum::ShowIndex(path.back().index) + value();
     default:
         return {};
     }
@@ -94,7 +94,7 @@ bool LeadsThrough(const std::vector<SBinaryStep>& path, std::string_view wanted)
                 return false;
             wanted.remove_prefix(1);
         }
-        const std::string index = step->isElement ? '[' + std::to_string(step->index) + ']' : std::string();
+        const std::string index = step->isElement ? Vellum::ShowIndex(step->index) : std::string();
         const std::string_view name = step->isElement ? index : step->key;
         if (!wanted.starts_with(name))
             return false;
@@ -184,7 +184,7 @@ void CListing::printNumbers(const SBinaryPart& part)
     std::uint64_t at = 0;
     for (std::size_t line = 0; at < part.count && (options.isWhole || line < LinesOfPart); ++line)
     {
-        std::string text = '[' + std::to_string(at) + ']';
+        std::string text = Vellum::ShowIndex(at);
         const auto start = static_cast<std::size_t>(part.offset + at * width);
         const std::uint64_t lineEnd = std::min(part.count, at + inLine);
         for (; at < lineEnd; ++at)
@@ -216,11 +216,7 @@ void CListing::printLine(std::uint64_t offset, std::string_view bytes, const std
     line.insert(0, offsetWidth - std::min(line.size(), offsetWidth), ' ');
     line += ' ';
     for (const char byte : bytes)
-    {
-        std::array<char, 4> hex{};
-        std::snprintf(hex.data(), hex.size(), " %02X", static_cast<unsigned int>(static_cast<unsigned char>(byte)));
-        line += hex.data();
-    }
+        line += ' ' + Vellum::ShowByte(static_cast<unsigned char>(byte));
     if (!text.empty())
     {
         line.resize(offsetWidth + 1 + 3 * BytesInLine + 2 * std::size_t{std::max(level, 1u)}, ' ');

@@ -7,6 +7,9 @@
 #include <stdexcept>
 #include <Vellum/CValue.h>
 
+#include "Vellum/src/ByteText.h"
+#include "Vellum/src/PathText.h"
+
 #include "Commands.h"
 #include "Input.h"
 #include "Text.h"
@@ -32,11 +35,6 @@ enum class EColour
     Text = 32,
     Kind = 90
 };
-
-bool IsNested(const CValue& value)
-{
-    return value.GetKind() == EValueKind::Object || value.GetKind() == EValueKind::Sequence;
-}
 
 // CTreePrinter: a line for each value, with what is inside an object or a sequence indented below it. Texts come as
 // ShowText has them, so nothing in a document can do anything to a terminal.
@@ -76,11 +74,10 @@ private:
 
 std::string CTreePrinter::showBlob(const CValue::Bytes& bytes) const
 {
-    static constexpr std::string_view Digits = "0123456789ABCDEF";
     const std::size_t shown = std::min(bytes.size(), most(MostOfBlob));
     std::string text = Count(bytes.size(), "byte") + (shown == 0 ? "" : ":");
     for (std::size_t at = 0; at < shown; ++at)
-        text += std::string(" ") + Digits[bytes[at] / 16] + Digits[bytes[at] % 16];
+        text += ' ' + Vellum::ShowByte(bytes[at]);
     return text + (shown < bytes.size() ? " ..." : "");
 }
 
@@ -116,7 +113,7 @@ std::string CTreePrinter::describe(const CValue& nested)
 void CTreePrinter::print(const std::string& name, const CValue& value)
 {
     std::cout << indent() << name << (name.empty() ? "" : ": ");
-    if (!IsNested(value))
+    if (!value.IsNested())
     {
         std::cout << showScalar(value) << '\n';
         return;
@@ -137,7 +134,7 @@ void CTreePrinter::printInside(const CValue& value)
     const std::vector<CValue>& elements = value.GetElements();
     const std::size_t shown = std::min(elements.size(), most(MostElements));
     for (std::size_t index = 0; index < shown; ++index)
-        print(paint(EColour::Key, AppendIndex("", index)), elements[index]);
+        print(paint(EColour::Key, Vellum::ShowIndex(index)), elements[index]);
     if (shown < elements.size())
         std::cout << indent() << "... " << Count(elements.size() - shown, "more element") << '\n';
 }

@@ -1,8 +1,9 @@
 #include "Text.h"
 
 #include <array>
-#include <cstdio>
 #include <utility>
+
+#include "Vellum/src/ByteText.h"
 
 namespace
 {
@@ -36,9 +37,7 @@ std::string Escape(char byte)
         return "\\n";
     if (byte == '\t')
         return "\\t";
-    std::array<char, 5> text{};
-    std::snprintf(text.data(), text.size(), "\\x%02X", static_cast<unsigned int>(static_cast<unsigned char>(byte)));
-    return text.data();
+    return "\\x" + Vellum::ShowByte(static_cast<unsigned char>(byte));
 }
 
 std::string Show(std::string_view text, std::size_t most, bool isQuoted)

@@ -116,13 +116,3 @@ bool IsInQuotes(const CValue& value)
     const EValueKind kind = value.GetKind();
     return kind == EValueKind::Text || kind == EValueKind::WideText || kind == EValueKind::Char;
 }
-
-std::string AppendKey(std::string_view path, std::string_view key)
-{
-    return std::string(path) + (path.empty() ? "" : ".") + std::string(key);
-}
-
-std::string AppendIndex(std::string_view path, std::size_t index)
-{
-    return std::string(path) + '[' + std::to_string(index) + ']';
-}

@@ -25,7 +25,3 @@ std::string ToText(const Vellum::CValue& value);
 
 // Whether it is one of the two texts, or a char.
 bool IsInQuotes(const Vellum::CValue& value);
-
-// `path.key`, `path[3]`.
-std::string AppendKey(std::string_view path, std::string_view key);
-std::string AppendIndex(std::string_view path, std::size_t index);

@@ -25,7 +25,8 @@ public:
     /// How many bytes have not been read yet.
     std::size_t GetLeft() const noexcept { return left; }
 
-    /// Takes `size` bytes and returns where they lie, or raises CbExceptionStream, "CbStreamReadBinary::Read".
+    /// Takes `size` bytes and returns where they lie, among the bytes that the constructor was given and for as long as
+    /// those are there; or raises CbExceptionStream, "CbStreamReadBinary::Read".
     const unsigned char* ReadInPlace(std::size_t size)
     {
         ExpectLeft(size);

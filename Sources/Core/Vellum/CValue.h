@@ -200,6 +200,9 @@ public:
     /// What the value is.
     EValueKind GetKind() const { return static_cast<EValueKind>(content.index()); }
 
+    /// Whether it is an object or a sequence.
+    bool IsNested() const { return GetKind() == EValueKind::Object || GetKind() == EValueKind::Sequence; }
+
     /// @name GetTypeName, SetTypeName
     /// Of objects and sequences; empty for all others, and where there is none. To set that of anything else raises
     /// CException, "Vellum::CValue::GetElements".

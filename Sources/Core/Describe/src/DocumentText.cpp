@@ -2,12 +2,10 @@
 
 #include <string>
 
-#include "Groundwork/CbStreamReadBinaryBuffer.h"
-
 #include "Vellum/CDocumentException.h"
-#include "Vellum/CReaderBinary.h"
 #include "Vellum/CReaderXml.h"
 
+#include "Vellum/src/CheckWholeBinary.h"
 #include "Vellum/src/CJsonScanner.h"
 
 namespace Vellum::Describing
@@ -64,11 +62,7 @@ void CheckText(const SDocument& document, const char* typeName, bool isSequence,
 
 void CheckBytes(const SDocument& document, const void* data, std::size_t size)
 {
-    CbStreamReadBinaryBuffer stream(data, size);
-    SOutcome outcome = CReaderBinary::Check(stream);
-    if (outcome.isAccepted && stream.GetLeft() != 0)
-        outcome = {false, size - stream.GetLeft(), 0, 0,
-                   "Expected the end of the document, found more bytes: " + std::to_string(stream.GetLeft()) + '.'};
+    const SOutcome outcome = CheckWholeBinary(data, size);
     if (!outcome.isAccepted)
         RaiseIn(document, outcome);
 }

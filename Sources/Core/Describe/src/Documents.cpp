@@ -16,6 +16,8 @@
 #include "Vellum/CWriterJson.h"
 #include "Vellum/CWriterXml.h"
 
+#include "Vellum/src/WriteThrough.h"
+
 #include "Describe/src/DocumentText.h"
 
 namespace Vellum::Describing
@@ -52,16 +54,10 @@ std::string MakeText(SDocument& document, const Root& root)
     return std::move(stream).str();
 }
 
-// The writers take a std::ostringstream. One that has another stream's buffer writes there, with flags of its own.
 template <class Root>
 void PutText(SDocument& document, const Root& root, std::ostream& target)
 {
-    std::ostringstream stream;
-    static_cast<std::ostream&>(stream).rdbuf(target.rdbuf());
-    if (!target.good())
-        return target.setstate(std::ios_base::failbit);
-    WriteOnto(stream, document, root);
-    target.setstate(stream.rdstate());
+    WriteThrough(target, [&](std::ostringstream& stream) { WriteOnto(stream, document, root); });
 }
 
 template <class Root>

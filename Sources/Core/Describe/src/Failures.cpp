@@ -2,6 +2,8 @@
 
 #include "Vellum/CDocumentException.h"
 
+#include "Vellum/src/PathText.h"
+
 #include "Describe/src/DocumentText.h"
 #include "Describe/Variants.h"
 
@@ -17,8 +19,10 @@ std::string GetPath(const SPlace& place)
         return {};
     std::string path = GetPath(*place.outer);
     if (place.key == nullptr)
-        return path + '[' + std::to_string(place.index) + ']';
-    return path + (path.empty() ? "" : ".") + place.key;
+        AppendIndex(path, place.index);
+    else
+        AppendKey(path, place.key);
+    return path;
 }
 
 } // namespace

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstdio>
 
+#include "Vellum/src/ByteText.h"
 #include "Vellum/src/Limits.h"
+#include "Vellum/src/PathText.h"
 #include "Vellum/src/ValueKinds.h"
 
 namespace Vellum
@@ -12,59 +13,28 @@ namespace Vellum
 namespace
 {
 
-// What there is to know of a kind, by its tag.
-struct SKindShape
-{
-    const char* name;
-    std::uint32_t width; // of a number, in bytes; otherwise 0
-};
-
-constexpr std::array<SKindShape, ValueKinds::Count> Shapes{{
-    {"bool", 1},
-    {"char", 1},
-    {"uint8", 1},
-    {"int8", 1},
-    {"uint16", 2},
-    {"int16", 2},
-    {"uint32", 4},
-    {"int32", 4},
-    {"uint64", 8},
-    {"int64", 8},
-    {"float", 4},
-    {"double", 8},
-    {"narrow text", 0},
-    {"wide text", 0},
-    {"date", 0},
-    {"blob", 0},
-    {"object", 0},
-    {"sequence", 0},
-}};
-static_assert(Shapes.back().name != nullptr, "a kind isn't told here");
+// By tag.
+constexpr std::array<const char*, ValueKinds::Count> Names{
+    "bool",  "char",  "uint8",  "int8",        "uint16",    "int16", "uint32", "int32",  "uint64",
+    "int64", "float", "double", "narrow text", "wide text", "date",  "blob",   "object", "sequence"};
+static_assert(Names.back() != nullptr, "a kind isn't told here");
 
 // Longer keys are cut where they are shown: a path may have a thousand of them.
 constexpr std::size_t MaxShownKey = 100;
 
-std::string ShowByte(std::uint8_t byte)
-{
-    std::array<char, 3> text{};
-    std::snprintf(text.data(), text.size(), "%02X", static_cast<unsigned int>(byte));
-    return text.data();
-}
-
 } // namespace
 
-const char* GetKindName(std::uint8_t tag) noexcept { return tag < Shapes.size() ? Shapes[tag].name : nullptr; }
+const char* GetKindName(std::uint8_t tag) noexcept { return tag < Names.size() ? Names[tag] : nullptr; }
 
 std::string ShowPath(const std::vector<SBinaryStep>& path)
 {
     std::string shown;
     for (const SBinaryStep& step : path)
         if (step.isElement)
-            shown += '[' + std::to_string(step.index) + ']';
+            AppendIndex(shown, step.index);
         else
         {
-            shown += shown.empty() ? "" : ".";
-            shown += step.key.substr(0, MaxShownKey);
+            AppendKey(shown, std::string_view(step.key).substr(0, MaxShownKey));
             shown += step.key.size() > MaxShownKey ? "..." : "";
         }
     return shown;
@@ -216,12 +186,12 @@ void CBinaryWalker::walkSequence()
 
 void CBinaryWalker::walkElements(std::uint8_t tag, std::uint32_t count)
 {
-    if (tag >= Shapes.size())
+    if (tag >= Names.size())
         fail(offset - sizeof tag - sizeof count,
              "Expected the tag of a kind, 0 to 17, found " + std::to_string(tag) + '.');
     if (tag == TagObject)
         walkTypes(count);
-    if (Shapes[tag].width != 0)
+    if (NumberWidths[tag] != 0)
         walkNumbers(tag, count);
     else
         for (std::uint32_t at = 0; at != count; ++at)
@@ -266,10 +236,10 @@ void CBinaryWalker::walkElement(std::uint8_t tag)
 
 void CBinaryWalker::walkNumbers(std::uint8_t tag, std::uint32_t count)
 {
-    const std::uint64_t size = std::uint64_t{count} * Shapes[tag].width;
+    const std::uint64_t size = std::uint64_t{count} * NumberWidths[tag];
     if (size > 0xFFFFFFFF)
         fail(offset - sizeof count, "Expected less than 4 GiB of numbers, found " + std::to_string(size) + " bytes.");
-    skip(count, Shapes[tag].width, "a sequence of numbers");
+    skip(count, NumberWidths[tag], "a sequence of numbers");
     visit({.what = EBinaryPart::Numbers, .tag = tag, .size = size, .count = count});
 }
 
@@ -291,8 +261,8 @@ void CBinaryWalker::skipValue(std::uint8_t tag)
         skipDate();
     else if (tag == TagBlob)
         skip(read<std::uint32_t>("the size of a blob"), 1, "a blob");
-    else if (Shapes[tag].width != 0)
-        readBytes(scratch.data(), Shapes[tag].width, Shapes[tag].name);
+    else if (NumberWidths[tag] != 0)
+        readBytes(scratch.data(), NumberWidths[tag], Names[tag]);
 }
 
 void CBinaryWalker::skipWideText()
@@ -337,7 +307,7 @@ std::uint8_t CBinaryWalker::readTag()
 {
     const std::uint64_t start = offset;
     const auto tag = read<std::uint8_t>("the tag of a section");
-    if (tag >= Shapes.size())
+    if (tag >= Names.size())
         fail(start, "Expected the tag of a kind, 0 to 17, found " + std::to_string(tag) + '.');
     return tag;
 }

@@ -94,11 +94,8 @@ private:
     // Sections have a head for the first field of a kind, and the number of fields in it.
     void layOut(const FieldOrder::Positions& order)
     {
-        std::array<std::uint32_t, Ranks> counts{};
-        std::uint8_t sections = 0;
-        for (const SStep& step : steps)
-            sections = static_cast<std::uint8_t>(sections + (counts[step.rank]++ == 0 ? 1 : 0));
-        BinaryEncoding::WriteNumber(image, sections);
+        const SSectionCounts counts = CountSections(steps);
+        BinaryEncoding::WriteNumber(image, counts.sections);
         std::size_t before = Ranks;
         for (const std::uint32_t position : order)
         {
@@ -106,7 +103,7 @@ private:
             if (step.rank != std::exchange(before, std::size_t{step.rank}))
             {
                 BinaryEncoding::WriteNumber(image, TagsByRank[step.rank]);
-                BinaryEncoding::WriteNumber(image, counts[step.rank]);
+                BinaryEncoding::WriteNumber(image, counts.fields[step.rank]);
             }
             BinaryEncoding::WriteNumber(image, step.key);
             leaveRoom(step);

@@ -669,17 +669,14 @@ void CDataWriterBinary::emitImage(COutput& output)
 
 void CDataWriterBinary::emitFields(COutput& output)
 {
-    std::array<std::uint32_t, Ranks> counts{};
-    std::uint8_t sections = 0;
-    for (const SRecordField& field : fields)
-        sections = static_cast<std::uint8_t>(sections + (counts[field.rank]++ == 0 ? 1 : 0));
-    output.bytes.Write(sections);
+    const SSectionCounts counts = CountSections(fields);
+    output.bytes.Write(counts.sections);
     std::size_t rankBefore = Ranks;
     for (const std::uint32_t position : order)
     {
         const SRecordField& field = fields[position];
         if (field.rank != std::exchange(rankBefore, field.rank))
-            output.bytes.Write(TagsByRank[field.rank]).Write(counts[field.rank]);
+            output.bytes.Write(TagsByRank[field.rank]).Write(counts.fields[field.rank]);
         output.bytes.Write(field.key);
         emitValue(output, field.rank, {field.at, field.size});
         output.Relieve();

@@ -6,6 +6,8 @@
 
 #include "Groundwork/CbMapEx.h"
 
+#include "Vellum/src/FieldOrder.h"
+
 // A section stands in the order of a CbMapEx: bucket by bucket, in each the last inserted first; see
 // Docs/BinaryFormat.md for how buckets are doubled.
 namespace Vellum
@@ -13,23 +15,10 @@ namespace Vellum
 namespace
 {
 
-using Positions = std::vector<std::uint32_t>;
+using FieldOrder::BucketOf;
+using FieldOrder::FirstBuckets;
+using FieldOrder::Positions;
 using Table = CbMapEx<unsigned int, std::uint32_t>;
-
-constexpr std::uint32_t FirstBuckets = Table::DefaultBucketCount;
-
-std::uint32_t GetBucket(std::uint32_t key, std::uint32_t bucketCount)
-{
-    return static_cast<std::uint32_t>(CbMapTypes::SKeyTraits<unsigned int>::Hash(key)) & (bucketCount - 1);
-}
-
-std::uint32_t GetBucketCount(std::size_t entries)
-{
-    std::uint32_t count = FirstBuckets;
-    while (entries * 4 >= std::size_t{count} * 3)
-        count *= 2;
-    return count;
-}
 
 // Whether a table that takes the keys in this order has them as they stand.
 bool Gives(const Positions& order, const std::vector<std::uint32_t>& keys)
@@ -53,7 +42,7 @@ Positions Undo(Positions standing, const std::vector<std::uint32_t>& keys, std::
         return standing;
     const auto late = standing.begin() + std::ptrdiff_t{bucketCount / 8 * 3};
     Positions order(standing.begin(), late);
-    std::ranges::stable_sort(order, {}, [&](std::uint32_t at) { return GetBucket(keys[at], bucketCount / 2); });
+    std::ranges::stable_sort(order, {}, [&](std::uint32_t at) { return BucketOf(keys[at], bucketCount / 2); });
     order = Undo(std::move(order), keys, bucketCount / 2);
     order.insert(order.end(), late, standing.end());
     return order;
@@ -69,8 +58,8 @@ std::vector<std::uint32_t> FindCallOrder(const std::vector<std::uint32_t>& keys)
     std::ranges::sort(natural, {}, [&](std::uint32_t at) { return keys[at]; });
     if (keys.size() < 2 || Gives(natural, keys))
         return natural;
-    const std::uint32_t bucketCount = GetBucketCount(keys.size());
-    if (std::ranges::is_sorted(keys, {}, [&](std::uint32_t key) { return GetBucket(key, bucketCount); }))
+    const std::uint32_t bucketCount = FirstBuckets << FieldOrder::CountDoublings(keys.size());
+    if (std::ranges::is_sorted(keys, {}, [&](std::uint32_t key) { return BucketOf(key, bucketCount); }))
         return Undo(std::move(standing), keys, bucketCount);
     return standing;
 }

@@ -46,16 +46,9 @@ struct SRanks<SKindList<Kind...>>
         constexpr bool isThat[] = {std::is_same_v<T, typename Kind::Type>...};
         return static_cast<std::uint8_t>(std::find(isThat, isThat + sizeof...(Kind), true) - isThat);
     }
-    template <class T>
-    static constexpr std::uint8_t size()
-    {
-        if constexpr (std::is_arithmetic_v<T>)
-            return sizeof(T);
-        return std::is_same_v<T, IDateTime> ? 12 : 0;
-    }
-
     static constexpr std::array<std::uint8_t, sizeof...(Kind)> Tags{Kind::Tag...};
-    static constexpr std::array<std::uint8_t, sizeof...(Kind)> Sizes{size<typename Kind::Type>()...};
+    static constexpr std::array<std::uint8_t, sizeof...(Kind)> Sizes{Kind::Tag == TagDate ? std::uint8_t{12}
+                                                                                          : NumberWidths[Kind::Tag]...};
 };
 
 template <class T>
@@ -69,6 +62,23 @@ inline constexpr auto SizesByRank = SRanks<ValueKinds>::Sizes;
 
 // Which values are kept together: objects and sequences each have writers of their own, all others are bytes.
 constexpr std::uint8_t StorageOf(std::uint8_t rank) { return TagsByRank[rank] < TagObject ? 0 : TagsByRank[rank]; }
+
+// What a record holds of each kind.
+struct SSectionCounts
+{
+    std::array<std::uint32_t, Ranks> fields{}; // by rank
+    std::uint8_t sections = 0;
+};
+
+// Of anything that has a rank each.
+template <class Fields>
+SSectionCounts CountSections(const Fields& fields)
+{
+    SSectionCounts counts;
+    for (const auto& field : fields)
+        counts.sections = static_cast<std::uint8_t>(counts.sections + (counts.fields[field.rank]++ == 0 ? 1 : 0));
+    return counts;
+}
 
 namespace FieldOrder
 {

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "Vellum/src/PathText.h"
+
 namespace Vellum
 {
 
@@ -39,7 +41,7 @@ void UnderKey(std::string_view key, const Function& function)
 template <class Function>
 void UnderIndex(std::uint64_t index, const Function& function)
 {
-    UnderStep([&] { return '[' + std::to_string(index) + ']'; }, function);
+    UnderStep([&] { return ShowIndex(index); }, function);
 }
 
 } // namespace Vellum

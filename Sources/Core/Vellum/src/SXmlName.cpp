@@ -12,12 +12,6 @@ namespace Vellum
 namespace
 {
 
-bool IsSame(std::string_view name, std::string_view other)
-{
-    return name.size() == other.size() && (std::memcmp(name.data(), other.data(), name.size()) == 0 ||
-                                           Platform::CompareWithoutCase(name.data(), other.data(), name.size()) == 0);
-}
-
 // "/", "?", "!" and quotes can make something else of the tag.
 bool BeginsPlain(char byte) { return byte != '/' && byte != '?' && byte != '!' && byte != '"' && byte != '\''; }
 
@@ -25,7 +19,8 @@ bool BeginsPlain(char byte) { return byte != '/' && byte != '?' && byte != '!' &
 // All else ends a name wherever it stands, or never.
 bool IsPlain(std::string_view name)
 {
-    return BeginsPlain(name.front()) && name.back() != '/' && !IsSame(name, "pre") && !IsSame(name, "script");
+    return BeginsPlain(name.front()) && name.back() != '/' && !AreSameXmlNames(name, "pre") &&
+           !AreSameXmlNames(name, "script");
 }
 
 // Up to eight bytes of a name, with upper case made lower and some other bytes made one another.
@@ -54,7 +49,16 @@ const SXmlName* MakeXmlName(std::string_view name, std::uint32_t hash, std::size
         SXmlName{text, static_cast<std::uint32_t>(name.size()), hash, !name.empty() && IsPlain(name)};
 }
 
-bool HasName(const SXmlName& name, std::string_view other) noexcept { return IsSame({name.text, name.length}, other); }
+bool AreSameXmlNames(std::string_view name, std::string_view other) noexcept
+{
+    return name.size() == other.size() && (std::memcmp(name.data(), other.data(), name.size()) == 0 ||
+                                           Platform::CompareWithoutCase(name.data(), other.data(), name.size()) == 0);
+}
+
+bool HasName(const SXmlName& name, std::string_view other) noexcept
+{
+    return AreSameXmlNames({name.text, name.length}, other);
+}
 
 // Pieces of eight bytes, the last of which may overlap the one in front of it. What is shorter than that is taken from
 // both its ends.

@@ -24,6 +24,9 @@ struct SXmlName
 // std::bad_alloc if there is none for the rest.
 const SXmlName* MakeXmlName(std::string_view name, std::uint32_t hash, std::size_t readable, CXmlMemory& memory);
 
+// Without regard to case.
+bool AreSameXmlNames(std::string_view name, std::string_view other) noexcept;
+
 // Whether it is this name without regard to case.
 bool HasName(const SXmlName& name, std::string_view other) noexcept;
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Vellum/src/ByteText.h"
+
 namespace Vellum
 {
 namespace
@@ -26,12 +28,11 @@ STextPosition GetTextPosition(const char* text, std::size_t offset)
 std::string ShowFound(const char* at)
 {
     constexpr std::size_t MaxWord = 20;
-    constexpr std::string_view Digits = "0123456789ABCDEF";
     const auto byte = static_cast<unsigned char>(*at);
     if (byte == 0)
         return "the end of the text";
     if (!IsShown(*at))
-        return std::string("the byte ") + Digits[byte / 16] + Digits[byte % 16];
+        return "the byte " + ShowByte(byte);
     std::string shown(1, *at);
     while (IsOfWord(*at) && IsOfWord(at[1]) && shown.size() < MaxWord)
         shown += *++at;

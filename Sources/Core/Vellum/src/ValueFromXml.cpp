@@ -148,7 +148,7 @@ CValue CValue::FromXml(const char* text)
     }
     const SRoot root = FindRoot(tree);
     if (root.element.IsEmpty())
-        raise({"Expected an element, but found none."});
+        raise({"Expected an element, found none.", {}, {}, 1, 1, 0});
     const std::vector<CXmlNode> elements = ::Vellum::GetElements(root.element);
     std::string typeName = ToTypeName(root.element.GetName());
     return IsSequence(root, elements) ? MakeSequence(elements, std::move(typeName))

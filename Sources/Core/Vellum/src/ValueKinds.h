@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -58,6 +59,22 @@ struct STagOf<T, SKindList<Other, Rest...>> : STagOf<T, SKindList<Rest...>>
 // The tag of the kind with the type T.
 template <class T>
 inline constexpr std::uint8_t TagOf = STagOf<T, ValueKinds>::Value;
+
+template <class... Kind>
+constexpr auto MakeNumberWidths(SKindList<Kind...>)
+{
+    std::array<std::uint8_t, sizeof...(Kind)> widths{};
+    const auto add = [&]<class T>(std::uint8_t tag, const T*)
+    {
+        if constexpr (std::is_arithmetic_v<T>)
+            widths[tag] = sizeof(T);
+    };
+    (add(Kind::Tag, static_cast<const typename Kind::Type*>(nullptr)), ...);
+    return widths;
+}
+
+// By tag: the bytes that a number is stored in, and 0 for all that isn't one.
+inline constexpr auto NumberWidths = MakeNumberWidths(ValueKinds());
 
 // Tags that code has to name.
 inline constexpr std::uint8_t TagDate = TagOf<IDateTime>;

@@ -30,6 +30,7 @@
 #include "Vellum/src/SFault.h"
 #include "Vellum/src/ValueContent.h"
 #include "Vellum/src/WriteKnown.h"
+#include "Vellum/src/WriteThrough.h"
 #include "Vellum/src/XmlNames.h"
 
 // A value is looked through for what its format can't hold, and then handed to the format's writer by clients that are
@@ -196,7 +197,7 @@ void CCheck::checkElements(const CValue& sequence)
 
 void CCheck::Check(const CValue& value)
 {
-    if (++depth > MaxDepth && (value.GetKind() == EValueKind::Object || value.GetKind() == EValueKind::Sequence))
+    if (++depth > MaxDepth && value.IsNested())
         Refuse("There are more than 1024 levels.");
     checkContent(value);
     --depth;
@@ -386,7 +387,7 @@ void CheckFor(ETarget target, const CValue& root, const char* function)
 {
     try
     {
-        if (root.GetKind() != EValueKind::Object && root.GetKind() != EValueKind::Sequence)
+        if (!root.IsNested())
             Refuse("A document is an object or a sequence.");
         CCheck(target).Check(root);
     }
@@ -396,15 +397,17 @@ void CheckFor(ETarget target, const CValue& root, const char* function)
     }
 }
 
-// The writers take a std::ostringstream. One that has another stream's buffer writes there, with flags of its own.
+template <class Writer>
+void WriteText(std::ostringstream& stream, ETarget target, const CValue& root)
+{
+    CValueWriter(target).WithClient(root, [&](const auto& client) { Writer(stream).Write(client); });
+}
+
 template <class Writer>
 void PutText(std::ostream& stream, ETarget target, const CValue& root, const char* function)
 {
     CheckFor(target, root, function);
-    std::ostringstream own;
-    static_cast<std::ostream&>(own).rdbuf(stream.rdbuf());
-    CValueWriter(target).WithClient(root, [&](const auto& client) { Writer(own).Write(client); });
-    stream.setstate(own.rdstate());
+    WriteThrough(stream, [&](std::ostringstream& own) { WriteText<Writer>(own, target, root); });
 }
 
 template <class Writer>
@@ -412,7 +415,7 @@ std::string MakeText(ETarget target, const CValue& root, const char* function)
 {
     CheckFor(target, root, function);
     std::ostringstream stream;
-    CValueWriter(target).WithClient(root, [&](const auto& client) { Writer(stream).Write(client); });
+    WriteText<Writer>(stream, target, root);
     return std::move(stream).str();
 }
 

@@ -4,10 +4,10 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/TextCompare.h"
-
 #include "Vellum/CReaderXml.h"
 
+#include "Vellum/src/PathText.h"
+#include "Vellum/src/SXmlName.h"
 #include "Vellum/src/TextPosition.h"
 #include "Vellum/src/XmlNames.h"
 #include "Vellum/src/XmlParser.h"
@@ -31,11 +31,6 @@ struct SOpenElement
     std::vector<std::string_view> names = {};    // of them, each once, up to MaxNames
     static constexpr std::size_t MaxNames = 256; // beyond it a path may name an element that it could number
 };
-
-bool AreEqual(std::string_view left, std::string_view right)
-{
-    return left.size() == right.size() && Platform::CompareWithoutCase(left.data(), right.data(), left.size()) == 0;
-}
 
 // CXmlOutline: which elements are open at a place of a text, as the parser sees it.
 class CXmlOutline
@@ -120,8 +115,8 @@ void CXmlOutline::enter(const SXmlToken& token)
     {
         SOpenElement& around = open.back();
         element.index = around.children++;
-        element.isRepeated =
-            std::ranges::any_of(around.names, [&](std::string_view name) { return AreEqual(name, element.name); });
+        element.isRepeated = std::ranges::any_of(around.names, [&](std::string_view name)
+                                                 { return AreSameXmlNames(name, element.name); });
         if (!element.isRepeated && around.names.size() < SOpenElement::MaxNames)
             around.names.push_back(element.name);
     }
@@ -136,7 +131,7 @@ void CXmlOutline::takeEndTag()
         return;
     const std::string_view closed(name.start, static_cast<std::size_t>(name.length));
     const auto found = std::find_if(open.rbegin(), open.rend(),
-                                    [&](const SOpenElement& element) { return AreEqual(element.name, closed); });
+                                    [&](const SOpenElement& element) { return AreSameXmlNames(element.name, closed); });
     if (found != open.rend())
         open.erase(found.base() - 1, open.end());
 }
@@ -146,9 +141,9 @@ std::string CXmlOutline::GetPath() const
     std::string path;
     for (std::size_t level = 1; level < open.size(); ++level)
         if (open[level].isRepeated || open[level].name == SequenceElementName)
-            path.append("[").append(std::to_string(open[level].index)).append("]");
+            AppendIndex(path, open[level].index);
         else
-            path.append(path.empty() ? "" : ".").append(open[level].name);
+            AppendKey(path, open[level].name);
     return path;
 }
 
