@@ -189,6 +189,7 @@ TEST(Strict, TellsPathReasonAndPlaceInJson)
     };
     for (const SRefused& refused : table)
         ExpectRefused(refused, [&] { FromJson<SStrictness>(refused.document, Strict); });
+    EXPECT_EQ(FromJson<SStrictness>(R"({"blob":" A Q I ="})", Strict).blob, (std::vector<unsigned char>{1, 2}));
 }
 
 TEST(Strict, TellsPathAndReasonInXmlAndBinary)

@@ -48,6 +48,16 @@ TEST(CValue, WordsOfJsonStayWhatTheyAre)
     EXPECT_EQ(*binary.Find("i[1]"), CValue(std::int64_t{-1}));
     EXPECT_EQ(*binary.Find("u[0]"), CValue(std::uint64_t{1}));
     EXPECT_EQ(*binary.Find("d[0]"), CValue(-1.0));
+    EXPECT_NE(CValue::FromJson("[1.50]").ToXml().find("<elt>1.50</elt>"), std::string::npos);
+}
+
+TEST(CValue, EveryPartOfADateCounts)
+{
+    constexpr std::uint64_t Date = 133'541'931'012'500'000, Millisecond = 10'000, Day = 864'000'000'000;
+    for (const std::uint64_t later :
+         {Millisecond, 1000 * Millisecond, 60'000 * Millisecond, Day / 24, Day, 31 * Day, 365 * Day})
+        EXPECT_NE(CValue(CbDateTime(Date)), CValue(CbDateTime(Date + later))) << later;
+    EXPECT_EQ(CValue(CbDateTime(Date)), CValue(CbDateTime(Date)));
 }
 
 TEST(CValue, ElementsOfXmlAreTakenForWhatTheyLookLike)

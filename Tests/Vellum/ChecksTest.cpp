@@ -103,6 +103,7 @@ TEST(Checks, TellWhyARootOfXmlIsntFound)
          "found something in front of the declaration."},
         {"<?xml?>", 0, 1, 1, "", "Expected the root \"my-T\", found none."},
         {"", 0, 1, 1, "", "Expected the root \"my-T\", found none."},
+        {nullptr, 0, 1, 1, "", "Expected the root \"my-T\", found no text."},
     };
     for (const SBroken& broken : table)
     {

@@ -186,9 +186,7 @@ void CBinaryWalker::walkSequence()
 
 void CBinaryWalker::walkElements(std::uint8_t tag, std::uint32_t count)
 {
-    if (tag >= Names.size())
-        fail(offset - sizeof tag - sizeof count,
-             "Expected the tag of a kind, 0 to 17, found " + std::to_string(tag) + '.');
+    expectKind(tag, offset - sizeof tag - sizeof count);
     if (tag == TagObject)
         walkTypes(count);
     if (NumberWidths[tag] != 0)
@@ -273,13 +271,14 @@ void CBinaryWalker::skipWideText()
     if (mark != std::array<std::uint8_t, 3>{0xFF, 0xFE, 0xFF})
         fail(start, "Expected FF FE FF, the mark of a wide text, found " + ShowByte(mark[0]) + ' ' + ShowByte(mark[1]) +
                         ' ' + ShowByte(mark[2]) + '.');
-    std::uint64_t count = read<std::uint8_t>("the length of a wide text");
+    const char* const length = "the length of a wide text";
+    std::uint64_t count = read<std::uint8_t>(length);
     if (count == 0xFF)
-        count = read<std::uint16_t>("the length of a wide text");
+        count = read<std::uint16_t>(length);
     if (count == 0xFFFF)
-        count = read<std::uint32_t>("the length of a wide text");
+        count = read<std::uint32_t>(length);
     if (count == 0xFFFFFFFF)
-        count = read<std::uint64_t>("the length of a wide text");
+        count = read<std::uint64_t>(length);
     skip(count, sizeof(char16_t), "a wide text");
 }
 
@@ -307,9 +306,14 @@ std::uint8_t CBinaryWalker::readTag()
 {
     const std::uint64_t start = offset;
     const auto tag = read<std::uint8_t>("the tag of a section");
-    if (tag >= Names.size())
-        fail(start, "Expected the tag of a kind, 0 to 17, found " + std::to_string(tag) + '.');
+    expectKind(tag, start);
     return tag;
+}
+
+void CBinaryWalker::expectKind(std::uint8_t tag, std::uint64_t place)
+{
+    if (tag >= Names.size())
+        fail(place, "Expected the tag of a kind, 0 to 17, found " + std::to_string(tag) + '.');
 }
 
 void CBinaryWalker::readBytes(void* data, std::size_t count, const char* what)

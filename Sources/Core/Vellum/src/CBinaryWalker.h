@@ -133,6 +133,7 @@ private:
     void readBytes(void* data, std::size_t count, const char* what);
     void skip(std::uint64_t count, std::uint32_t width, const char* what);
     std::uint8_t readTag();
+    static void expectKind(std::uint8_t tag, std::uint64_t place);
     const SString* find(std::uint32_t index) const;
     const std::string& readIndex(const char* what);
     void visit(SBinaryPart part);
