@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # What a change has to pass beside Scripts/Test.sh: format, layers, headers, the API pages, clang's warnings, the build
-# as a static library, what is installed and exported, and the sanitizers.
+# as a static library and for Windows, what is installed and exported, and the sanitizers.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -31,6 +31,14 @@ step "Build as a static library"
 cmake --preset dev -B Build/static -DBUILD_SHARED_LIBS=OFF -DVELLUM_BUILD_TESTS=OFF >/dev/null
 cmake --build Build/static
 Build/static/Examples/Readme >/dev/null
+
+step "Compile for Windows"
+if command -v x86_64-w64-mingw32-g++-posix >/dev/null; then
+    cmake --preset mingw -B Build/mingw-objects -DVELLUM_BUILD_TESTS=OFF -DVELLUM_BUILD_TOOLS=OFF -DVELLUM_BUILD_EXAMPLES=OFF >/dev/null
+    cmake --build Build/mingw-objects --target VellumObjects VellumTerminal
+else
+    echo "Left out: the cross compiler isn't there. Scripts/TestWindows.sh installs it."
+fi
 
 step "The library as a package, and in another project"
 Scripts/CheckPackage.sh

@@ -1,6 +1,7 @@
 #include "Scribe/CScribe.h"
 
 #include <array>
+#include <atomic>
 #include <charconv>
 #include <cstdarg>
 #include <cwchar>
@@ -19,13 +20,32 @@ namespace Scribing
 namespace
 {
 
+// A lock for a few instructions. std::mutex is made by code on some systems.
+class CLock
+{
+public:
+    void lock() noexcept
+    {
+        while (isTaken.test_and_set(std::memory_order_acquire))
+            isTaken.wait(true, std::memory_order_relaxed);
+    }
+    void unlock() noexcept
+    {
+        isTaken.clear(std::memory_order_release);
+        isTaken.notify_one();
+    }
+
+private:
+    std::atomic_flag isTaken;
+};
+
 // Neither made nor destroyed by code: exceptions may be raised, and so logged, while statics come and go, and when
 // there is no memory.
 union USinkHolder
 {
     struct
     {
-        std::mutex mutex;
+        CLock lock;
         std::shared_ptr<const Sink> sink;
     } value = {};
 
@@ -37,7 +57,7 @@ constinit USinkHolder Holder;
 
 std::shared_ptr<const Sink> GetSink()
 {
-    const std::lock_guard lock(Holder.value.mutex);
+    const std::lock_guard lock(Holder.value.lock);
     return Holder.value.sink;
 }
 
@@ -98,7 +118,7 @@ void Deliver(const SEntry& entry)
 void SetSink(Sink sink)
 {
     std::shared_ptr<const Sink> next = sink ? std::make_shared<const Sink>(std::move(sink)) : nullptr;
-    const std::lock_guard lock(Holder.value.mutex);
+    const std::lock_guard lock(Holder.value.lock);
     Holder.value.sink.swap(next);
 }
 
