@@ -1,6 +1,8 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -8,6 +10,8 @@
 #include <functional>
 #include <string_view>
 #include <vector>
+
+#include "Platform/ConstantText.h"
 
 #include "Groundwork/CbKeyedHash.h"
 
@@ -19,10 +23,10 @@ namespace Vellum
 //
 // Time     Numbers are found by a hash that no document can be made against. A long text that was handed out is known
 //          by its address: it may be the key of very many entries, and a client that reads them all would have it
-//          compared as often.
+//          compared as often. So is, as long as no other comes, a literal of the program that was asked for.
 // Memory   The texts are the caller's.
 // Errors   std::bad_alloc.
-// Threads  Complete is called once; from then on nothing changes.
+// Threads  Complete is called once; from then on nothing changes but what is known by its address.
 class CBinaryKeys
 {
 public:
@@ -78,10 +82,24 @@ public:
     // Whether that is the text of a number; any number may be asked for.
     bool Is(std::uint32_t number, const char* text) const
     {
-        return number < texts.size() && (texts[number] == text || std::strcmp(texts[number], text) == 0);
+        if (number >= MostConstants)
+            return number < texts.size() && (texts[number] == text || std::strcmp(texts[number], text) == 0);
+        return constants[number].load(std::memory_order_relaxed) == text || isText(number, text);
     }
 
 private:
+    // Of the first texts: where one came from last if it can't change there. Any thread may change it at any time.
+    static constexpr std::uint32_t MostConstants = 64;
+
+    bool isText(std::uint32_t number, const char* text) const
+    {
+        if (number >= texts.size() || (texts[number] != text && std::strcmp(texts[number], text) != 0))
+            return false;
+        if (Platform::IsConstant(text))
+            constants[number].store(text, std::memory_order_relaxed);
+        return true;
+    }
+
     struct SEntry
     {
         std::uint32_t index;
@@ -154,6 +172,7 @@ private:
     std::vector<const char*> texts;     // by number
     std::vector<std::uint32_t> slots;   // numbers + 1, by hash; at least half of them are 0
     std::vector<SLongText> longTexts;   // by address
+    mutable std::array<std::atomic<const char*>, MostConstants> constants{};
 };
 
 } // namespace Vellum

@@ -39,6 +39,7 @@ public:
         std::uint32_t key; // its index there
         std::uint32_t at;  // in the image; without a fixed size: how many values of that storage come before
         std::uint8_t rank;
+        mutable const char* constant; // where the key came from last if it can't change there; otherwise null
     };
 
     struct SGap
@@ -88,7 +89,7 @@ private:
         std::array<std::uint32_t, Ranks> counts{};
         for (const SRecordField& field : fields)
             steps.push_back({field.text, field.key, SizesByRank[field.rank] != 0 ? 0 : counts[StorageOf(field.rank)]++,
-                             field.rank});
+                             field.rank, nullptr});
     }
 
     // Sections have a head for the first field of a kind, and the number of fields in it.

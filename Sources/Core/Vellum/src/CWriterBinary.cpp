@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include "Platform/ConstantText.h"
+
 #include "Groundwork/BinaryEncoding.h"
 #include "Groundwork/CbArray.h"
 #include "Groundwork/CbDateTime.h"
@@ -133,8 +135,8 @@ public:
     const String& Intern(const char* text)
     {
         SKnown& known = knownTexts[reinterpret_cast<std::uintptr_t>(text) * 0x9E3779B97F4A7C15u >> KnownShift];
-        if (known.address != text || std::strcmp(known.string->key.c_str(), text) != 0)
-            known = {text, &look(text)};
+        if (known.address != text || (!known.isConstant && std::strcmp(known.string->key.c_str(), text) != 0))
+            known = {text, &look(text), Platform::IsConstant(text)};
         return *known.string;
     }
 
@@ -208,6 +210,7 @@ private:
     {
         const char* address;
         const String* string;
+        bool isConstant;
     };
 
     const String& look(const char* text)
@@ -284,7 +287,16 @@ private:
     // The step that such a field follows, or null.
     const CRecordShape::SStep* expect(const char* key, std::uint8_t rank) const
     {
-        return step != lastStep && step->rank == rank && std::strcmp(step->text, key) == 0 ? step : nullptr;
+        if (step == lastStep || step->rank != rank)
+            return nullptr;
+        return step->constant == key || isKeyOf(*step, key) ? step : nullptr;
+    }
+    static bool isKeyOf(const CRecordShape::SStep& step, const char* key)
+    {
+        if (std::strcmp(step.text, key) != 0)
+            return false;
+        step.constant = Platform::IsConstant(key) ? key : nullptr;
+        return true;
     }
     // Likewise, but null is a key that has its index.
     const CRecordShape::SStep* expectOrIntern(const char* key, std::uint8_t rank) const
