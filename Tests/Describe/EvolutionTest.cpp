@@ -163,6 +163,12 @@ constexpr auto CCircle::Describe()
     return Fields("Circle", Base<CShape>(), Base<CPlain>(), Field("radius", &CCircle::radius));
 }
 
+using Price = std::variant<int, CPlain, double>;
+constexpr auto Describe(Type<Price>)
+{
+    return OneOf(Alternative<double>("exact"), Alternative<int>("rounded"), Alternative<CPlain>("parts"));
+}
+
 struct SDrawing
 {
     std::vector<std::unique_ptr<CShape>> shapes;
@@ -186,6 +192,8 @@ TEST(Evolution, BasesAreFieldsAndPointersNameWhatTheyPointTo)
     EXPECT_EQ(copy.shapes.at(2), nullptr);
     EXPECT_THROW(FromJson<SDrawing>(R"({"shapes":[{"hexagon":{}}]})"), CDocumentException);
     EXPECT_THROW((FromJson<SField<std::variant<int, bool>>>(R"({"k":{}})")), CDocumentException);
+    EXPECT_EQ(std::get<double>(FromJson<SField<Price>>(R"({"k":{"exact":2}})", Strict).k), 2);
+    EXPECT_NE(ToXml(SField<Price>{7}).find("<rounded>7</rounded>"), std::string::npos);
 
     class COther : public CShape
     {

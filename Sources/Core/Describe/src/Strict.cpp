@@ -164,13 +164,9 @@ bool HasValue(const Reader& reader, Key key)
 }
 
 // Whether there is an element. What refuses to be read is there.
-bool HasElement(IContainerReader& reader, std::uint32_t index, EFormat format)
+bool HasElement(IContainerReader& reader, std::uint32_t index)
 try
 {
-    CPassedObject object;
-    CPassedSequence sequence;
-    if (IsText(format))
-        return reader.Read(index, object) || reader.Read(index, sequence) || HasOneOf<std::string>(reader, index);
     return HasValue(reader, index) || reader.GetBlob(index).first != nullptr;
 }
 catch (const IException&)
@@ -190,7 +186,7 @@ bool IsBlobAlone(const IDataReader& reader, const char* key)
 
 void CheckEnd(IContainerReader& reader, std::uint32_t index, const SPlace& place)
 {
-    if (HasElement(reader, index, place.document->format))
+    if (HasElement(reader, index))
         RaiseAt(SPlace{place.document, &place, nullptr, index},
                 "The element is of another kind than what is read here.");
 }
@@ -202,7 +198,7 @@ void CheckCount(IContainerReader& reader, std::uint32_t found, std::uint32_t wan
         CheckEnd(reader, found, place);
         RaiseAt(place, "There are " + std::to_string(found) + " elements in place of " + std::to_string(wanted) + ".");
     }
-    if (HasElement(reader, wanted, place.document->format))
+    if (HasElement(reader, wanted))
         RaiseAt(place, "There are more than " + std::to_string(wanted) + " elements.");
 }
 
