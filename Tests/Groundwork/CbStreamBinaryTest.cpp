@@ -80,6 +80,7 @@ TEST(CbStreamBinary, ValuesAreStoredAsTheModelTells)
         300);
     EXPECT_TRUE(ReadBack<bool>("\x02"));
     EXPECT_EQ(ReadBack<std::string>(Bytes("03 00 00 00 61 00 62")), std::string("a\0b", 3));
+    EXPECT_EQ(ReadBack<std::wstring>(Bytes("FF FE FF FF FE FF") + std::string(2 * 0xFFFE, 'a')).size(), 0xFFFEu);
     EXPECT_EQ(ReadBack<std::wstring>(Bytes("FF FE FF FF FF FF FF FF FF FF 01 00 00 00 00 00 00 00 61 00")), L"a");
 }
 
