@@ -106,6 +106,11 @@ void Make(CTape& tape, std::u8string& value) { value.assign(tape.Below(3), u8'y'
 void Make(CTape& tape, char& value) { value = static_cast<char>('A' + Take(tape, 20)); }
 void Make(CTape& tape, bool& value) { value = tape.Below(2) == 1; }
 void Make(CTape& tape, double& value) { value = (Take(tape, 2000) - 1000.0) / (1 + Take(tape, 7)); }
+void Make(CTape& tape, float& value)
+{
+    using Limits = std::numeric_limits<float>;
+    value = tape.From(std::array{0.1f, Limits::max(), Limits::lowest(), Limits::denorm_min(), Limits::infinity()});
+}
 void Make(CTape& tape, std::byte& value) { value = std::byte(tape.Below(256)); }
 void Make(CTape& tape, EColor& value) { value = EColor(Take(tape, 3)); }
 void Make(CTape& tape, ESize& value) { value = tape.Below(2) == 0 ? ESize::Small : ESize::Large; }
@@ -212,7 +217,7 @@ class Described : public testing::Test
 template <class... Brief>
 using WithAround = testing::Types<SAround<std::int32_t>, SAround<std::string>, SAround<CPoint>,
                                   SAround<std::deque<int>>, SAround<std::vector<unsigned char>>, SBrief<Brief>...>;
-using Shapes = WithAround<bool, char, signed char, std::uint16_t, unsigned long long, double, std::wstring,
+using Shapes = WithAround<bool, char, signed char, std::uint16_t, unsigned long long, float, double, std::wstring,
                           std::u8string, std::vector<std::byte>, EColor, ESize, CHand, std::filesystem::path,
                           std::bitset<5>, std::complex<double>, std::chrono::milliseconds,
                           std::chrono::system_clock::time_point, std::set<std::string>, std::vector<bool>,

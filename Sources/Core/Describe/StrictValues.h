@@ -23,9 +23,14 @@ VELLUM_API std::int64_t ReadExactSigned(const std::string& text, std::int64_t lo
 VELLUM_API std::uint64_t ReadExactUnsigned(const std::string& text, std::uint64_t highest, const SPlace& place);
 /// @}
 
-/// A number as JSON or C print it, infinities and not-a-number among them; raises for anything else, and for what is
-/// above `highest`.
-VELLUM_API double ReadExactReal(const std::string& text, double highest, const SPlace& place);
+/// The smallest number that is an infinity as T. What lies a little above the largest float, such as its nine digits,
+/// is rounded to it.
+template <std::floating_point T>
+inline constexpr double TooLarge = std::same_as<T, float> ? 0x1.ffffffp127 : std::numeric_limits<double>::infinity();
+
+/// A number as JSON or C print it, infinities and not-a-number among them; raises for anything else, and for numbers
+/// from `tooLarge` on.
+VELLUM_API double ReadExactReal(const std::string& text, double tooLarge, const SPlace& place);
 
 /// Raises for anything but `true` and `false`.
 VELLUM_API bool ReadExactBool(const std::string& text, const SPlace& place);
@@ -45,7 +50,7 @@ T ConvertExactly(const std::string& text, const SPlace& place)
     if constexpr (std::same_as<T, bool>)
         return ReadExactBool(text, place);
     else if constexpr (std::floating_point<T>)
-        return static_cast<T>(ReadExactReal(text, static_cast<double>(std::numeric_limits<T>::max()), place));
+        return static_cast<T>(ReadExactReal(text, TooLarge<T>, place));
     else if constexpr (std::is_signed_v<T>)
         return static_cast<T>(
             ReadExactSigned(text, std::numeric_limits<T>::min(), std::numeric_limits<T>::max(), place));

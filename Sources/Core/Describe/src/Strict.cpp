@@ -57,13 +57,13 @@ std::uint64_t ReadExactUnsigned(const std::string& text, std::uint64_t highest, 
     return ReadExactInteger(text, std::uint64_t{0}, highest, place);
 }
 
-double ReadExactReal(const std::string& text, double highest, const SPlace& place)
+double ReadExactReal(const std::string& text, double tooLarge, const SPlace& place)
 {
     const bool isSpecial = IsSpecialReal(text);
     if (!isSpecial && !IsDecimal(text))
         RaiseAt(place, "\"" + text + "\" is no number.");
     const double value = Conversion::StringToDouble(text);
-    if (!isSpecial && std::abs(value) > highest)
+    if (!isSpecial && std::abs(value) >= tooLarge)
         RaiseAt(place, "The number " + text + " is too large.");
     return value;
 }
