@@ -1,5 +1,6 @@
 #include "Vellum/CWriterBinary.h"
 
+#include <set>
 #include <stdexcept>
 
 #include "Groundwork/CbDateTime.h"
@@ -186,6 +187,45 @@ TEST(CWriterBinary, AValueThatIsReplacedTimeAndAgainIsKeptOnce)
                                  EXPECT_EQ(Get<std::string>(r, "grows"), std::string(3000, 'x'));
                                  EXPECT_EQ(Get<std::string>(r, "stays"), "here");
                              }));
+}
+
+TEST(CWriterBinary, AFieldThatCantBeKeptNamesTheTableOfItsKind)
+{
+    const auto fail = [](const auto& value)
+    {
+        std::set<std::string> raised;
+        const auto write = [&]
+        {
+            CbStreamWriteBinaryBuffer stream;
+            Vellum::CWriterBinary(stream).Write(CFields([&](IDataWriter& writer) { writer.Write("k", value); }));
+        };
+        FailEachAllocation(
+            [&]
+            {
+                try
+                {
+                    write();
+                }
+                catch (const CbExceptionContainer& exception)
+                {
+                    raised.insert(exception.GetFunctionName());
+                }
+                catch (const std::bad_alloc&)
+                {
+                }
+            });
+        return raised;
+    };
+    const std::string begin = "CbPlexManager<struct CbMapTypes::SAssociation<",
+                      end = ">,0,unsigned int>::getFreeElement";
+    EXPECT_EQ(fail(7u).count(begin + "unsigned int,unsigned int" + end), 1u);
+    EXPECT_EQ(fail(CbDateTime()).count(begin + "unsigned int,class CbDateTime" + end), 1u);
+    EXPECT_EQ(fail(CFields()).count(begin +
+                                    "unsigned int,struct std::pair<unsigned int,class std::unique_ptr<class "
+                                    "Vellum::CDataWriterBinary,struct std::default_delete<class "
+                                    "Vellum::CDataWriterBinary> > > " +
+                                    end),
+              1u);
 }
 
 } // namespace

@@ -19,6 +19,7 @@
 #include "Groundwork/CbArray.h"
 #include "Groundwork/CbDateTime.h"
 #include "Groundwork/CbMapEx.h"
+#include "Groundwork/CbPlexManager.h"
 #include "Groundwork/CbStreamWriteBinaryBuffer.h"
 
 #include "Vellum/CException.h"
@@ -33,6 +34,7 @@
 #include "Vellum/src/CRecordShape.h"
 #include "Vellum/src/FieldOrder.h"
 #include "Vellum/src/KindOperations.h"
+#include "Vellum/src/TypeNames.h"
 #include "Vellum/src/WriteKnown.h"
 
 // document := version:u32 rootTag:u8 count:u32 { text index:u32 }      the string table, in its table's order
@@ -52,6 +54,56 @@ class CDataWriterBinary;
 
 namespace
 {
+
+// ---- The tables of a record, one for each kind, as far as anybody can tell: they name the failure of their memory.
+// ----
+
+template <class T>
+struct STableOf
+{
+    using Value = T;
+};
+template <>
+struct STableOf<IDateTime>
+{
+    using Value = CbDateTime;
+};
+template <>
+struct STableOf<SBlob>
+{
+    using Value = CbArray<unsigned char>;
+};
+template <>
+struct STableOf<ISerializable>
+{
+    using Value = std::pair<unsigned int, std::unique_ptr<CDataWriterBinary>>;
+};
+template <>
+struct STableOf<ISerializableContainer>
+{
+    using Value = std::pair<unsigned int, std::unique_ptr<CContainerWriterBinary>>;
+};
+
+template <class... Kind>
+[[noreturn]] void RaiseOutOfEntries(std::uint8_t rank, SKindList<Kind...>)
+{
+    constexpr const char* Names[] = {
+        CbPlexManager<CbMapTypes::SAssociation<unsigned int, typename STableOf<typename Kind::Type>::Value>, 0,
+                      unsigned int>::GetFunctionName()...};
+    CbRaiseOutOfElements(Names[rank]);
+}
+
+// Obtains what a field of a kind takes beside its text, bytes or nested writer.
+template <class Obtain>
+decltype(auto) ObtainEntry(std::uint8_t rank, const Obtain& obtain)
+try
+{
+    return obtain();
+}
+catch (const std::bad_alloc&)
+{
+    RaiseOutOfEntries(rank, ValueKinds());
+}
 
 constexpr std::uint64_t Max32 = std::numeric_limits<std::uint32_t>::max();
 
@@ -455,7 +507,8 @@ template <class T, class Image>
 void CDataWriterBinary::writeFixed(const CRecordShape::SStep* expected, const char* key, const Image& image)
 {
     if (expected == nullptr || expected != step) [[unlikely]]
-        return writeBytes(key, RankOf<T>, [&] { bytes.Write(image.data(), image.size()); });
+        return writeBytes(key, RankOf<T>,
+                          [&] { ObtainEntry(RankOf<T>, [&] { bytes.Write(image.data(), image.size()); }); });
     std::memcpy(bytes.GetData() + step->at, image.data(), image.size());
     ++step;
 }
@@ -541,7 +594,7 @@ std::uint32_t CDataWriterBinary::enterPart(const CRecordShape::SStep* expected, 
 {
     auto& all = getParts<Writer>();
     const auto next = static_cast<std::uint32_t>(all.size());
-    all.push_back({nameOfPart, nullptr});
+    ObtainEntry(rank, [&] { all.push_back({nameOfPart, nullptr}); });
     try
     {
         const bool isNext = expected != nullptr && expected == step;
@@ -587,15 +640,21 @@ void CDataWriterBinary::stopFollowing() noexcept
 // The field of a key and kind. A new one, and one of a value without parts, lies at the place.
 SRecordField& CDataWriterBinary::enterField(const char* key, std::uint8_t rank, const SPlace& place)
 {
-    leaveShape();
     const std::uint32_t before = document.CountTexts();
     const CBinaryDocument::String& string = document.Intern(key);
-    SRecordField* const known = string.value < before ? index.Find(fields, string.value, rank) : nullptr;
-    if (known == nullptr)
-        return fields.emplace_back(SRecordField{string.key.c_str(), place.at, place.size, string.value, rank});
-    if (StorageOf(rank) == 0)
-        replaceBytes(*known, place);
-    return *known;
+    const auto findOrEnter = [&]
+    {
+        leaveShape();
+        SRecordField* const known = string.value < before ? index.Find(fields, string.value, rank) : nullptr;
+        return known != nullptr ? std::pair(known, true)
+                                : std::pair(&fields.emplace_back(SRecordField{string.key.c_str(), place.at, place.size,
+                                                                              string.value, rank}),
+                                            false);
+    };
+    const auto [field, isKnown] = ObtainEntry(rank, findOrEnter);
+    if (isKnown && StorageOf(rank) == 0)
+        replaceBytes(*field, place);
+    return *field;
 }
 
 // Gives a field the value that was appended last.
