@@ -13,17 +13,14 @@
 #include <vector>
 
 #include "Groundwork/BinaryDecoding.h"
-#include "Groundwork/CbDateTime.h"
-#include "Groundwork/CbMapTypes.h"
-#include "Groundwork/CbPlexManager.h"
 #include "Groundwork/CbStreamReadBinaryBuffer.h"
 
 #include "Vellum/CException.h"
 
 #include "Vellum/src/BinaryTree.h"
 #include "Vellum/src/CByteBuffer.h"
+#include "Vellum/src/EntryPools.h"
 #include "Vellum/src/Limits.h"
-#include "Vellum/src/TypeNames.h"
 #include "Vellum/src/ValueKinds.h"
 
 namespace Vellum
@@ -32,35 +29,9 @@ namespace Vellum
 template <class T>
 constexpr bool IsNumber = std::is_arithmetic_v<T>;
 
-// The table that the entries of a kind make up, as far as anybody can tell: it names the failure of their memory.
 template <class T>
-struct STableOf
-{
-    using Value = T;
-};
-template <>
-struct STableOf<IDateTime>
-{
-    using Value = CbDateTime;
-};
-template <>
-struct STableOf<SBlob>
-{
-    using Value = CbArray<unsigned char>;
-};
-template <>
-struct STableOf<ISerializable>
-{
-    using Value = std::pair<std::string, std::unique_ptr<CDataReader>>;
-};
-template <>
-struct STableOf<ISerializableContainer>
-{
-    using Value = std::unique_ptr<CContainerReader>;
-};
-
-template <class T>
-using NodePool = CbPlexManager<CbMapTypes::SAssociation<std::string, typename STableOf<T>::Value>, 0, unsigned int>;
+using NodePool =
+    EntryPool<std::string, T, std::pair<std::string, std::unique_ptr<CDataReader>>, std::unique_ptr<CContainerReader>>;
 
 // A field of a record that isn't finished.
 struct SPendingField

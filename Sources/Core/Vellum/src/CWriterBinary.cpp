@@ -19,7 +19,6 @@
 #include "Groundwork/CbArray.h"
 #include "Groundwork/CbDateTime.h"
 #include "Groundwork/CbMapEx.h"
-#include "Groundwork/CbPlexManager.h"
 #include "Groundwork/CbStreamWriteBinaryBuffer.h"
 
 #include "Vellum/CException.h"
@@ -32,9 +31,9 @@
 #include "Vellum/src/CByteChain.h"
 #include "Vellum/src/CFieldIndex.h"
 #include "Vellum/src/CRecordShape.h"
+#include "Vellum/src/EntryPools.h"
 #include "Vellum/src/FieldOrder.h"
 #include "Vellum/src/KindOperations.h"
-#include "Vellum/src/TypeNames.h"
 #include "Vellum/src/WriteKnown.h"
 
 // document := version:u32 rootTag:u8 count:u32 { text index:u32 }      the string table, in its table's order
@@ -55,41 +54,15 @@ class CDataWriterBinary;
 namespace
 {
 
-// ---- The tables of a record, one for each kind, as far as anybody can tell: they name the failure of their memory.
-// ----
-
-template <class T>
-struct STableOf
-{
-    using Value = T;
-};
-template <>
-struct STableOf<IDateTime>
-{
-    using Value = CbDateTime;
-};
-template <>
-struct STableOf<SBlob>
-{
-    using Value = CbArray<unsigned char>;
-};
-template <>
-struct STableOf<ISerializable>
-{
-    using Value = std::pair<unsigned int, std::unique_ptr<CDataWriterBinary>>;
-};
-template <>
-struct STableOf<ISerializableContainer>
-{
-    using Value = std::pair<unsigned int, std::unique_ptr<CContainerWriterBinary>>;
-};
+// A nested object or sequence, with the index of its type name.
+template <class Writer>
+using NestedEntry = std::pair<unsigned int, std::unique_ptr<Writer>>;
 
 template <class... Kind>
 [[noreturn]] void RaiseOutOfEntries(std::uint8_t rank, SKindList<Kind...>)
 {
-    constexpr const char* Names[] = {
-        CbPlexManager<CbMapTypes::SAssociation<unsigned int, typename STableOf<typename Kind::Type>::Value>, 0,
-                      unsigned int>::GetFunctionName()...};
+    constexpr const char* Names[] = {EntryPool<unsigned int, typename Kind::Type, NestedEntry<CDataWriterBinary>,
+                                               NestedEntry<CContainerWriterBinary>>::GetFunctionName()...};
     CbRaiseOutOfElements(Names[rank]);
 }
 
@@ -399,7 +372,7 @@ private:
     CFieldIndex index;                // of the fields
     FieldOrder::Positions order;      // of the fields, as they are stored
     std::size_t lost = 0;             // bytes of values that were replaced
-    std::tuple<std::vector<SPart<CDataWriterBinary>>, std::vector<SPart<CContainerWriterBinary>>> parts;
+    std::tuple<std::vector<SNestedEntry<CDataWriterBinary>>, std::vector<SPart<CContainerWriterBinary>>> parts;
 };
 
 // The elements of one sequence, each encoded as soon as it is written.
