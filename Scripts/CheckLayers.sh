@@ -13,7 +13,7 @@ fail()
 
 # The name Platform/ is too plain: a client may have such a folder himself, whose headers would come first. Public headers
 # therefore include ours beside them, as "../Platform/Export.h".
-publicOfPlatform='Platform/(CStringT|Export|ModuleHandle)\.h'
+publicOfPlatform='Platform/(CStringT|Compiler|Export|ModuleHandle)\.h'
 
 # A layer includes itself and what is below it. The private headers of a layer are above its public ones; those of
 # Describe use the contract as a client does.
@@ -63,12 +63,19 @@ while IFS=: read -r file line text; do
     fi
 done < <(grep -rnE "$include" --include='*.h' --include='*.cpp' Platform Scribe Groundwork Vellum Describe)
 
-# Only Export.h has to name systems, since what it says is about the compiler and the linker.
+# Only Export.h and Compiler.h have to name systems, since what they say is about the compiler and the linker.
 systems='\b(_WIN32|_WIN64|_MSC_VER|__linux__|__unix__|__APPLE__|__GLIBC__)\b'
 while IFS= read -r match; do
     fail "$match: names a system"
 done < <(grep -rnE "$systems" --include='*.h' --include='*.cpp' Platform Scribe Groundwork Vellum Describe |
-    grep -vE '^Platform/(Export\.h|[^:]*\.cpp):' || true)
+    grep -vE '^Platform/((Compiler|Export)\.h|[^:]*\.cpp):' || true)
+
+# Words of one family of compilers, which others don't take. What else is an extension is an error of -Wpedantic.
+extensions='\[\[gnu::|__(attribute__|builtin_|int128|asm__|extension__|typeof|PRETTY_FUNCTION__)|# *pragma GCC'
+while IFS= read -r match; do
+    fail "$match: is for g++ and its like alone"
+done < <(cd ../.. && grep -rnE "$extensions" --include='*.h' --include='*.cpp' Sources Tools Examples Fuzz Tests |
+    grep -vE '^(Sources/Core/Platform/((Posix|Linux)/|(Compiler|Export)\.h)|Tests/Scribe/CScribeTest\.cpp)' || true)
 
 while IFS= read -r source; do
     fail "$source: sources of this layer are in its folder src"

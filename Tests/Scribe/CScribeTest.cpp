@@ -40,7 +40,10 @@ private:
     }
 };
 
-[[gnu::init_priority(101)]] const COutermostStatic Outermost;
+#if __has_cpp_attribute(gnu::init_priority) // others have what this program's other sources leave to chance
+[[gnu::init_priority(101)]]
+#endif
+const COutermostStatic Outermost;
 
 std::string GetLine(const std::function<void()>& body)
 {

@@ -7,6 +7,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "../Platform/Compiler.h"
+
 #include "Describe/Fields.h"
 #include "Describe/Members.h"
 
@@ -133,7 +135,7 @@ struct SAddress
 template <auto Address>
 consteval std::string_view NameFunctionOfAddress()
 {
-    return __PRETTY_FUNCTION__;
+    return VELLUM_SIGNATURE;
 }
 
 template <std::size_t Index, class Pointer>
@@ -169,7 +171,7 @@ consteval std::string_view CutMemberName(std::string_view function)
 template <class T>
 consteval std::string_view NameFunctionOfType()
 {
-    return __PRETTY_FUNCTION__;
+    return VELLUM_SIGNATURE;
 }
 
 /// A text of the compiler's, zero-terminated. What can't stand in an element name of XML is replaced.
@@ -191,6 +193,8 @@ struct SLiteral
 /// functions are left out.
 consteval std::string_view CutTypeName(std::string_view function)
 {
+    if (function.empty())
+        return function;
     std::string_view name = function.substr(function.find("T = ") + 4);
     name = name.substr(0, GetLess(name.find(';'), name.rfind(']')));
     const std::size_t arguments = name.find('<');
@@ -204,6 +208,7 @@ template <class T>
 struct STypeName
 {
     static constexpr std::string_view Name = CutTypeName(NameFunctionOfType<T>());
+    static_assert(!Name.empty(), "This compiler doesn't tell the names of types: give this one a description");
     static constexpr SLiteral<Name.size()> Literal{Name};
 };
 

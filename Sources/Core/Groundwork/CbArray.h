@@ -10,6 +10,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "../Platform/Compiler.h"
+
 /// CbArray: growable array with 32-bit sizes, in one zero-filled block of memory.
 ///
 /// - **Growth** Add and Append double the capacity, from 0 to 1, 2, 4, 8 ..., or add `growBy` elements to it when that
@@ -278,12 +280,12 @@ private:
 
     // The rare halves of add and Append, kept out of the code of their callers. The size is left to these.
     template <class Element>
-    [[gnu::noinline]] void addGrowing(Element&& element)
+    VELLUM_NOINLINE void addGrowing(Element&& element)
     {
         grow(GetGrownCapacity(std::uint64_t{size} + 1), 1,
              [&](T* to) { ::new (static_cast<void*>(to)) T(std::forward<Element>(element)); });
     }
-    [[gnu::noinline]] void appendGrowing(const T* elements, std::uint64_t count)
+    VELLUM_NOINLINE void appendGrowing(const T* elements, std::uint64_t count)
     {
         grow(GetGrownCapacity(checked(size, count)), count,
              [&](T* to) { copyElements(to, elements, static_cast<std::size_t>(count)); });

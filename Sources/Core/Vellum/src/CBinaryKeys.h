@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/Compiler.h"
 #include "Platform/ConstantText.h"
 
 #include "Groundwork/CbKeyedHash.h"
@@ -116,7 +117,7 @@ private:
         std::uint32_t number;
     };
 
-    [[gnu::noinline]] std::uint32_t findSparse(std::uint32_t index) const
+    VELLUM_NOINLINE std::uint32_t findSparse(std::uint32_t index) const
     {
         const auto found = std::ranges::lower_bound(indices, index);
         return found != indices.end() && *found == index ? numbers[static_cast<std::size_t>(found - indices.begin())]

@@ -6,6 +6,8 @@
 #include <memory>
 #include <utility>
 
+#include "Platform/Compiler.h"
+
 namespace Vellum
 {
 
@@ -45,7 +47,7 @@ private:
     static constexpr std::size_t MinCapacity = 0x40;
     static constexpr std::size_t MaxKept = 0x400;
 
-    [[gnu::noinline]] void grow(std::size_t count)
+    VELLUM_NOINLINE void grow(std::size_t count)
     {
         const std::size_t newCapacity = std::max({2 * capacity, size + count, MinCapacity});
         std::unique_ptr<unsigned char[]> larger(new unsigned char[newCapacity]);

@@ -10,6 +10,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "Platform/Compiler.h"
+
 #include "Groundwork/BinaryEncoding.h"
 
 namespace Vellum
@@ -183,7 +185,7 @@ private:
     }
 
     // The rare case, kept out of the callers' code: fills the last piece and makes another.
-    [[gnu::noinline]] void writeGrowing(const unsigned char* data, std::size_t count)
+    VELLUM_NOINLINE void writeGrowing(const unsigned char* data, std::size_t count)
     {
         const std::uint32_t size = GetSize();
         if (count > MaxSize - size)

@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "Platform/Compiler.h"
 #include "Platform/ConstantText.h"
 
 #include "Groundwork/BinaryEncoding.h"
@@ -796,7 +797,7 @@ void CContainerWriterBinary::append(const Encode& encode)
 
 // A number, where there is more to do than to append it, or a text.
 template <class T>
-[[gnu::noinline]] void CContainerWriterBinary::writeElement(const T& value)
+VELLUM_NOINLINE void CContainerWriterBinary::writeElement(const T& value)
 {
     fixTag(TagOf<T>);
     append(
