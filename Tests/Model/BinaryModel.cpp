@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstring>
 #include <map>
 #include <numeric>
 
@@ -242,9 +241,7 @@ private:
     template <class Number>
     Number take()
     {
-        Number number;
-        std::memcpy(&number, taken(sizeof number).data(), sizeof number);
-        return number;
+        return FromRaw<Number>(taken(sizeof(Number)));
     }
 
     void checkVersion()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -40,7 +42,19 @@ std::wstring FromUtf8(const std::string& text);               // up to the first
 template <class Number>
 std::string Raw(Number number)
 {
-    return std::string(reinterpret_cast<const char*>(&number), sizeof number);
+    std::string bytes(reinterpret_cast<const char*>(&number), sizeof number);
+    if (std::endian::native == std::endian::big)
+        std::ranges::reverse(bytes);
+    return bytes;
+}
+template <class Number>
+Number FromRaw(std::string bytes)
+{
+    Number number{};
+    if (std::endian::native == std::endian::big)
+        std::ranges::reverse(bytes);
+    bytes.copy(reinterpret_cast<char*>(&number), sizeof number);
+    return number;
 }
 inline std::string Size(std::size_t size) { return Raw(static_cast<std::uint32_t>(size)); }
 inline std::string Counted(const std::string& bytes) { return Size(bytes.size()) + bytes; }

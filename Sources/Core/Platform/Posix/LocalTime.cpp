@@ -1,3 +1,6 @@
+#define _FILE_OFFSET_BITS 64 // which the next line asks for
+#define _TIME_BITS 64        // years beyond 1901 and 2038, on 32-bit systems too
+
 #include <ctime>
 #include <time.h>
 #include <utility>
