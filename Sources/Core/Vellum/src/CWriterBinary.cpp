@@ -373,7 +373,7 @@ private:
     CFieldIndex index;                // of the fields
     FieldOrder::Positions order;      // of the fields, as they are stored
     std::size_t lost = 0;             // bytes of values that were replaced
-    std::tuple<std::vector<SNestedEntry<CDataWriterBinary>>, std::vector<SPart<CContainerWriterBinary>>> parts;
+    std::tuple<std::vector<SPart<CDataWriterBinary>>, std::vector<SPart<CContainerWriterBinary>>> parts;
 };
 
 // The elements of one sequence, each encoded as soon as it is written.
