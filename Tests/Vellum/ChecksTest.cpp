@@ -44,6 +44,7 @@ TEST(Checks, TellWhatIsWrongInJson)
         {"{\"a\":\"b", 5, 1, 6, "a",
          "Expected a closing quote for the text that begins here, found the end of the text."},
         {"\xEF\xBB\xBF{}", 0, 1, 1, "", "Expected an object or a sequence, found the byte EF."},
+        {"\x80", 0, 1, 1, "", "Expected an object or a sequence, found the byte 80."},
     };
     for (const SBroken& broken : table)
         Expect(broken, CReaderJson(broken.document).Check());
