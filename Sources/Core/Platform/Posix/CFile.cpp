@@ -58,21 +58,6 @@ bool MakeReady(int descriptor, bool writes, CFile::EPipes pipes) noexcept
 
 } // namespace
 
-CFile::CFile(CFile&& other) noexcept : handle(std::exchange(other.handle, NoHandle)) {}
-
-CFile& CFile::operator=(CFile&& other) noexcept
-{
-    const std::intptr_t taken = std::exchange(other.handle, NoHandle); // also from itself
-    Close();
-    handle = taken;
-    return *this;
-}
-
-CFile::~CFile() { Close(); }
-
-bool CFile::OpenForReading(const std::wstring& name, EPipes pipes) { return open(name, false, pipes); }
-bool CFile::OpenForWriting(const std::wstring& name, EPipes pipes) { return open(name, true, pipes); }
-
 std::optional<std::uint64_t> CFile::GetSize() const noexcept
 {
     struct stat status;
