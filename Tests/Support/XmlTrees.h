@@ -32,6 +32,10 @@ inline std::string Dump(const CXmlNode& node)
                 "@" + std::string(node.GetAttribute(index).name) +
                 (node.GetAttribute(index).value == nullptr ? "" : "=" + std::string(node.GetAttribute(index).value));
     }
+    if (!node.GetChild(node.GetChildCount()).IsEmpty() || node.GetText(node.GetTextCount()) != nullptr ||
+        node.GetAttribute(node.GetAttributeCount()).name != nullptr ||
+        node.GetClear(node.GetClearCount()).value != nullptr)
+        dump += " and more than there is";
     return dump + (node.GetEntryCount() == 0 ? "()" : ")");
 }
 
