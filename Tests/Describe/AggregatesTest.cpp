@@ -19,6 +19,7 @@ struct SLineOfAnOrder
 template <class T>
 struct SListOf
 {
+    T elements;
 };
 
 } // namespace shop
@@ -56,6 +57,12 @@ void ExpectAllVisited(T object)
 TEST(Aggregates, OfAnySizeAreVisited){VISIT(1) VISIT_FOUR(, 2, 3, 4, 5) VISIT_FOUR(, 6, 7, 8, 9) VISIT_TEN(1)
                                           VISIT_TEN(2) VISIT_TEN(3) VISIT_TEN(4) VISIT_TEN(5) VISIT_FOUR(6, 0, 1, 2, 3)
                                               VISIT(64)}
+
+TEST(Aggregates, HaveUpTo256ElementsOfArrays)
+{
+    EXPECT_EQ(MemberCount<shop::SListOf<int[256]>>, 1u);
+    EXPECT_GT(MemberCount<shop::SListOf<int[257]>>, MostMembers);
+}
 
 TEST(Aggregates, AreCalledAsInTheSource)
 {
