@@ -6,17 +6,13 @@ set(CMAKE_CXX_COMPILER ${toolchain}-g++-posix)
 set(CMAKE_C_COMPILER ${toolchain}-gcc-posix)
 set(CMAKE_RC_COMPILER ${toolchain}-windres)
 
-# Headers that are for every system may be this machine's: the toolchain's folder has none of them.
-set(CMAKE_FIND_ROOT_PATH /usr/${toolchain})
+# Only what is made for the target: its own folder, and what Scripts/TestWindows.sh builds for the tests.
+set(CMAKE_FIND_ROOT_PATH /usr/${toolchain} "${CMAKE_CURRENT_LIST_DIR}/../Build/mingw-packages")
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(ENV{PKG_CONFIG_LIBDIR} /usr/${toolchain}/lib/pkgconfig)
 
-# The programs need no library of the compiler beside them.
-set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
-set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)
-set(CMAKE_MODULE_LINKER_FLAGS_INIT -static)
-
-find_program(CMAKE_CROSSCOMPILING_EMULATOR NAMES wine)
+# Tests and tools of the build run there.
+set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/../Scripts/Wine.sh")

@@ -35,6 +35,7 @@ function(vellum_add_resource target id type file)
         message(FATAL_ERROR "vellum_add_resource: ${target} has a resource ${id} ${type} already")
     endif()
     if(WIN32)
+        string(TOUPPER "${type}" type) # as the system looks for it
         file(CONFIGURE OUTPUT "${source}" @ONLY CONTENT "@id@ @type@ \"@path@\"\n")
     else()
         file(CONFIGURE OUTPUT "${source}" @ONLY CONTENT [[

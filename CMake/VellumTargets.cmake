@@ -39,7 +39,7 @@ endfunction()
 # tests need are generated into the build folder (Tests/CMakeLists.txt).
 function(vellum_discover_tests name)
     set(leaks "suppressions=${PROJECT_SOURCE_DIR}/Tests/Support/LeakSuppressions.txt:print_suppressions=0")
-    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120
         PROPERTIES ENVIRONMENT "LOCPATH=${VELLUM_TEST_LOCALES}" ENVIRONMENT_MODIFICATION "LSAN_OPTIONS=set:${leaks}")
     add_test(NAME ${name}.InBerlin COMMAND ${name} --gtest_brief=1)
     set_tests_properties(${name}.InBerlin PROPERTIES

@@ -52,7 +52,7 @@ SOptions ParseOptions(int argc, char** argv)
 void Report(const char* format, const fs::path& path, double writing, double reading)
 {
     std::printf("%-7s%10ju bytes, written in %.1f ms, read in %.1f ms: %s\n", format,
-                static_cast<std::uintmax_t>(fs::file_size(path)), writing, reading, path.c_str());
+                static_cast<std::uintmax_t>(fs::file_size(path)), writing, reading, path.string().c_str());
 }
 
 CCatalogFolder ThroughBinary(const CCatalogFolder& catalog, const fs::path& path)
@@ -107,7 +107,7 @@ int Run(const SOptions& options)
     const CStopwatch scanning;
     const CCatalogFolder catalog = ScanFolder(options.folder);
     std::printf("%ju objects from %s, scanned in %.1f ms\n", static_cast<std::uintmax_t>(catalog.CountObjects()),
-                options.folder.c_str(), scanning.GetMilliseconds());
+                options.folder.string().c_str(), scanning.GetMilliseconds());
 
     fs::create_directories(options.output);
     const fs::path jsonFile = options.output / "Catalog.json";

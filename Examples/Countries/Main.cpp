@@ -26,7 +26,7 @@ std::vector<Object> LoadList(const std::filesystem::path& path, const std::strin
 {
     const CStopwatch reading;
     std::vector<Object> list = Vellum::Load<std::map<std::string, std::vector<Object>>>(path).at(standard);
-    std::printf("%5zu objects in %.1f ms from %s\n", list.size(), reading.GetMilliseconds(), path.c_str());
+    std::printf("%5zu objects in %.1f ms from %s\n", list.size(), reading.GetMilliseconds(), path.string().c_str());
     return list;
 }
 

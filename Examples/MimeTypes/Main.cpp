@@ -79,7 +79,7 @@ CMimeTypes LoadTypes(const std::filesystem::path& path)
     CMimeTypes types("mime-info"); // the name of the root element
     reader.Read(types);
     std::printf("%zu types in %.1f ms from %s, %zu bytes of XML\n", types.items.size(), reading.GetMilliseconds(),
-                path.c_str(), text.size());
+                path.string().c_str(), text.size());
     return types;
 }
 

@@ -58,9 +58,9 @@ bool Convert(const fs::path& file, const SOptions& options)
     const std::wstring text = source.GetText(codePage);
     const bool isDecoded = codePage != 0 && (!text.empty() || source.GetTextRaw().empty());
     if (!isDecoded)
-        std::printf("unknown %29s%s\n", "", file.c_str());
+        std::printf("unknown %29s%s\n", "", file.string().c_str());
     else
-        std::printf("code page %5u, %6zu units of text  %s\n", codePage, text.size(), file.c_str());
+        std::printf("code page %5u, %6zu units of text  %s\n", codePage, text.size(), file.string().c_str());
     if (isDecoded && !options.target.empty())
         Save(text, options.target / file.filename());
     return isDecoded;

@@ -55,7 +55,8 @@ TEST(CbDateTime, ScansAsTheCLibraryDoesAndTestsNoRanges)
             std::string text = tape.OneIn(2) ? "2024-13-45 99:99:99" : "2024-03-01T10:20:30";
             for (std::size_t changes = tape.Below(4); changes > 0; --changes)
                 text[tape.Below(text.size())] = tape.From(std::string_view("0123456789 +-\t:Tt/."));
-            for (std::size_t more = tape.OneIn(2) ? tape.Below(25) : 0; more > 0; --more) // up to and beyond 64 bits
+            constexpr std::size_t MostDigits = sizeof(long) > 4 ? 25 : 7; // C libraries scan short numbers as long ones
+            for (std::size_t more = tape.OneIn(2) ? tape.Below(MostDigits) : 0; more > 0; --more) // also beyond 64 bits
                 text += static_cast<char>('0' + tape.Below(10));
             text.resize(text.size() - (tape.OneIn(10) ? 1 : 0));
 
@@ -104,27 +105,6 @@ TEST(CbDateTime, EachSpecifierAppendsItsForm)
     EXPECT_EQ(days, "31 28 31 30 31 30 31 31 30 31 30 31 ");
     for (const char* text : {"2024-00-01 00:00:00", "2024-13-01 00:00:00", "2024--1-01 00:00:00"})
         EXPECT_RAISES(CbExceptionConversion, "CbDateTime::ToString", CbDateTime(text).ToString("Yt"));
-}
-
-TEST(CbDateTime, NamesAreInTheUsersLanguageAndErrorsStandInTheirPlace)
-{
-    {
-        const CEnvironment polish("LC_ALL", "pl_PL.ISO-8859-2");
-        EXPECT_EQ(Format({2024, 3, 6, 0, 0, 0, 0}, "D"), "\u015Bro"); // three letters, four bytes
-    }
-    const CEnvironment english("LC_ALL", "C");
-    EXPECT_EQ(Format({2024, 3, 1, 99, 99, 99, 9999}, "l D F M"), "Friday Fri March Mar");
-    EXPECT_EQ(Format({2024, 13, 1, 0, 0, 0, 0}, "D F"), "ERR ERROR_INVALID_PARAMETER");
-}
-
-TEST(CbDateTime, LocalTimeIsShownOnRequestOnly)
-{
-    const CEnvironment zone("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
-    const CbDateTime date = DateOf({2024, 7, 31, 22, 20, 30, 7});
-    EXPECT_EQ(date.ToString("Y-m-dTH:i:s.v"), "2024-07-31T22:20:30.007");
-    EXPECT_EQ(date.ToString("Y-m-dTH:i:s.v", true), "2024-08-01T00:20:30.007");
-    EXPECT_EQ(date.ToString(L"H", true), L"00");
-    EXPECT_EQ(DateOf({2024, 13, 45, 99, 99, 99, 0}).ToString("Y-m-dTH:i:s", true), "2024-13-45T99:99:99");
 }
 
 TEST(CbDateTime, InvalidTickCountIsTheFirstDayAndTheDefaultIsNow)

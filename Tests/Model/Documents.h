@@ -2,11 +2,13 @@
 
 #include <string>
 
-#include "Model/Tape.h"
+#include "Support/CTape.h"
 
 // Documents that no writer of ours has made.
 namespace Model
 {
+
+using Support::CTape;
 
 // A text with brackets, lenient in every way that a reader takes, and now and then beyond.
 std::string AnyJson(CTape& tape, int depth = 0);

@@ -1,5 +1,4 @@
 #include <ctime>
-#include <rapidcheck.h>
 
 #include <gtest/gtest.h>
 
@@ -14,7 +13,6 @@
 #include "Model/Documents.h"
 #include "Model/Formats.h"
 #include "Model/Library.h"
-#include "Model/Tape.h"
 #include "Model/Values.h"
 #include "Support/Binary.h"
 #include "Support/CEnvironment.h"
@@ -34,6 +32,7 @@ namespace
 {
 
 using namespace Model;
+using Support::CTape;
 
 // Runs a property over tapes, with the exceptions kept out of the log.
 void Check(void (*property)(CTape))
@@ -41,21 +40,9 @@ void Check(void (*property)(CTape))
     Scribing::SetSink([](const Scribing::SEntry&) {});
     const Support::CEnvironment zone("TZ", "Europe/Berlin");
     const std::clock_t end = Support::GetEndOfTest(0.7);
-    const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
-    rc::detail::TestParams params = rc::detail::configuration().testParams;
-    do
-    {
-        const auto result = rc::detail::checkTestable([&] { property(CTape(*AnyTape())); },
-                                                      rc::detail::TestMetadata{test.name(), test.name()}, params);
-        if (!result.template is<rc::detail::SuccessResult>())
-        {
-            std::ostringstream message;
-            rc::detail::printResultMessage(result, message);
-            ADD_FAILURE() << message.str();
-            break;
-        }
-        ++params.seed;
-    } while (std::clock() < end);
+    unsigned int round = 0;
+    while (Support::CheckProperty([&](CTape& tape) { property(tape); }, 100, round++) && std::clock() < end)
+        ;
     Scribing::SetSink({});
 }
 
@@ -65,7 +52,7 @@ void Abroad(const Body& body)
 {
     const Support::CGermanThread german;
     body();
-    RC_ASSERT(german.IsInForce());
+    HOLDS(german.IsInForce());
 }
 
 // What differs first, with what stands around it.
@@ -74,14 +61,14 @@ std::string Difference(const std::string& library, const std::string& model)
     const auto at = static_cast<std::size_t>(std::ranges::mismatch(library, model).in1 - library.begin());
     const std::size_t from = at < 150 ? 0 : at - 150;
     const auto part = [&](const std::string& text)
-    { return rc::toString(text.substr(std::min(from, text.size()), 300)); };
+    { return testing::PrintToString(text.substr(std::min(from, text.size()), 300)); };
     return "differ at " + std::to_string(at) + "\nlibrary " + part(library) + "\nmodel   " + part(model);
 }
 
 void ExpectSame(const std::string& library, const std::string& model)
 {
     if (library != model)
-        RC_FAIL(Difference(library, model));
+        throw Support::SBroken(Difference(library, model));
 }
 
 void ExpectSame(const SWritten& library, const SWritten& model)
@@ -167,14 +154,14 @@ void BinaryWalks(CTape tape)
     Vellum::CBinaryWalker walker(walked,
                                  [&](const Vellum::SBinaryPart& part)
                                  {
-                                     RC_ASSERT(part.offset == end);
-                                     RC_ASSERT(part.head <= part.size);
+                                     HOLDS(part.offset == end);
+                                     HOLDS(part.head <= part.size);
                                      end += part.size;
                                  });
     const std::optional<Vellum::SBinaryDamage> damage = walker.Walk();
-    RC_ASSERT(damage.has_value() != isSound);
-    RC_ASSERT((isSound ? end == document.size() - read.GetLeft() : damage->offset <= document.size()));
-    RC_ASSERT(end <= document.size());
+    HOLDS(damage.has_value() != isSound);
+    HOLDS((isSound ? end == document.size() - read.GetLeft() : damage->offset <= document.size()));
+    HOLDS(end <= document.size());
 }
 
 template <class Writer>
@@ -269,16 +256,16 @@ void WritesWithoutMemory(CTape tape)
     };
     const bool differs = write(binary, [&] { return LibraryBinary(root, false); }) && binary != whole;
     if (differs && (isTame || isRaised(binary, MemoryException)))
-        RC_ASSERT(isRaised(binary, MemoryException) && (binary.document.empty() || whole.document.size() >= AtOnce));
+        HOLDS(isRaised(binary, MemoryException) && (binary.document.empty() || whole.document.size() >= AtOnce));
     else if (differs && binary.raised.empty())
         expectReadable(binary.document);
     if (!isTame)
         return;
     const SWritten wholeJson = WriteJson(root, true), wholeXml = WriteXml(root);
     if (write(json, [&] { return LibraryText<Vellum::CWriterJson>(root, [](auto&) {}); }) && json != wholeJson)
-        RC_ASSERT(isCutOff(json, wholeJson));
+        HOLDS(isCutOff(json, wholeJson));
     if (write(xml, [&] { return LibraryText<Vellum::CWriterXml>(root, [](auto&) {}); }) && xml != wholeXml)
-        RC_ASSERT(isCutOff(xml, wholeXml));
+        HOLDS(isCutOff(xml, wholeXml));
 }
 
 // A read that ran out of memory changes nothing for the next one.
@@ -340,17 +327,17 @@ void ValuesComeBack(CTape tape)
         if (!isOdd)
             ExpectSame(Support::BinaryOf(value), written.document);
         value.Set("", CValue(value));
-        RC_ASSERT(Sorted(Support::ValueOf(Support::BinaryOf(value))) == Sorted(value));
+        HOLDS(Sorted(Support::ValueOf(Support::BinaryOf(value))) == Sorted(value));
     };
     const auto json = [&]
     {
         const CValue read = CValue::FromJson(value.ToJson());
-        RC_ASSERT(CValue::FromJson(read.ToJson()) == read);
+        HOLDS(CValue::FromJson(read.ToJson()) == read);
     };
     const auto xml = [&]
     {
         const CValue read = CValue::FromXml(value.ToXml());
-        RC_ASSERT(CValue::FromXml(read.ToXml()) == read);
+        HOLDS(CValue::FromXml(read.ToXml()) == read);
     };
     for (const std::function<void()>& comeBack : {std::function<void()>(binary), {json}, {xml}})
         if (const std::string refused = Raised([&] { written.raised.empty() ? comeBack() : void(); });
@@ -367,19 +354,19 @@ void ChecksAgree(CTape tape)
     const std::string bytes = Mutated(WriteBinary(root, tape.OneIn(3)).document, tape, true);
     CbStreamReadBinaryBuffer stream(bytes.data(), bytes.size()), checked = stream;
     const Vellum::SOutcome binary = Vellum::CReaderBinary::Check(checked);
-    RC_ASSERT(binary.isAccepted == Raised([&] { const Vellum::CReaderBinary reader(stream); }).empty());
+    HOLDS(binary.isAccepted == Raised([&] { const Vellum::CReaderBinary reader(stream); }).empty());
     if (binary.isAccepted)
-        RC_ASSERT(checked.GetLeft() == stream.GetLeft());
-    RC_ASSERT(binary.offset <= bytes.size() && binary.isAccepted == binary.reason.empty());
+        HOLDS(checked.GetLeft() == stream.GetLeft());
+    HOLDS(binary.offset <= bytes.size() && binary.isAccepted == binary.reason.empty());
 
     const std::string whole = tape.OneIn(2) ? AnyJson(tape) : WriteJson(root, tape.OneIn(2)).document;
     const std::unique_ptr<char[]> text = Support::ExactText(Mutated(whole, tape, false));
     const Vellum::CReaderJson reader(text.get());
     const Vellum::SOutcome json = reader.Check();
-    RC_ASSERT(json.isAccepted ==
-              (Raised([&] { reader.Read(object); }).empty() || Raised([&] { reader.Read(sequence); }).empty()));
-    RC_ASSERT(json.isAccepted == Raised([&] { Vellum::CValue::FromJson(text.get()); }).empty());
-    RC_ASSERT(json.offset <= std::strlen(text.get()) && json.isAccepted == json.reason.empty());
+    HOLDS(json.isAccepted ==
+          (Raised([&] { reader.Read(object); }).empty() || Raised([&] { reader.Read(sequence); }).empty()));
+    HOLDS(json.isAccepted == Raised([&] { Vellum::CValue::FromJson(text.get()); }).empty());
+    HOLDS(json.offset <= std::strlen(text.get()) && json.isAccepted == json.reason.empty());
 }
 
 TEST(Model, BinaryWritesTheSame) { Check(BinaryWrites); }

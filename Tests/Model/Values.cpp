@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <list>
@@ -78,19 +79,30 @@ void AppendCodePoint(std::string& utf8, std::uint32_t codePoint)
         (utf8 += static_cast<char>(0xF0 | codePoint >> 18), tail(12), tail(6), tail(0));
 }
 
+namespace
+{
+
+template <class Text>
+void AppendUnits(Text& text, std::uint32_t codePoint)
+{
+    using Unit = typename Text::value_type;
+    if (codePoint > 0x10FFFF)
+        codePoint = 0xFFFD;
+    if (codePoint > 0xFFFF)
+        text.push_back(static_cast<Unit>(0xD7C0 + (codePoint >> 10)));
+    text.push_back(static_cast<Unit>(codePoint > 0xFFFF ? 0xDC00 + (codePoint & 0x3FF) : codePoint));
+}
+
+} // namespace
+
 std::vector<std::uint16_t> ToUnits(const std::wstring& text)
 {
     std::vector<std::uint16_t> units;
     for (const wchar_t element : text)
     {
-        std::uint32_t codePoint = static_cast<std::uint32_t>(element);
-        if (codePoint == 0)
+        if (element == 0)
             break;
-        if (codePoint > 0x10FFFF)
-            codePoint = 0xFFFD;
-        if (codePoint > 0xFFFF)
-            units.push_back(static_cast<std::uint16_t>(0xD7C0 + (codePoint >> 10)));
-        units.push_back(static_cast<std::uint16_t>(codePoint > 0xFFFF ? 0xDC00 + (codePoint & 0x3FF) : codePoint));
+        AppendUnits(units, static_cast<std::uint32_t>(element));
     }
     return units;
 }
@@ -147,8 +159,7 @@ std::wstring FromUtf8(const std::string& text)
             if (tails > 0)
                 codePoint = 0xFFFD;
         }
-        for (const std::uint16_t unit : ToUnits(std::wstring(1, static_cast<wchar_t>(codePoint))))
-            wide += static_cast<wchar_t>(unit);
+        AppendUnits(wide, codePoint);
     }
     return wide;
 }
@@ -258,6 +269,8 @@ std::string FromBase64(const std::string& text)
 std::string ToText(double value, int digits, bool showPoint)
 {
     const Support::CCThread point;
+    if (std::isnan(value)) // whose sign not all C libraries print
+        return std::signbit(value) ? "-nan" : "nan";
     char text[64];
     std::snprintf(text, sizeof text, showPoint ? "%#.*g" : "%.*g", digits, value);
     return text;

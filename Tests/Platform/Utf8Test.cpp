@@ -1,6 +1,7 @@
 #include "Platform/Utf8.h"
 
-#include "Support/Fates.h"
+#include "Platform/Utf16.h"
+
 #include "Support/Testing.h"
 
 using namespace Vellum::Platform;
@@ -15,7 +16,12 @@ TEST(Utf8, EveryCharacterComesBack)
     {
         if (codePoint >= 0xD800 && codePoint <= 0xDFFF)
             continue;
-        const std::wstring literal = std::wstring(codePoint % 19, L'a') + static_cast<wchar_t>(codePoint) + L"z";
+        std::wstring literal(codePoint % 19, L'a');
+        if constexpr (sizeof(wchar_t) > 2)
+            literal += static_cast<wchar_t>(codePoint);
+        else
+            AppendUnits(literal, codePoint);
+        literal += L'z';
         const std::string bytes = Utf16ToUtf8(literal);
         const std::wstring units = Utf8ToUtf16(bytes);
         ASSERT_EQ(units.size(), codePoint % 19 + (codePoint > 0xFFFF ? 3 : 2)) << codePoint;
@@ -25,26 +31,36 @@ TEST(Utf8, EveryCharacterComesBack)
     EXPECT_EQ(Utf8ToUtf16("\xF0\x9F\x98\x80"), (std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}));
 }
 
-RC_GTEST_PROP(Utf8, IsToldFromTheFirstWholeCharacterBeyondAsciiOnWhereverTheTextIsCut, ())
+// One, two, three or four bytes long.
+char32_t AnyCharacter(CTape& tape)
 {
-    const auto anyCharacter =
-        rc::gen::oneOf(rc::gen::inRange<char32_t>(0, 0x80), rc::gen::inRange<char32_t>(0x80, 0x800),
-                       rc::gen::inRange<char32_t>(0x800, 0xD800), rc::gen::inRange<char32_t>(0xE000, 0x110000));
-    std::string text;
-    std::size_t from = std::string::npos; // on it is told
-    for (const char32_t character : *rc::gen::container<std::u32string>(anyCharacter))
-    {
-        AppendUtf8(text, character);
-        if (character >= 0x80 && from == std::string::npos)
-            from = text.size();
-    }
-    for (std::size_t size = 0; size <= text.size(); ++size)
-        RC_ASSERT(IsUtf8(std::string_view(text).substr(0, size)) == (size >= from));
-    const auto& illFormed =
-        *rc::gen::element<std::string>("80", "BF", "C0 80", "C1 BF", "E0 9F BF", "ED A0 80", "F0 8F BF BF",
-                                       "F4 90 80 80", "F5", "FF", "E4 61", "F1 80 80 41", "C3 C3 A4");
-    RC_ASSERT(!IsUtf8(text + Bytes(illFormed)));
-    RC_ASSERT(!IsUtf8(Bytes(illFormed) + text));
+    const std::pair<char32_t, char32_t> ranges[] = {{0, 0x80}, {0x80, 0x800}, {0x800, 0xD800}, {0xE000, 0x110000}};
+    const auto& [first, end] = tape.From(ranges);
+    return first + static_cast<char32_t>(tape.Below(end - first));
+}
+
+TEST(Utf8, IsToldFromTheFirstWholeCharacterBeyondAsciiOnWhereverTheTextIsCut)
+{
+    CheckProperty(
+        [](CTape& tape)
+        {
+            std::string text;
+            std::size_t from = std::string::npos; // on it is told
+            for (std::size_t count = tape.Below(50); count > 0; --count)
+            {
+                const char32_t character = AnyCharacter(tape);
+                AppendUtf8(text, character);
+                if (character >= 0x80 && from == std::string::npos)
+                    from = text.size();
+            }
+            for (std::size_t size = 0; size <= text.size(); ++size)
+                HOLDS(IsUtf8(std::string_view(text).substr(0, size)) == (size >= from));
+            const char* const illFormed[] = {"80",       "BF",          "C0 80",       "C1 BF", "E0 9F BF",
+                                             "ED A0 80", "F0 8F BF BF", "F4 90 80 80", "F5",    "FF",
+                                             "E4 61",    "F1 80 80 41", "C3 C3 A4"};
+            const std::string bytes = Bytes(tape.From(illFormed));
+            HOLDS(!IsUtf8(text + bytes) && !IsUtf8(bytes + text));
+        });
 }
 
 } // namespace

@@ -61,7 +61,7 @@ TEST(CScribe, WritesOneLineOfUtf8InAnyLocale)
     const Scribing::CScribe log(L"\u00C4rger \U0001F600");
     for (const char* locale : {"C", "de_DE.UTF-8", "pl_PL.ISO-8859-2"})
     {
-        ASSERT_NE(std::setlocale(LC_ALL, locale), nullptr);
+        ASSERT_NE(std::setlocale(LC_ALL, GetLocaleName(locale)), nullptr);
         EXPECT_EQ(GetLine([&] { log.Error("f.cpp", -3, "F", L"%d Gr\u00F6\u00DFen, %ls", 5, L"\xD83D\xDE00"); }),
                   "\u00C4rger \U0001F600: f.cpp(-3): F: 5 Gr\u00F6\u00DFen, \U0001F600\n");
     }

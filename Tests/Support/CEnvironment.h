@@ -2,8 +2,9 @@
 
 #include <cstdlib>
 #include <optional>
-#include <stdlib.h>
 #include <string>
+
+#include "Support/System.h"
 
 namespace Support
 {
@@ -16,21 +17,13 @@ public:
     {
         if (const char* present = std::getenv(variable))
             before = present;
-        Set(value);
+        SetVariable(variable, value);
     }
-    ~CEnvironment() { Set(before ? before->c_str() : nullptr); }
+    ~CEnvironment() { SetVariable(variable, before ? before->c_str() : nullptr); }
     CEnvironment(const CEnvironment&) = delete;
     CEnvironment& operator=(const CEnvironment&) = delete;
 
 private:
-    void Set(const char* value) const
-    {
-        if (value == nullptr)
-            ::unsetenv(variable);
-        else
-            ::setenv(variable, value, 1);
-    }
-
     const char* variable;
     std::optional<std::string> before;
 };

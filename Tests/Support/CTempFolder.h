@@ -3,11 +3,11 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
-#include <stdlib.h>
 #include <string>
 
 #include "Platform/Utf8.h"
+
+#include "Support/System.h"
 
 namespace Support
 {
@@ -16,13 +16,7 @@ namespace Support
 class CTempFolder
 {
 public:
-    CTempFolder()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "VellumTest-XXXXXX").string();
-        if (::mkdtemp(name.data()) == nullptr)
-            throw std::runtime_error("no temporary folder");
-        path = name;
-    }
+    CTempFolder() : path(MakeTempFolder()) {}
     ~CTempFolder()
     {
         std::error_code ignored;
@@ -33,10 +27,16 @@ public:
 
     const std::filesystem::path& GetPath() const { return path; }
 
-    // Of a file in the folder, as the library takes it.
+    // A file in the folder, by its name in UTF-8.
+    std::filesystem::path GetPath(const std::string& utf8) const
+    {
+        return path / std::u8string(utf8.begin(), utf8.end());
+    }
+    // ... and as the library takes it.
     std::wstring GetName(const std::string& utf8) const
     {
-        return Vellum::Platform::Utf8ToUtf16((path / utf8).string());
+        const std::u8string name = GetPath(utf8).u8string();
+        return Vellum::Platform::Utf8ToUtf16(std::string(name.begin(), name.end()));
     }
 
 private:
@@ -52,12 +52,6 @@ inline std::string ReadWhole(const std::filesystem::path& path)
 inline void WriteWhole(const std::filesystem::path& path, const std::string& bytes)
 {
     std::ofstream(path, std::ios::binary) << bytes;
-}
-
-// How many files this process has open.
-inline std::ptrdiff_t CountOpenFiles()
-{
-    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }
 
 } // namespace Support

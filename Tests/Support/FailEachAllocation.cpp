@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdlib>
 #include <limits>
-#include <malloc.h>
 #include <new>
+
+#include "Support/System.h"
 
 namespace
 {
@@ -34,18 +34,16 @@ void* Allocate(std::size_t size, std::size_t alignment)
     countedBytes += size;
     if (FailsNow())
         return nullptr;
-    void* const block = alignment <= alignof(std::max_align_t)
-                            ? std::malloc(size == 0 ? 1 : size)
-                            : std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
-    bytesInUse += static_cast<std::int64_t>(::malloc_usable_size(block));
+    void* const block = Support::AllocateBlock(size, alignment);
+    bytesInUse += static_cast<std::int64_t>(Support::GetSizeOfBlock(block));
     mostInUse = std::max(mostInUse, bytesInUse);
     return block;
 }
 
 void Free(void* block)
 {
-    bytesInUse -= static_cast<std::int64_t>(::malloc_usable_size(block));
-    std::free(block);
+    bytesInUse -= static_cast<std::int64_t>(Support::GetSizeOfBlock(block));
+    Support::FreeBlock(block);
 }
 
 void* AllocateOrThrow(std::size_t size, std::size_t alignment)

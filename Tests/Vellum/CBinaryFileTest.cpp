@@ -1,50 +1,13 @@
 #include "Vellum/CBinaryFile.h"
 
-#include <cerrno>
-#include <sys/stat.h>
-
-#include "Platform/CFile.h"
-
+#include "Vellum/CBinaryFileFixture.h"
 #include "Vellum/CException.h"
-
-#include "Support/CSystemCalls.h"
-#include "Support/CTempFolder.h"
-#include "Support/Testing.h"
 
 namespace
 {
 
 using namespace Vellum;
 
-using Array = CbArray<unsigned char>;
-using Vector = std::vector<unsigned char>;
-
-template <class T>
-class CBinaryFileOf : public testing::Test
-{
-protected:
-    static T Make(std::string_view bytes)
-    {
-        T data(bytes.size());
-        std::ranges::copy(bytes, data.begin());
-        return data;
-    }
-    static std::string Text(const T& data) { return {data.begin(), data.end()}; }
-
-    std::string Content(const char* file) const { return ReadWhole(folder.GetPath() / file); }
-
-    const CTempFolder folder;
-    const std::wstring name = folder.GetName("file");
-    const std::string function = std::is_same_v<T, Array> ? "Vellum::CBinaryFile<class CbArray<unsigned char> >::"
-                                                          : "Vellum::CBinaryFile<class std::vector<unsigned char,class "
-                                                            "std::allocator<unsigned char> > >::";
-    const std::string read = function + "Read";
-    const std::string write = function + "Write";
-    const std::ptrdiff_t openBefore = CountOpenFiles();
-
-    void TearDown() override { EXPECT_EQ(CountOpenFiles(), openBefore); }
-};
-using Containers = testing::Types<Array, Vector>;
 TYPED_TEST_SUITE(CBinaryFileOf, Containers);
 
 TYPED_TEST(CBinaryFileOf, FilesComeBackWholeOrFromTheirStart)
@@ -110,44 +73,6 @@ TYPED_TEST(CBinaryFileOf, MissingFoldersAreMade)
     File::Write(L"bare", this->Make("bare"));
     std::filesystem::current_path(before);
     EXPECT_EQ(this->Content("bare"), "bare");
-}
-
-TYPED_TEST(CBinaryFileOf, FailuresOfTheSystemAreFailures)
-{
-    using File = CBinaryFile<TypeParam>;
-    const TypeParam data = this->Make("data");
-    for (const CSystemCalls::ECall call :
-         {CSystemCalls::Open, CSystemCalls::Status, CSystemCalls::Truncate, CSystemCalls::Write, CSystemCalls::Close})
-    {
-        CSystemCalls calls;
-        calls.fates[call] = {{ENOSPC}};
-        EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, data));
-    }
-    File::Write(this->name, data);
-    CSystemCalls calls;
-    for (const CSystemCalls::SFate& fate : {CSystemCalls::SFate{EIO}, CSystemCalls::SFate{0, 0}}) // or the file shrinks
-    {
-        calls.fates[CSystemCalls::Read] = {fate};
-        EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name));
-        calls.fates[CSystemCalls::Read] = {fate};
-        EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name, 2));
-    }
-    calls.fates[CSystemCalls::Status] = {{}, {EIO}}; // no size
-    EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name));
-
-    calls.made = {};
-    EXPECT_EQ(this->Text(File::Read(this->name)), "data");
-    EXPECT_EQ(calls.made[CSystemCalls::Open], 1); // size and bytes are those of one file, under one lock
-}
-
-TYPED_TEST(CBinaryFileOf, PipesAreRefusedAtOnceAndDevicesAreNot)
-{
-    using File = CBinaryFile<TypeParam>;
-    ASSERT_EQ(::mkfifo((this->folder.GetPath() / "file").c_str(), 0600), 0);
-    EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name));
-    EXPECT_RAISES(CException, this->read.c_str(), File::Read(this->name, 1));
-    EXPECT_RAISES(CException, this->write.c_str(), File::Write(this->name, this->Make("x")));
-    EXPECT_EQ(this->Text(File::Read(L"/proc/self/status", 5)), "Name:");
 }
 
 TEST(CBinaryFile, FailedAllocationsLeaveNoFileOpen)

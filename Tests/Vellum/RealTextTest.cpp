@@ -16,6 +16,8 @@ std::string Format(double value, int precision, bool showPoint)
 
 std::string Print(const char* format, int precision, double value)
 {
+    if (std::isnan(value)) // whose sign not all C libraries print
+        return std::signbit(value) ? "-nan" : "nan";
     char text[512];
     return {text, static_cast<std::size_t>(std::snprintf(text, sizeof text, format, precision, value))};
 }

@@ -1,6 +1,7 @@
 #include "Platform/ThreadLocale.h"
 
 #include <clocale>
+#include <cstdlib>
 #include <cstring>
 #include <langinfo.h>
 #include <locale.h>
@@ -25,6 +26,14 @@ bool UsesDecimalPoint() noexcept
 {
     // Unlike localeconv, this gives the thread its own answer, and without filling a structure first.
     return std::strcmp(::nl_langinfo(RADIXCHAR), ".") == 0;
+}
+
+double ScanReal(const std::string& text, std::size_t& size)
+{
+    char* stop = nullptr;
+    const double value = std::strtod(text.c_str(), &stop);
+    size = static_cast<std::size_t>(stop - text.c_str());
+    return value;
 }
 
 } // namespace Vellum::Platform

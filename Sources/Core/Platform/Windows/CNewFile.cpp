@@ -55,6 +55,8 @@ std::error_code Test(const std::wstring& place, DWORD attributes) noexcept
 {
     if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
         return std::make_error_code(std::errc::is_a_directory);
+    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) // the file system may let the system's administrator pass
+        return ToError(ERROR_ACCESS_DENIED);
     const SFileHandle file(::CreateFileW(place.c_str(), FILE_WRITE_DATA, Everybody, nullptr, OPEN_EXISTING,
                                          FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file.IsOpen())

@@ -105,10 +105,9 @@ double ViewToDouble(std::string_view text)
     double value = 0;
     if (Platform::UsesDecimalPoint() && TryPlainDecimal(text, value))
         return value;
-    const std::string terminated(text);
-    char* stop = nullptr;
-    value = std::strtod(terminated.c_str(), &stop);
-    if (stop != terminated.c_str() + terminated.size())
+    std::size_t size = 0;
+    value = Platform::ScanReal(std::string(text), size);
+    if (size != text.size())
         throw CException(__FILE__, __LINE__, "Vellum::Conversion::StringToDouble");
     return value;
 }

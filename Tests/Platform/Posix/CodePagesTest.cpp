@@ -4,7 +4,7 @@
 #include "Platform/Utf8.h"
 
 #include "Model/Values.h"
-#include "Support/CSystemCalls.h"
+#include "Support/Posix/CSystemCalls.h"
 #include "Support/Testing.h"
 
 using namespace Vellum::Platform;

@@ -1,4 +1,4 @@
-#include "Support/CSystemCalls.h"
+#include "Support/Posix/CSystemCalls.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Runs a program for Windows in an emulator of its own, with all that it needs in Build/wine. CMake calls this for tests
+# (CMake/MinGW.cmake).
+#
+#   Scripts/Wine.sh PROGRAM [ARGUMENT...]
+set -euo pipefail
+build=$(cd "$(dirname "$0")/.." && pwd)/Build
+
+export WINEPREFIX=$build/wine WINEDEBUG=${WINEDEBUG:--all}
+unset DISPLAY # there is nothing to see
+# The libraries of the compiler, and this project's own.
+libraries=$build/mingw-packages/bin
+export WINEPATH="Z:${libraries//\//\\}"
+exec wine "$@"

@@ -1,0 +1,20 @@
+#include "Support/Windows/Emulator.h"
+
+#include <algorithm>
+#include <iterator>
+#include <windows.h>
+
+namespace Support::Emulator
+{
+
+bool IsThere() { return ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
+
+bool LacksCodePage(unsigned int codePage)
+{
+    constexpr unsigned int Lacking[] = {50220, 50225, 51932, 51936, 51949, 54936};
+    return IsThere() && std::ranges::find(Lacking, codePage) != std::end(Lacking);
+}
+
+bool ReplacesOpenFiles() { return IsThere(); }
+
+} // namespace Support::Emulator
