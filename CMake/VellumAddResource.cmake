@@ -23,22 +23,29 @@ function(vellum_add_resource target id type file)
 
     set(symbol "vellum_resource_${id}_${type}") # Sources/Core/Platform/Linux/ModuleResource.cpp looks for it
     string(REGEX REPLACE "([\\\"])" "\\\\\\1" path "${file}") # quoted for the assembler and for the resource compiler
-    get_target_property(folder ${target} BINARY_DIR)
-    set(extension cpp)
-    if(WIN32)
-        set(extension rc)
-    endif()
-    set(source "${folder}/${target}.resources/${symbol}.${extension}")
-    get_target_property(sources ${target} SOURCES)
-    list(FIND sources "${source}" found)
-    if(NOT found EQUAL -1)
+    get_target_property(known ${target} VELLUM_RESOURCES)
+    if(symbol IN_LIST known)
         message(FATAL_ERROR "vellum_add_resource: ${target} has a resource ${id} ${type} already")
     endif()
-    if(WIN32)
+    set_property(TARGET ${target} APPEND PROPERTY VELLUM_RESOURCES ${symbol})
+    get_target_property(folder ${target} BINARY_DIR)
+    string(REPLACE ";" "\\;" dependency "${file}")
+
+    if(WIN32) # one source for all: not every linker joins what resource compilers make
+        set(source "${folder}/${target}.resources/resources.rc")
+        if(NOT known)
+            file(GENERATE OUTPUT "${source}" CONTENT "$<JOIN:$<TARGET_PROPERTY:${target},VELLUM_RESOURCE_LINES>,\n>\n")
+            target_sources(${target} PRIVATE "${source}")
+        endif()
         string(TOUPPER "${type}" type) # as the system looks for it
-        file(CONFIGURE OUTPUT "${source}" @ONLY CONTENT "@id@ @type@ \"@path@\"\n")
-    else()
-        file(CONFIGURE OUTPUT "${source}" @ONLY CONTENT [[
+        string(REPLACE ";" "\\;" path "${path}")
+        set_property(TARGET ${target} APPEND PROPERTY VELLUM_RESOURCE_LINES "${id} ${type} \"${path}\"")
+        set_property(SOURCE "${source}" TARGET_DIRECTORY ${target} APPEND PROPERTY OBJECT_DEPENDS "${dependency}")
+        return()
+    endif()
+
+    set(source "${folder}/${target}.resources/${symbol}.cpp")
+    file(CONFIGURE OUTPUT "${source}" @ONLY CONTENT [[
 // The size of the resource, then its bytes.
 __asm__(".pushsection .rodata\n"
         ".balign 8\n"
@@ -51,12 +58,9 @@ __asm__(".pushsection .rodata\n"
         ".size @symbol@, . - @symbol@\n"
         ".popsection\n");
 ]])
-    endif()
-    string(REPLACE ";" "\\;" dependency "${file}")
     set_source_files_properties("${source}" TARGET_DIRECTORY ${target} PROPERTIES OBJECT_DEPENDS "${dependency}")
     target_sources(${target} PRIVATE "${source}")
-
-    if(kind STREQUAL "EXECUTABLE" AND NOT WIN32) # of a program nothing is exported otherwise
+    if(kind STREQUAL "EXECUTABLE") # of a program nothing is exported otherwise
         target_link_options(${target} PRIVATE "LINKER:--export-dynamic-symbol=${symbol}")
     endif()
 endfunction()

@@ -5,6 +5,7 @@
 #   Scripts/Setup.sh --check        ... and what Scripts/Check.sh and Scripts/Fuzz.sh need: clang, clang-format, lintian
 #   Scripts/Setup.sh --benchmarks   ... and what the benchmarks are built with and compared to
 #   Scripts/Setup.sh --docs         ... and what Scripts/Docs.sh needs: doxygen
+#   Scripts/Setup.sh --windows      ... and what Scripts/TestWindows.sh needs: a cross compiler, GoogleTest's sources, Wine
 set -euo pipefail
 
 packages=(g++ cmake ninja-build pkg-config libuchardet-dev libcli11-dev libgtest-dev librapidcheck-dev locales tzdata iso-codes shared-mime-info)
@@ -18,7 +19,8 @@ for option in "$@"; do
             packages+=(nlohmann-json3-dev rapidjson-dev libsimdjson-dev libpugixml-dev librapidxml-dev)
             ;;
         --docs) packages+=(doxygen) ;;
-        *) echo "Setup: unknown option $option (known: --check, --benchmarks, --docs)" >&2; exit 2 ;;
+        --windows) packages+=(g++-mingw-w64-x86-64-posix googletest wine wine64) ;;
+        *) echo "Setup: unknown option $option (known: --check, --benchmarks, --docs, --windows)" >&2; exit 2 ;;
     esac
 done
 

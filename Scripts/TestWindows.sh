@@ -30,8 +30,9 @@ if [[ ! -e $packages/lib/libgtest.a ]]; then
     cmake --build Build/mingw-googletest
     cmake --install Build/mingw-googletest >/dev/null
 fi
-mkdir -p "$packages/include" "$packages/lib/cmake"
+mkdir -p "$packages/include" "$packages/share/cmake"
 cp -r /usr/include/CLI "$packages/include" # headers alone, for any system
+cp -r /usr/share/cmake/CLI11 "$packages/share/cmake"
 [[ -e Build/wine/system.reg ]] || Scripts/Wine.sh wineboot -i
 
 testTree() # name options...
