@@ -38,7 +38,7 @@ void ExpectInOrder(CTape& tape)
     for (std::size_t delivered = 1; delivered != 0;)
     {
         std::string bytes(1 + AnySize(tape), '?');
-        delivered = stream.Read(bytes.data(), bytes.size());
+        delivered = static_cast<std::size_t>(stream.Read(bytes.data(), bytes.size()));
         HOLDS(delivered == std::min(bytes.size(), expected.size() - read.size()));
         read.append(bytes, 0, delivered);
     }

@@ -205,13 +205,16 @@ SDate ToDate(const std::string& text, const char* function)
 {
     const std::string ended = UpToNul(text);
     SDate date;
-    auto& [year, month, day, hour, minute, second, milliseconds] = date.fields;
-    milliseconds = 0;
+    date.fields[6] = 0;
+    unsigned long long f[6]; // "%hu" goes through a long, of 64 bits or of 32
     if (ended.size() >= 19 && ended[4] == '-' && ended[7] == '-' && ended[13] == ':' && ended[16] == ':' &&
         (ended[10] == ' ' || ended[10] == 'T') &&
-        std::sscanf(ended.c_str(), ended[10] == ' ' ? "%hu-%hu-%hu %hu:%hu:%hu" : "%hu-%hu-%huT%hu:%hu:%hu", &year,
-                    &month, &day, &hour, &minute, &second) == 6)
+        std::sscanf(ended.c_str(), ended[10] == ' ' ? "%llu-%llu-%llu %llu:%llu:%llu" : "%llu-%llu-%lluT%llu:%llu:%llu",
+                    &f[0], &f[1], &f[2], &f[3], &f[4], &f[5]) == 6)
+    {
+        std::transform(f, f + 6, date.fields.begin(), [](auto field) { return static_cast<unsigned short>(field); });
         return date;
+    }
     throw SRaised{ConversionException, function};
 }
 

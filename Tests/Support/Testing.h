@@ -29,4 +29,12 @@
 #include "Support/Raises.h"
 #include "Support/Texts.h"
 
+namespace Support
+{
+
+// The first size that no document holds; 0 where sizes have 32 bits.
+inline constexpr std::size_t FourGigabytes = static_cast<std::size_t>(std::uint64_t{1} << 32);
+
+} // namespace Support
+
 using namespace Support;

@@ -62,7 +62,7 @@ TEST(CTextOutput, GivesItsStreamWhatTheStreamsOwnInsertersWould)
     std::mt19937_64 random(20240307);
     for (int round = 0; round < 300; ++round)
     {
-        const std::string overwritten(random() % 3000, 'o');
+        const std::string overwritten(static_cast<std::size_t>(random() % 3000), 'o');
         std::ostringstream expected(overwritten);
         expected.imbue(std::locale::classic());
         std::ostringstream stream(overwritten);
@@ -93,7 +93,8 @@ TEST(CTextOutput, GivesItsStreamWhatTheStreamsOwnInsertersWould)
                 case 1:
                 case 2: // often to just the end of the buffer
                 {
-                    const std::string text((bits >> 16 & 3) == 0 ? bits >> 24 & 2047 : bits >> 24 & 15, 't');
+                    const auto size = static_cast<std::size_t>(bits >> 24 & ((bits >> 16 & 3) == 0 ? 2047 : 15));
+                    const std::string text(size, 't');
                     output.Put(std::string_view(text));
                     expected.write(text.data(), static_cast<std::streamsize>(text.size()));
                     break;

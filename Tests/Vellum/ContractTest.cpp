@@ -19,7 +19,8 @@ char TagOf(const Value& value)
 TEST(Contract, NaturalCallsLandInTheKindThatTheySay)
 {
     const auto tagsOf = [](const auto&... values) { return Hex(std::string{TagOf(values)...}); };
-    EXPECT_EQ(tagsOf(true, 1, 1U, 1L, 1UL, 1LL, 1ULL, "text", L"wide"), "00 07 06 09 08 09 08 0C 0D");
+    EXPECT_EQ(tagsOf(true, 1, 1U, 1LL, 1ULL, "text", L"wide"), "00 07 06 09 08 0C 0D");
+    EXPECT_EQ(tagsOf(1L, 1UL), sizeof(long) == 4 ? "07 06" : "09 08");
     EXPECT_EQ(Hex(WriteBinary(CElements([](auto& w) { w.Write(std::vector<bool>{true}[0]); }))).substr(27, 2), "00");
 }
 

@@ -99,6 +99,8 @@ TYPED_TEST(TextFormats, EveryExceptionBecomesTheWritersOwnAndTheDocumentIsCutOff
 
 TYPED_TEST(TextFormats, NothingOfAnItemThatFailsIsWritten)
 {
+    if (FourGigabytes == 0)
+        GTEST_SKIP() << "No size is too large here.";
     for (const bool isField : {true, false})
     {
         std::ostringstream stream;
@@ -106,7 +108,7 @@ TYPED_TEST(TextFormats, NothingOfAnItemThatFailsIsWritten)
         const auto write = [&](auto& writer, auto... key)
         {
             before = stream.str();
-            writer.Write(key..., std::size_t{1} << 32, "not that much");
+            writer.Write(key..., FourGigabytes, "not that much");
         };
         const CLogObserver quiet;
         typename TypeParam::Writer writer(stream);

@@ -38,7 +38,7 @@ public:
     Association* Find(const typename Traits::View& key, std::uint64_t hash) const
     {
         const std::uint64_t own = hashOf(key);
-        for (std::size_t at = own & mask();; at = (at + 1) & mask())
+        for (std::size_t at = static_cast<std::size_t>(own) & mask();; at = (at + 1) & mask())
             if (Association* const node = slots[at].node;
                 node == nullptr || (slots[at].hash == own && Traits::Equal(node->hash, node->key, hash, key)))
                 return node;

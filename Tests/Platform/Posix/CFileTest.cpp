@@ -63,7 +63,7 @@ TEST(CFile, TellsEachFailureOfTheSystemAndStaysOpenForNone)
     calls.fates[CSystemCalls::Read] = {{EIO}};
     CFile file;
     ASSERT_TRUE(file.OpenForReading(name));
-    EXPECT_EQ(file.Read(bytes, std::size_t{1} << 40), std::nullopt);
+    EXPECT_EQ(file.Read(bytes, std::numeric_limits<std::size_t>::max() / 2), std::nullopt);
     EXPECT_EQ(calls.mostAsked, std::size_t{1} << 30); // systems refuse more, or move part of it
     file = CFile();
     EXPECT_EQ(CountOpenFiles(), openBefore);

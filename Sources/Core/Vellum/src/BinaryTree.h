@@ -117,7 +117,7 @@ private:
     std::size_t findSlot(const std::uint32_t* table, const SFieldName& name) const
     {
         const std::uint64_t mixed = (std::uint64_t{name.tag} << 32 | name.key) * 0x9E3779B97F4A7C15u;
-        std::size_t at = (mixed >> 32) & (slotCount - 1);
+        std::size_t at = static_cast<std::size_t>(mixed >> 32) & (slotCount - 1);
         while (table[at] != 0 && names[table[at] - 1] != name)
             at = (at + 1) & (slotCount - 1);
         return at;

@@ -158,7 +158,7 @@ private:
     std::size_t find(const char* text, std::size_t size) const
     {
         const std::size_t mask = slots.size() - 1;
-        std::size_t at = hash(text, size) & mask;
+        std::size_t at = static_cast<std::size_t>(hash(text, size)) & mask;
         while (slots[at] != 0 && std::strcmp(texts[slots[at] - 1], text) != 0)
             at = (at + 1) & mask;
         return at;

@@ -53,7 +53,7 @@ private:
 
     std::size_t firstPlace(std::uint32_t key) const
     {
-        return (key * std::uint64_t{0x9E3779B97F4A7C15u} >> 32) & (places.size() - 1);
+        return static_cast<std::size_t>(key * std::uint64_t{0x9E3779B97F4A7C15u} >> 32) & (places.size() - 1);
     }
 
     void update(const std::vector<SRecordField>& fields)

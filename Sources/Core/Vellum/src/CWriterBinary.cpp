@@ -160,7 +160,8 @@ public:
     // address time and again are compared once and not looked up.
     const String& Intern(const char* text)
     {
-        SKnown& known = knownTexts[reinterpret_cast<std::uintptr_t>(text) * 0x9E3779B97F4A7C15u >> KnownShift];
+        const std::uint64_t mixed = reinterpret_cast<std::uintptr_t>(text) * 0x9E3779B97F4A7C15u;
+        SKnown& known = knownTexts[static_cast<std::size_t>(mixed >> KnownShift)];
         if (known.address != text || (!known.isConstant && std::strcmp(known.string->key.c_str(), text) != 0))
             known = {text, &look(text), Platform::IsConstant(text)};
         return *known.string;

@@ -60,7 +60,7 @@ void CXmlNameIndex::fillBuckets(const SXmlChildren& children)
 // Names of one hash stand in the order of CompareWithoutCase.
 void CXmlNameIndex::finishBucket(SEntry* begin, SEntry* end)
 {
-    if (end - begin <= MaxUnsorted)
+    if (static_cast<std::size_t>(end - begin) <= MaxUnsorted)
     {
         for (SEntry* entry = begin; entry != end; ++entry)
             entry->child->mayRepeat =
@@ -81,7 +81,7 @@ SXmlNodeData* CXmlNameIndex::Find(std::string_view name) const
     const SEntry* const end = sorted + starts[(hash & mask) + 1];
     const auto hasName = [&](const SEntry& entry) { return entry.hash == hash && HasName(*entry.child->name, name); };
     const auto isBefore = [&](const SEntry& entry) { return IsBefore(entry.child, entry.hash, hash, name.data()); };
-    if (end - begin <= MaxUnsorted)
+    if (static_cast<std::size_t>(end - begin) <= MaxUnsorted)
     {
         const SEntry* const found = std::find_if(begin, end, hasName);
         return found == end ? nullptr : found->child;

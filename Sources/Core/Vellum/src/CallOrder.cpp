@@ -40,7 +40,7 @@ Positions Undo(Positions standing, const std::vector<std::uint32_t>& keys, std::
     std::reverse(standing.begin(), standing.end());
     if (bucketCount == FirstBuckets)
         return standing;
-    const auto late = standing.begin() + std::ptrdiff_t{bucketCount / 8 * 3};
+    const auto late = standing.begin() + static_cast<std::ptrdiff_t>(bucketCount / 8 * 3);
     Positions order(standing.begin(), late);
     std::ranges::stable_sort(order, {}, [&](std::uint32_t at) { return BucketOf(keys[at], bucketCount / 2); });
     order = Undo(std::move(order), keys, bucketCount / 2);

@@ -94,9 +94,9 @@ constexpr std::uint32_t CountDoublings(std::size_t keys)
     return static_cast<std::uint32_t>(std::bit_width(keys / FirstDoubling));
 }
 
-inline std::uint64_t BucketOf(std::uint32_t key, std::uint64_t buckets)
+inline std::size_t BucketOf(std::uint32_t key, std::size_t buckets)
 {
-    return CbMapTypes::SKeyTraits<unsigned int>::Hash(key) & (buckets - 1);
+    return static_cast<std::size_t>(CbMapTypes::SKeyTraits<unsigned int>::Hash(key)) & (buckets - 1);
 }
 
 // The order of so few fields that no table of theirs has doubled: all that counts of each is one number.
@@ -116,7 +116,7 @@ inline void ArrangeKind(const std::vector<SRecordField>& fields, std::uint32_t* 
 {
     const Positions written(from, to);
     const std::uint32_t doublings = CountDoublings(written.size());
-    const std::uint64_t buckets = std::uint64_t{FirstBuckets} << doublings;
+    const std::size_t buckets = std::size_t{FirstBuckets} << doublings;
     std::vector<std::uint32_t> ends(buckets + 1); // of what is there in each bucket
     for (const std::uint32_t position : written)
         ++ends[BucketOf(fields[position].key, buckets) + 1];

@@ -604,7 +604,7 @@ CXmlNode ParseXmlText(const char* text, SXmlParseOutcome* outcome)
         return CXmlNode();
     CXmlNode document = CXmlNode::MakeDocument();
     SXmlParseContext context(text, document.GetMemory());
-    if (context.end - context.text > std::numeric_limits<std::int32_t>::max())
+    if (static_cast<std::size_t>(context.end - context.text) > std::numeric_limits<std::int32_t>::max())
         context.error = XmlTextTooLong;
     else
         ParseDocument(document, context);
