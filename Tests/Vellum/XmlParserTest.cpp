@@ -51,6 +51,15 @@ TEST(XmlParser, ElementsAndDeclarationsNestAsDeepAsTheLimit)
     EXPECT_EQ(outcome.error, Vellum::XmlTooDeep);
 }
 
+TEST(XmlParser, ErrorsHaveNames)
+{
+    std::string names;
+    for (std::int32_t error = -1; error < 20; ++error)
+        names += Vellum::GetXmlErrorName(error) + std::string(" ");
+    EXPECT_EQ(names, " XmlOk XmlElementNotClosed   XmlNoElementName XmlBadEndTag  XmlStrayEndTag XmlClearNotClosed "
+                     "XmlUnexpectedToken     XmlBadReference XmlTooDeep XmlTextTooLong    ");
+}
+
 // What costs most for its length: many nodes, attributes, texts, sections, open elements.
 TEST(XmlParser, MemoryStaysInProportionToTheText)
 {
