@@ -1,13 +1,12 @@
 #!/usr/bin/env bash
-# Builds everything for another machine or with another library of C++, and runs all tests.
+# Builds everything for another machine, and runs all tests.
 #
 #   Scripts/TestForeign.sh s390x      big-endian, char is unsigned
 #   Scripts/TestForeign.sh i686       32 bits, floating point of the x87
 #   Scripts/TestForeign.sh armhf      32 bits, char is unsigned
 #   Scripts/TestForeign.sh aarch64    char is unsigned
-#   Scripts/TestForeign.sh libc++     this machine, clang++ with libc++
 #
-# For another processor Debian's cross compiler is installed, and a small Debian of that processor goes into
+# Debian's cross compiler is installed, and a small Debian of that processor goes into
 # Build/foreign: its libraries, locales and code pages are those that the tests see. The kernel is told to run its
 # programs under qemu until the next start. All of that needs root. An hour may pass, most of it in the emulator.
 set -euo pipefail
@@ -18,7 +17,6 @@ case "${1:-}" in
     i686) triple=i686-linux-gnu debian=i386 compiler=g++-i686-linux-gnu emulator= ;; # runs on this processor
     armhf) triple=arm-linux-gnueabihf debian=armhf compiler=g++-arm-linux-gnueabihf emulator=arm ;;
     aarch64) triple=aarch64-linux-gnu debian=arm64 compiler=g++-aarch64-linux-gnu emulator=aarch64 ;;
-    libc++) ;;
     *) sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' "$0" >&2; exit 2 ;;
 esac
 machine=$1
@@ -77,19 +75,7 @@ configureForeign()
         -DVELLUM_WARNINGS=ON -DVELLUM_WARNINGS_AS_ERRORS=ON
 }
 
-# GoogleTest and RapidCheck of Debian are built for libstdc++: the one is built here, the other has a stand-in.
-configureLibcxx()
-{
-    install clang libc++-dev libc++abi-dev googletest
-    cmake -S /usr/src/googletest -B "$build.gtest" -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_CXX_FLAGS=-stdlib=libc++ \
-        -DBUILD_GMOCK=OFF -DCMAKE_INSTALL_PREFIX="$PWD/$build.gtest/installed"
-    cmake --build "$build.gtest" --target install
-    cmake -S . -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_CXX_FLAGS=-stdlib=libc++ \
-        -DCMAKE_PREFIX_PATH="$PWD/$build.gtest/installed" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O1 \
-        -DCMAKE_DISABLE_FIND_PACKAGE_rapidcheck=ON -DVELLUM_WARNINGS=ON -DVELLUM_WARNINGS_AS_ERRORS=ON
-}
-
 Scripts/Setup.sh
-if [[ $machine == libc++ ]]; then configureLibcxx; else configureForeign; fi
+configureForeign
 cmake --build "$build"
 ctest --test-dir "$build" --output-on-failure -j "$(nproc)"
