@@ -285,7 +285,13 @@ std::int64_t ToInteger(const std::string& text)
     errno = 0;
     const std::uint64_t value = std::strtoull(text.c_str(), &end, 0);
     if (end == text.c_str())
+    {
+        const std::size_t first = text.find_first_not_of(" \t\n\v\f\r");
+        if (first != std::string::npos &&
+            text.substr(first + (text[first] == '+' || text[first] == '-')).starts_with('0'))
+            return 0; // "0x" with no digits behind it, which not all C libraries take
         throw SRaised{Exception, "Vellum::Conversion::StringToInt"};
+    }
     if (errno == 0)
         return static_cast<std::int64_t>(value);
     using Limits = std::numeric_limits<std::int64_t>;

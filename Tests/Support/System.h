@@ -39,6 +39,9 @@ void UnloadModule(HINSTANCE module);
 // Whether the types of resources tell capitals from small letters.
 extern const bool ResourceTypesHaveCase;
 
+// Whether what runs the tests has no converter for a code page that the system itself has.
+bool LacksCodePage(unsigned int codePage);
+
 // The number that the system's own function gives the calling thread.
 std::uint32_t GetNumberOfThread();
 

@@ -22,7 +22,7 @@ protected:
     }
     static std::string Text(const T& data) { return {data.begin(), data.end()}; }
 
-    std::string Content(const char* file) const { return ReadWhole(folder.GetPath() / file); }
+    std::string Content(const char* file) const { return ReadWhole(folder.GetPath(file)); }
 
     const CTempFolder folder;
     const std::wstring name = folder.GetName("file");

@@ -176,15 +176,17 @@ TEST(CTextFile, RealTextsAreDetectedAndDecoded)
     for (const std::filesystem::directory_entry& entry : std::filesystem::directory_iterator(VELLUM_TEXTS))
     {
         SCOPED_TRACE(entry.path());
+        ++count;
         const std::filesystem::path language = entry.path().stem().stem();
         const auto codePage = static_cast<unsigned int>(std::stoul(entry.path().stem().extension().string().substr(1)));
         const CTextFile text = CTextFile().Read(entry.path().wstring());
         const std::string expected =
             ReadWhole(std::filesystem::path(VELLUM_TEXTS) / (language.string() + ".65001.txt"));
         const bool hasMark = codePage >= 1200 && codePage <= 12001 && codePage % 400 <= 1;
-        EXPECT_EQ(text.GuessCodePage(), hasMark || VELLUM_DETECTOR ? codePage : 0);
+        EXPECT_EQ(text.GuessCodePage(), hasMark || VELLUM_DETECTOR || codePage == 65001 ? codePage : 0);
+        if (LacksCodePage(codePage))
+            continue;
         EXPECT_EQ(Vellum::Platform::Utf16ToUtf8(text.GetText(codePage)), (hasMark ? "\xEF\xBB\xBF" : "") + expected);
-        ++count;
     }
     EXPECT_GE(count, 20);
     EXPECT_EQ(Holding("plain text").GuessCodePage(), VELLUM_DETECTOR ? 20127u : 0u);
@@ -195,10 +197,12 @@ TEST(CTextFile, ResourcesAreTexts)
     CTextFile text = Holding("old");
     EXPECT_EQ(&text.Read(nullptr, 1, L"TEXT"), &text);
     EXPECT_EQ(text.GetTextRaw(), ReadWhole(VELLUM_TEXTS "/Greek.65001.txt"));
-    EXPECT_EQ(text.Read(nullptr, 0x10001, L"TEXT"s).GuessCodePage(), VELLUM_DETECTOR ? 65001u : 0u);
+    EXPECT_EQ(text.Read(nullptr, 0x10001, L"TEXT"s).GuessCodePage(), 65001u);
     EXPECT_RAISES(CException, "Vellum::CTextFile::Read", text.Read(nullptr, 2, L"TEXT"));
     EXPECT_EQ(text.GetTextRaw(), "");
-    EXPECT_RAISES(CException, "Vellum::CTextFile::Read", text.Read(nullptr, 1, L"text"s));
+    if (ResourceTypesHaveCase)
+        EXPECT_RAISES(CException, "Vellum::CTextFile::Read", text.Read(nullptr, 1, L"text"s));
+    EXPECT_RAISES(CException, "Vellum::CTextFile::Read", text.Read(nullptr, 1, L"texts"s));
     EXPECT_RAISES(CException, "Vellum::CTextFile::Read", text.Read(nullptr, 1, static_cast<const wchar_t*>(nullptr)));
 }
 

@@ -58,7 +58,13 @@ void Prepare(std::ostream& stream, std::uint32_t bits)
 // Pieces of every kind and size, put into an output and inserted into a stream in the classic locale.
 TEST(CTextOutput, GivesItsStreamWhatTheStreamsOwnInsertersWould)
 {
-    const std::locale locales[] = {std::locale::classic(), std::locale("de_DE.UTF-8")};
+    struct SGerman : std::numpunct<char> // some libraries know no other locale than that of C
+    {
+        char do_decimal_point() const override { return ','; }
+        char do_thousands_sep() const override { return '.'; }
+        std::string do_grouping() const override { return "\3"; }
+    };
+    const std::locale locales[] = {std::locale::classic(), std::locale(std::locale::classic(), new SGerman)};
     std::mt19937_64 random(20240307);
     for (int round = 0; round < 300; ++round)
     {

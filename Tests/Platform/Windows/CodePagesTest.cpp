@@ -6,7 +6,6 @@
 #include "Platform/Utf8.h"
 
 #include "Support/Testing.h"
-#include "Support/Windows/Emulator.h"
 
 using namespace Vellum::Platform;
 
@@ -44,7 +43,7 @@ TEST(CodePages, TextsGoThereAndBack)
         {65001, "ä😀", "C3 A4 F0 9F 98 80"}};
     for (const auto& [codePage, text, bytes] : cases)
     {
-        if (Emulator::LacksCodePage(codePage))
+        if (LacksCodePage(codePage))
             continue;
         EXPECT_EQ(Hex(Encode(codePage, Utf8ToUtf16(text))), bytes) << codePage;
         EXPECT_EQ(Utf16ToUtf8(Decode(codePage, Bytes(bytes))), text) << codePage;
@@ -114,7 +113,7 @@ TEST(CodePages, AnyBytesGiveTextThatIsWellFormed)
 {
     std::mt19937 random(20240307);
     for (const unsigned int codePage : {437u, 932u, 936u, 949u, 950u, 1252u, 1361u, 54936u, 65001u})
-        for (int round = 0; round < 50 && !Emulator::LacksCodePage(codePage); ++round)
+        for (int round = 0; round < 50 && !LacksCodePage(codePage); ++round)
         {
             std::string bytes(random() % 200, '\0');
             for (char& byte : bytes)
@@ -135,7 +134,7 @@ TEST(CodePages, LongTextsComeBack)
         if (codePoint < 0xD800 || codePoint > 0xF8FF)
             AppendUnits(text, codePoint);
     for (const unsigned int codePage : {54936u, 65000u, 65001u})
-        if (!Emulator::LacksCodePage(codePage))
+        if (!LacksCodePage(codePage))
         {
             EXPECT_TRUE(Decode(codePage, Encode(codePage, text)) == text) << codePage;
         }

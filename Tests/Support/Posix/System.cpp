@@ -51,6 +51,8 @@ void UnloadModule(HINSTANCE module) { ::dlclose(module); }
 
 const bool ResourceTypesHaveCase = true;
 
+bool LacksCodePage(unsigned int) { return false; }
+
 std::uint32_t GetNumberOfThread() { return static_cast<std::uint32_t>(::gettid()); }
 
 std::error_code ToSystemError(std::errc error) { return {static_cast<int>(error), std::system_category()}; }

@@ -7,8 +7,7 @@
 namespace Support::Emulator
 {
 
-// It has no tables for some Asian code pages, and none with shift states but UTF-7.
-bool LacksCodePage(unsigned int codePage);
+// It has no tables for some Asian code pages, and none with shift states but UTF-7: LacksCodePage of System.h.
 
 // A file that somebody has open, and shares for reading alone, is replaced by another one all the same.
 bool ReplacesOpenFiles();
