@@ -19,7 +19,15 @@ marked=$(find "$headers" -name '*.h' -not -path '*/src/*' -not -name Export.h -e
 ' | sort -u)
 
 # What a symbol is a part of: its name without "vtable for", return type, template arguments and arguments.
-exported=$(nm -D --defined-only -C "$library" | cut -d ' ' -f 3- | sed -E '
+listNames()
+{
+    if [[ $library == *.dll ]]; then # the type information of bases goes along, which the linker can't be kept from
+        x86_64-w64-mingw32-objdump -p "$library" | sed -nE '/Ordinal\/Name Pointer/,$ s/^\t\[ *[0-9]+\] (.*[] 0-9a-f] +)?(_Z[A-Za-z0-9_.]+)$/\2/p' | x86_64-w64-mingw32-c++filt | grep -v "^typeinfo "
+    else
+        nm -D --defined-only -C "$library" | cut -d ' ' -f 3-
+    fi
+}
+exported=$(listNames | sed -E '
     s/^(typeinfo name for|typeinfo for|vtable for|VTT for|construction vtable for|(non-)?virtual thunk to) //
     s/\[abi:cxx11\]//g
     s/\(.*/(/
