@@ -281,6 +281,7 @@ TEST(Files, AreSavedAndLoadedByTheirExtension)
         Save(path.string(), lines);
         EXPECT_EQ(Load<std::vector<SLine>>(path, Strict), lines) << name;
     }
+    EXPECT_EQ(FromBinary<std::vector<SLine>>(ToBinary(lines), Strict), lines);
     const auto path = folder.GetPath() / "b";
     Save(path, COrder(), EFormat::Json);
     std::ifstream file(path);
