@@ -19,6 +19,13 @@ public:
         constexpr std::ptrdiff_t Most = 1 << 30;
         return static_cast<std::size_t>(std::min(Most, (buffer.*&CPutArea::epptr)() - GetBegin(buffer)));
     }
+    // Whether nothing lies behind the place where the next byte goes, as does after a step back.
+    static bool IsAtEnd(const std::streambuf& buffer)
+    {
+        const char* const readable = (buffer.*&CPutArea::egptr)();
+        return readable == nullptr || readable <= GetBegin(buffer);
+    }
+
     static char* GetBegin(const std::streambuf& buffer) { return (buffer.*&CPutArea::pptr)(); }
 
     // What was copied to the begin of the area is a part of what was written.

@@ -179,10 +179,8 @@ private:
     // lost with what the buffer has behind it.
     bool writesByCopying() const
     {
-        const std::string_view written = stream.view();
         return state.rdbuf() == stream.rdbuf() && state.good() && state.tie() == nullptr &&
-               (state.flags() & std::ios_base::unitbuf) == 0 &&
-               written.data() + written.size() == CPutArea::GetBegin(*stream.rdbuf());
+               (state.flags() & std::ios_base::unitbuf) == 0 && CPutArea::IsAtEnd(*stream.rdbuf());
     }
 
     // Through the stream's own inserter.

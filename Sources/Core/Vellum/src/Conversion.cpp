@@ -61,7 +61,8 @@ bool TryShortDecimal(std::string_view text, std::int64_t& value)
 
 // A decimal number in its plain form, for which std::from_chars does in any locale with a point what strtod does.
 // Words, hexadecimal numbers, white space and a plus sign in front are left to strtod, and so is what the type can't
-// hold.
+// hold; and everything where the standard library has no such function for doubles.
+#if defined(__cpp_lib_to_chars)
 bool TryPlainDecimal(std::string_view text, double& value)
 {
     const char* const end = text.data() + text.size();
@@ -71,6 +72,9 @@ bool TryPlainDecimal(std::string_view text, double& value)
     const auto [stop, error] = std::from_chars(text.data(), end, value);
     return error == std::errc() && stop == end;
 }
+#else
+bool TryPlainDecimal(std::string_view, double&) { return false; }
+#endif
 
 template <std::integral T>
 void StoreInt(const std::string& text, T& value)
