@@ -1,5 +1,7 @@
 #include "Scribe/CScribe.h"
 
+#include <clocale>
+
 #include "Groundwork/CbExceptions.h"
 
 #include "Vellum/CException.h"
