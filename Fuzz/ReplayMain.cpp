@@ -22,7 +22,7 @@ void RunFile(const std::filesystem::path& path)
     const auto block = std::make_unique<std::uint8_t[]>(bytes.size());
     std::copy(bytes.begin(), bytes.end(), block.get());
 
-    std::printf("%s\n", path.filename().c_str());
+    std::printf("%s\n", path.filename().string().c_str());
     std::fflush(stdout); // the name of an input that ends the program must not be lost
     LLVMFuzzerTestOneInput(block.get(), bytes.size());
 }

@@ -85,6 +85,15 @@ std::error_code CopyPermissions(const std::wstring& from, const std::wstring& to
     return error == ERROR_SUCCESS || error == ERROR_NOT_SUPPORTED ? std::error_code() : ToError(error);
 }
 
+// A folder is no file that may not be read, as the system has it.
+std::error_code OpeningError(const std::wstring& name) noexcept
+{
+    const std::error_code error = LastError();
+    const DWORD attributes = ::GetFileAttributesW(name.c_str());
+    const bool isFolder = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return isFolder ? std::make_error_code(std::errc::is_a_directory) : error;
+}
+
 } // namespace
 
 CNewFile::~CNewFile()
@@ -138,10 +147,11 @@ std::error_code CNewFile::PutInPlace() noexcept
 std::error_code ReadWholeFile(const std::filesystem::path& name, std::string& bytes)
 {
     constexpr std::size_t LeastPiece = 4096;
-    const SFileHandle file(::CreateFileW(ToSystemName(name.wstring()).c_str(), GENERIC_READ, Everybody, nullptr,
-                                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const std::wstring path = ToSystemName(name.wstring());
+    const SFileHandle file(
+        ::CreateFileW(path.c_str(), GENERIC_READ, Everybody, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file.IsOpen())
-        return LastError();
+        return OpeningError(path);
     LARGE_INTEGER size = {};
     if (::GetFileType(file.file) != FILE_TYPE_DISK || !::GetFileSizeEx(file.file, &size))
         size.QuadPart = 0;
