@@ -33,6 +33,9 @@ TEST(CValue, PathsLeadToWhatIsChanged)
     EXPECT_TRUE(value.Remove("a.b[0].c") && value.Remove("n"));
     EXPECT_FALSE(value.Remove("n") || value.Remove(""));
     EXPECT_EQ(value, CValue::FromJson(R"({"a.b":[{"d":true},"text"],"a":{"b":2}})"));
+    EXPECT_TRUE(value.Remove("a.b[0]"));
+    EXPECT_EQ(value, CValue::FromJson(R"({"a.b":["text"],"a":{"b":2}})"));
+    value.Set("a.b[0]", CValue::Object());
     for (const char* path : {"a.b[3]", "a.b.c", "a.b[0].d.e", "x.y", "[0]"})
         EXPECT_RAISES(CDocumentException, "Vellum::CValue::Set", value.Set(path, 1));
 }
@@ -41,7 +44,7 @@ TEST(CValue, WordsOfJsonStayWhatTheyAre)
 {
     const std::string document = "[\t-1.50e3,\n\t1,\n\t\"1\",\n\ttrue,\n\tnull,\n\t100.,\n\t-inf\n]\n";
     EXPECT_EQ(CValue::FromJson(document).ToJson(), document);
-    EXPECT_EQ(CValue::FromJson("[010,12ab,\"\\u0041\"]"), CValue::FromJson(R"(["010","12ab","A"])"));
+    EXPECT_EQ(CValue::FromJson("[010,12ab,?1,\"\\u0041\"]"), CValue::FromJson(R"(["010","12ab","?1","A"])"));
     EXPECT_EQ(CValue::FromJson(R"({"a":1,"b":2,"a":null,"b":3})"), CValue::FromJson(R"({"a":1,"b":3})"));
     const char* const numbers = R"({"i":[1,-1],"u":[1,18446744073709551615],"d":[-1,18446744073709551615,0.5]})";
     const CValue binary = ValueOf(BinaryOf(CValue::FromJson(numbers)));
