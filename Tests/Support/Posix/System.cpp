@@ -6,6 +6,7 @@
 #include <locale.h>
 #include <locale>
 #include <malloc.h>
+#include <memory>
 #include <stdexcept>
 #include <stdlib.h>
 #include <unistd.h>
@@ -67,10 +68,12 @@ struct CThreadLocale::SLocales
 
 CThreadLocale::CThreadLocale(const char* name) : locales(nullptr)
 {
-    const locale_t own = ::newlocale(LC_ALL_MASK, name, nullptr);
-    if (own == nullptr)
+    auto made = std::make_unique<SLocales>(); // memory may be short on purpose
+    made->own = ::newlocale(LC_ALL_MASK, name, nullptr);
+    if (made->own == nullptr)
         throw std::runtime_error(std::string("no locale ") + name + ": ctest tells where it is, by LOCPATH");
-    locales = new SLocales{own, ::uselocale(own)};
+    made->before = ::uselocale(made->own);
+    locales = made.release();
 }
 
 CThreadLocale::~CThreadLocale()
