@@ -3,6 +3,7 @@
 #include <ctime>
 
 #include "Support/Testing.h"
+#include "SystemTimes.h"
 
 using namespace Vellum::Platform;
 
@@ -26,16 +27,6 @@ SSystemTime ToFields(std::uint64_t ticks)
     SSystemTime fields = {};
     EXPECT_TRUE(TicksToFields(ticks, fields));
     return fields;
-}
-
-auto AsTuple(const SSystemTime& t)
-{
-    return std::tuple(t.year, t.month, t.dayOfWeek, t.day, t.hour, t.minute, t.second, t.milliseconds);
-}
-
-void ExpectFields(const SSystemTime& actual, const SSystemTime& expected)
-{
-    EXPECT_EQ(AsTuple(actual), AsTuple(expected));
 }
 
 // A calendar that only knows the lengths of the months walks through all years, and looks at each day of the first

@@ -1,5 +1,4 @@
-#include "Platform/SystemTime.h"
-
+#include "../SystemTimes.h"
 #include "Support/Testing.h"
 
 using namespace Vellum::Platform;
@@ -11,16 +10,6 @@ SSystemTime ToLocal(SSystemTime fields)
 {
     EXPECT_TRUE(UtcToLocal(fields, fields));
     return fields;
-}
-
-auto AsTuple(const SSystemTime& t)
-{
-    return std::tuple(t.year, t.month, t.dayOfWeek, t.day, t.hour, t.minute, t.second, t.milliseconds);
-}
-
-void ExpectFields(const SSystemTime& actual, const SSystemTime& expected)
-{
-    EXPECT_EQ(AsTuple(actual), AsTuple(expected));
 }
 
 TEST(SystemTime, LocalTimeFollowsTheZoneOfTheProcessAndItsSummerTime)
