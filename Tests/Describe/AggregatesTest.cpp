@@ -50,13 +50,32 @@ void ExpectAllVisited(T object)
             int VELLUM_MEMBERS_##count;                                                                                \
         };                                                                                                             \
         ExpectAllVisited<count>(SMembers{});                                                                           \
-    }
-#define VISIT_FOUR(tens, a, b, c, d) VISIT(tens##a) VISIT(tens##b) VISIT(tens##c) VISIT(tens##d)
-#define VISIT_TEN(tens) VISIT_FOUR(tens, 0, 1, 2, 3) VISIT_FOUR(tens, 4, 5, 6, 7) VISIT(tens##8) VISIT(tens##9)
+    }                                                                                                                  \
+    static_cast<void>(0)
+#define VISIT_FOUR(tens, a, b, c, d)                                                                                   \
+    VISIT(tens##a);                                                                                                    \
+    VISIT(tens##b);                                                                                                    \
+    VISIT(tens##c);                                                                                                    \
+    VISIT(tens##d)
+#define VISIT_TEN(tens)                                                                                                \
+    VISIT_FOUR(tens, 0, 1, 2, 3);                                                                                      \
+    VISIT_FOUR(tens, 4, 5, 6, 7);                                                                                      \
+    VISIT(tens##8);                                                                                                    \
+    VISIT(tens##9)
 
-TEST(Aggregates, OfAnySizeAreVisited){VISIT(1) VISIT_FOUR(, 2, 3, 4, 5) VISIT_FOUR(, 6, 7, 8, 9) VISIT_TEN(1)
-                                          VISIT_TEN(2) VISIT_TEN(3) VISIT_TEN(4) VISIT_TEN(5) VISIT_FOUR(6, 0, 1, 2, 3)
-                                              VISIT(64)}
+TEST(Aggregates, OfAnySizeAreVisited)
+{
+    VISIT(1);
+    VISIT_FOUR(, 2, 3, 4, 5);
+    VISIT_FOUR(, 6, 7, 8, 9);
+    VISIT_TEN(1);
+    VISIT_TEN(2);
+    VISIT_TEN(3);
+    VISIT_TEN(4);
+    VISIT_TEN(5);
+    VISIT_FOUR(6, 0, 1, 2, 3);
+    VISIT(64);
+}
 
 TEST(Aggregates, HaveUpTo256ElementsOfArrays)
 {
