@@ -336,9 +336,7 @@ void ValuesComeBack(CTape tape)
     };
     const auto xml = [&]
     {
-        const CValue named =
-            CValue::FromXml(value.ToXml()); // a type called `elt` has no name here, but one in XML again
-        const CValue read = CValue::FromXml(named.ToXml());
+        const CValue read = CValue::FromXml(value.ToXml());
         HOLDS(CValue::FromXml(read.ToXml()) == read);
     };
     for (const std::function<void()>& comeBack : {std::function<void()>(binary), {json}, {xml}})

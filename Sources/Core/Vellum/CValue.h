@@ -188,7 +188,7 @@ public:
     ///
     /// A null field is `null` in JSON; elsewhere it isn't there. Numbers of JSON become int64, uint64 or double in
     /// binary documents, those of one sequence the first of these that holds them all. XML names what has no type name
-    /// `object` or `sequence`.
+    /// `elt` in a sequence, and `object` or `sequence` where it is the root or empty.
     /// @{
     void ToBinary(CbStreamWriteBinary& stream) const;
     void ToJson(std::ostream& stream) const;

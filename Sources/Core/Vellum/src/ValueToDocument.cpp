@@ -263,9 +263,13 @@ public:
         return object != nullptr ? object->texts : value.Get<CValue::SSequence>()->texts;
     }
     template <class Body>
-    void WithClient(const CValue& value, const Body& body, const char* key = "") const;
+    void WithClient(const CValue& value, const Body& body, const char* unnamed = "") const;
 
 private:
+    // What a field or an element of a sequence is called that has no name of its own.
+    const char* nameOfPart(const char* key) const { return target == ETarget::Xml ? "" : key; }
+    const char* nameOfPart() const { return target == ETarget::Xml ? SequenceElementName.data() : ""; }
+
     template <class Writer, class... Key>
     void write(Writer& writer, const CValue& value, EValueKind numbers, Key... key) const;
     template <class Writer, class... Key>
@@ -320,19 +324,26 @@ private:
     const char* typeName;
 };
 
+bool HasContent(const CValue& value)
+{
+    return !value.GetElements().empty() || std::ranges::any_of(value.GetFields(), [](const CValue::SField& field)
+                                                               { return field.value.GetKind() != EValueKind::Null; });
+}
+
 } // namespace
 
-// XML needs a name for everything. A sequence in a binary document has one in the string table if it is a field, though
+// XML needs a name for everything, and takes an element of a sequence that is called like its values for one of them if
+// there is nothing in it. A sequence in a binary document has a name in the string table if it is a field, though
 // nothing refers to it: its key is there anyway.
 template <class Body>
-void CValueWriter::WithClient(const CValue& value, const Body& body, const char* key) const
+void CValueWriter::WithClient(const CValue& value, const Body& body, const char* unnamed) const
 {
     const bool isObject = value.GetKind() == EValueKind::Object;
     const char* typeName = value.GetTypeName().c_str();
-    if (*typeName == '\0' && target == ETarget::Xml)
-        typeName = isObject ? "object" : "sequence";
-    else if (*typeName == '\0' && !isObject)
-        typeName = key;
+    if (const bool hasNone = *typeName == '\0'; hasNone && target == ETarget::Xml)
+        typeName = *unnamed != '\0' && HasContent(value) ? unnamed : isObject ? "object" : "sequence";
+    else if (hasNone && !isObject)
+        typeName = unnamed;
     isObject ? body(CObjectClient(*this, value, typeName)) : body(CSequenceClient(*this, value, typeName));
 }
 
@@ -371,7 +382,7 @@ void CValueWriter::write(Writer& writer, const CValue& value, EValueKind numbers
         else if constexpr (std::same_as<T, CValue::CBox<CValue::SObject>> ||
                            std::same_as<T, CValue::CBox<CValue::SSequence>>)
             WithClient(
-                value, [&](const auto& client) { writer.Write(key..., client); }, key...);
+                value, [&](const auto& client) { writer.Write(key..., client); }, nameOfPart(key...));
         else if constexpr (requires { *held; })
             writer.Write(key..., *held);
         else
