@@ -84,18 +84,6 @@ TEST(CbStreamBinary, ValuesAreStoredAsTheModelTells)
     EXPECT_EQ(ReadBack<std::wstring>(Bytes("FF FE FF FF FF FF FF FF FF FF 01 00 00 00 00 00 00 00 61 00")), L"a");
 }
 
-template <class Stream, class Value>
-concept CanWrite = requires(Stream& stream, Value value)
-{
-    stream.Write(value);
-};
-
-TEST(CbStreamBinary, PointersAreNeverTakenAsBool)
-{
-    static_assert(CanWrite<IStreamWrite, const char*>);
-    static_assert(!CanWrite<CbStreamWriteBinaryBuffer, const unsigned char*> && !CanWrite<IStreamWrite, void*>);
-}
-
 TEST(CbStreamWriteBinaryBuffer, GrowsByDoublingFromItsStartCapacity)
 {
     const std::string bytes(4097, 'x');

@@ -13,20 +13,6 @@ std::string DumpText(std::string_view text, Vellum::SXmlParseOutcome* outcome = 
     return Dump(Vellum::ParseXmlText(ExactText(text).get(), outcome));
 }
 
-TEST(XmlParser, TextsBecomeTrees)
-{
-    const std::pair<const char*, const char*> trees[] = {
-        {"", "*()"},
-        {"<a/><b/>", "*(a() b())"},
-        {"<?xml version=\"1.0\"?><a b c=d>x<!-- c -->&lt;<![CDATA[<]]><e/></a>",
-         "?xml(@version=1.0 a(@b @c=d 'x' <!--{ c } '&lt;' <![CDATA[{<} e()))"}, // raw in front of a section
-        {"<a>1 & 2</a>", "-"},
-    };
-    for (const auto& [text, tree] : trees)
-        EXPECT_EQ(DumpText(text), tree) << text;
-    EXPECT_TRUE(Vellum::ParseXmlText(nullptr).IsEmpty());
-}
-
 std::string Repeat(std::string_view piece, std::size_t count)
 {
     std::string text;
