@@ -167,6 +167,7 @@ class Tree:
     def __init__(self, folder, cores):
         self.folder, self.build, self.cores = folder, folder / "Build", cores
         self.seconds = {}  # by program: what it takes as it stands, of the processor
+        self.built = set()  # the files that the programs are made of: other systems have some of their own
 
     def prepare(self):
         self.copy_sources()
@@ -183,6 +184,8 @@ class Tree:
                 if not built or not self.passes(program, 600):
                     sys.exit(f"Mutate: {name} doesn't build or fails as it stands.")
                 self.seconds[program] = processor_seconds() - began
+        listed = subprocess.run(["ninja", "-C", self.build, "-t", "deps"], check=True, capture_output=True, text=True)
+        self.built = {str((self.build / line.strip()).resolve()) for line in listed.stdout.splitlines()}
 
     def copy_sources(self):
         listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard", "-z"], cwd=Root, check=True,
@@ -228,8 +231,10 @@ class Tree:
         return True
 
     def notices(self, change):
-        """None if the change doesn't compile."""
+        """None if the change doesn't compile, or isn't compiled here."""
         file = self.folder / change.file
+        if str(file.resolve()) not in self.built:
+            return None
         layer = pathlib.Path(change.file).parts[2]
         try:
             file.write_text(change.apply())
