@@ -32,6 +32,8 @@
 #include "Vellum/src/CByteChain.h"
 #include "Vellum/src/CFieldIndex.h"
 #include "Vellum/src/CRecordShape.h"
+#include "Vellum/src/CShortList.h"
+#include "Vellum/src/CWriterPool.h"
 #include "Vellum/src/EntryPools.h"
 #include "Vellum/src/FieldOrder.h"
 #include "Vellum/src/KindOperations.h"
@@ -194,30 +196,14 @@ public:
     }
 
     template <class Writer>
-    std::unique_ptr<Writer> TakeWriter()
+    Writer* TakeWriter()
     {
-        auto& spare = std::get<std::vector<std::unique_ptr<Writer>>>(spares);
-        if (spare.empty())
-            return std::make_unique<Writer>(*this);
-        std::unique_ptr<Writer> writer = std::move(spare.back());
-        spare.pop_back();
-        return writer;
+        return std::get<CWriterPool<Writer>>(writers).Take(*this);
     }
-
     template <class Writer>
-    void GiveBack(std::unique_ptr<Writer> writer) noexcept
+    void GiveBack(Writer* writer) noexcept
     {
-        if (!writer)
-            return;
-        writer->Clear();
-        try
-        {
-            std::get<std::vector<std::unique_ptr<Writer>>>(spares).push_back(std::move(writer));
-        }
-        catch (const std::bad_alloc&)
-        {
-            writer.reset(); // one that can't be kept is made anew when it is needed
-        }
+        std::get<CWriterPool<Writer>>(writers).GiveBack(writer);
     }
 
     void EmitHead(COutput& output, std::uint8_t rootTag) const
@@ -254,14 +240,14 @@ private:
     Strings strings{128u, 16u};
     std::array<SKnown, 1 << KnownBits> knownTexts{};
     std::array<CRecordShape, 32> shapes; // by type name, the last of those that share a place
-    std::tuple<std::vector<std::unique_ptr<CDataWriterBinary>>, std::vector<std::unique_ptr<CContainerWriterBinary>>>
-        spares;
+    std::tuple<CWriterPool<CDataWriterBinary>, CWriterPool<CContainerWriterBinary>> writers;
 };
 
 // The fields of one object. As long as they follow the shape of the type's last record, they fill its image in. The
 // first one that doesn't, or the end that comes too soon, makes single fields of what was gathered, and from there on
 // each is kept with its key and put into order when the record goes out.
-class CDataWriterBinary final : public CWriteOperations<CDataWriterBinary, IDataWriter, const char*>
+class CDataWriterBinary final : public CWriteOperations<CDataWriterBinary, IDataWriter, const char*>,
+                                public SPooled<CDataWriterBinary>
 {
 public:
     static constexpr std::uint32_t NoTypeName = std::numeric_limits<std::uint32_t>::max();
@@ -306,8 +292,10 @@ private:
     struct SPart
     {
         std::uint32_t typeName;
-        std::unique_ptr<Writer> writer;
+        Writer* writer; // null until it is settled
     };
+    template <class Writer>
+    using Parts = CShortList<SPart<Writer>, 1>;
 
     static constexpr std::size_t MinLost = 0x1000;
 
@@ -358,7 +346,7 @@ private:
     template <class Writer>
     auto& getParts()
     {
-        return std::get<std::vector<SPart<Writer>>>(parts);
+        return std::get<Parts<Writer>>(parts);
     }
     template <class Writer>
     void giveBackParts() noexcept;
@@ -369,16 +357,17 @@ private:
     const CRecordShape::SStep* step = nullptr; // what is expected next
     const CRecordShape::SStep* lastStep = nullptr;
     CByteBuffer bytes;                // the image, and values as they are stored
-    std::vector<SPlace> places;       // of values without a fixed size, while the record follows a shape
+    CShortList<SPlace, 2> places;     // of values without a fixed size, while the record follows a shape
     std::vector<SRecordField> fields; // otherwise, in the order of their first writes
     CFieldIndex index;                // of the fields
     FieldOrder::Positions order;      // of the fields, as they are stored
     std::size_t lost = 0;             // bytes of values that were replaced
-    std::tuple<std::vector<SPart<CDataWriterBinary>>, std::vector<SPart<CContainerWriterBinary>>> parts;
+    std::tuple<Parts<CDataWriterBinary>, Parts<CContainerWriterBinary>> parts;
 };
 
 // The elements of one sequence, each encoded as soon as it is written.
-class CContainerWriterBinary final : public CWriteOperations<CContainerWriterBinary, IContainerWriter>
+class CContainerWriterBinary final : public CWriteOperations<CContainerWriterBinary, IContainerWriter>,
+                                     public SPooled<CContainerWriterBinary>
 {
 public:
     explicit CContainerWriterBinary(CBinaryDocument& document) : document(document) {}
@@ -433,24 +422,24 @@ template <class Writer>
 class CTemporaryWriter
 {
 public:
-    CTemporaryWriter(CBinaryDocument& document, std::uint32_t typeName = CDataWriterBinary::NoTypeName)
-        : document(document), writer(document.TakeWriter<Writer>())
+    explicit CTemporaryWriter(CBinaryDocument& document) : document(document), writer(document.TakeWriter<Writer>()) {}
+    CTemporaryWriter(CBinaryDocument& document, std::uint32_t typeName) : CTemporaryWriter(document)
     {
         if constexpr (std::is_same_v<Writer, CDataWriterBinary>)
             writer->Begin(typeName);
     }
-    ~CTemporaryWriter() { document.GiveBack(std::move(writer)); }
+    ~CTemporaryWriter() { document.GiveBack(writer); }
     CTemporaryWriter(const CTemporaryWriter&) = delete;
     CTemporaryWriter& operator=(const CTemporaryWriter&) = delete;
 
     Writer& Get() const { return *writer; }
 
     // Another writer goes back in the place of this one.
-    void Swap(std::unique_ptr<Writer>& other) noexcept { writer.swap(other); }
+    void Swap(Writer*& other) noexcept { std::swap(writer, other); }
 
 private:
     CBinaryDocument& document;
-    std::unique_ptr<Writer> writer;
+    Writer* writer;
 };
 
 // A date as it is stored: the version of dates, which is 0, and the ticks.
@@ -470,7 +459,7 @@ void CDataWriterBinary::Begin(std::uint32_t nameOfType)
     CRecordShape* const found = document.FindShape(typeName);
     if (found == nullptr)
         return;
-    places.reserve(found->GetGaps().size());
+    places.Reserve(found->GetGaps().size());
     bytes.Write(found->GetImage().GetData(), found->GetImage().GetSize());
     shape = found;
     ++shape->followers;
@@ -528,7 +517,7 @@ void CDataWriterBinary::writeBytes(const char* key, std::uint8_t rank, const Enc
             enterField(key, rank, place);
         else
         {
-            places.push_back(place); // there is room for all gaps
+            places.Add(place); // there is room for all gaps
             ++step;
         }
     }
@@ -568,21 +557,21 @@ std::uint32_t CDataWriterBinary::enterPart(const CRecordShape::SStep* expected, 
                                            std::uint32_t nameOfPart)
 {
     auto& all = getParts<Writer>();
-    const auto next = static_cast<std::uint32_t>(all.size());
-    ObtainEntry(rank, [&] { all.push_back({nameOfPart, nullptr}); });
+    const auto next = static_cast<std::uint32_t>(all.GetSize());
+    ObtainEntry(rank, [&] { all.Add({nameOfPart, nullptr}); });
     try
     {
         const bool isNext = expected != nullptr && expected == step;
         const std::uint32_t number =
             isNext ? (++step, next) : static_cast<std::uint32_t>(enterField(key, rank, {next, 0}).at);
         if (number != next)
-            all.pop_back();
+            all.RemoveLast();
         all[number].typeName = nameOfPart;
         return number;
     }
     catch (...)
     {
-        all.pop_back();
+        all.RemoveLast();
         throw;
     }
 }
@@ -609,7 +598,7 @@ void CDataWriterBinary::stopFollowing() noexcept
         --shape->followers;
     shape = nullptr;
     step = lastStep = nullptr;
-    places.clear();
+    places.Clear();
 }
 
 // The field of a key and kind. A new one, and one of a value without parts, lies at the place.
@@ -685,7 +674,7 @@ void CDataWriterBinary::Emit(COutput& output)
 // Records within the first part of a record may be of its type, and then they have a shape already.
 void CDataWriterBinary::learnEarly() noexcept
 {
-    const std::size_t count = getParts<CDataWriterBinary>().size() + getParts<CContainerWriterBinary>().size();
+    const std::size_t count = getParts<CDataWriterBinary>().GetSize() + getParts<CContainerWriterBinary>().GetSize();
     if (count != 1 || shape != nullptr || typeName == NoTypeName || document.FindShape(typeName) != nullptr)
         return;
     try
@@ -746,9 +735,9 @@ void CDataWriterBinary::emitValue(COutput& output, std::uint8_t rank, const SPla
 template <class Writer>
 void CDataWriterBinary::giveBackParts() noexcept
 {
-    for (SPart<Writer>& part : getParts<Writer>())
-        document.GiveBack(std::move(part.writer));
-    getParts<Writer>().clear();
+    for (const SPart<Writer>& part : getParts<Writer>())
+        document.GiveBack(part.writer);
+    getParts<Writer>().Clear();
 }
 
 void CDataWriterBinary::Clear() noexcept
