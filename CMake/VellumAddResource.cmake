@@ -46,13 +46,13 @@ function(vellum_add_resource target id type file)
 
     set(source "${folder}/${target}.resources/${symbol}.cpp")
     file(CONFIGURE OUTPUT "${source}" @ONLY CONTENT [[
-// The size of the resource, then its bytes.
+// The size of the resource, as wide as an address, then its bytes.
 __asm__(".pushsection .rodata\n"
         ".balign 8\n"
         ".globl @symbol@\n"
         ".type @symbol@, %object\n"
         "@symbol@:\n"
-        ".8byte 2f - 1f\n"
+        ".dc.a 2f - 1f\n"
         R"vellum(1: .incbin "@path@")vellum" "\n"
         "2:\n"
         ".size @symbol@, . - @symbol@\n"

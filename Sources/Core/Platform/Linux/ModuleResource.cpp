@@ -15,7 +15,7 @@ namespace
 // CMake/VellumAddResource.cmake makes the symbols: an exported object of constant data, in the byte order of the
 // machine.
 //
-// resource := size:u64 byte*
+// resource := size byte*        the size is as wide as an address
 constexpr const char* SymbolPrefix = "vellum_resource_";
 
 bool IsSymbolCharacter(wchar_t character)
@@ -66,9 +66,9 @@ std::optional<std::span<const unsigned char>> FindModuleResource(HINSTANCE modul
         ::dlclose(program);
     if (resource == nullptr)
         return std::nullopt;
-    std::uint64_t size;
+    std::size_t size;
     std::memcpy(&size, resource, sizeof size);
-    return std::span(resource + sizeof size, static_cast<std::size_t>(size));
+    return std::span(resource + sizeof size, size);
 }
 
 } // namespace Vellum::Platform
