@@ -27,6 +27,11 @@ public:
     std::string text;
 
 private:
+    int_type overflow(int_type byte) override // some libraries' inserters put single ones
+    {
+        text += traits_type::to_char_type(byte);
+        return byte;
+    }
     std::streamsize xsputn(const char* bytes, std::streamsize size) override
     {
         EXPECT_GT(size, 0);

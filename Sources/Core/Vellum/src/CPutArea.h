@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <ios>
 #include <streambuf>
 
 namespace Vellum
@@ -19,11 +20,15 @@ public:
         constexpr std::ptrdiff_t Most = 1 << 30;
         return static_cast<std::size_t>(std::min(Most, (buffer.*&CPutArea::epptr)() - GetBegin(buffer)));
     }
-    // Whether nothing lies behind the place where the next byte goes, as does after a step back.
-    static bool IsAtEnd(const std::streambuf& buffer)
+    // Whether nothing lies behind the place where the next byte goes, as does after a step back. Some libraries let
+    // what there is be read to its end; others keep that to themselves, and tell it when they are sent there.
+    static bool IsAtEnd(std::streambuf& buffer)
     {
-        const char* const readable = (buffer.*&CPutArea::egptr)();
-        return readable == nullptr || readable <= GetBegin(buffer);
+        if (const char* const readable = (buffer.*&CPutArea::egptr)())
+            return readable <= GetBegin(buffer);
+        const std::streampos place = buffer.pubseekoff(0, std::ios_base::cur, std::ios_base::out);
+        const std::streampos end = buffer.pubseekoff(0, std::ios_base::end, std::ios_base::out);
+        return buffer.pubseekpos(place, std::ios_base::out) == end;
     }
 
     static char* GetBegin(const std::streambuf& buffer) { return (buffer.*&CPutArea::pptr)(); }
