@@ -1,4 +1,5 @@
 #include <memory>
+#include <ostream>
 #include <stdexcept>
 #include <Vellum/Vellum.h>
 

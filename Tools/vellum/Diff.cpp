@@ -1,8 +1,10 @@
 #include <algorithm>
-#include <charconv>
+#include <cstdio>
 #include <iostream>
+#include <locale>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <Vellum/Vellum.h>
 
 #include "Vellum/src/PathText.h"
@@ -41,11 +43,14 @@ bool IsNothing(const CValue& value)
     return value.IsNested() ? GetSize(value) == 0 : value.GetKind() != EValueKind::Null && ToText(value).empty();
 }
 
+// A stream does it because std::from_chars knows no double in every standard library.
 std::optional<double> ToNumber(const std::string& text)
 {
+    std::istringstream stream(text);
+    stream.imbue(std::locale::classic());
     double number = 0;
-    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && stop == text.data() + text.size() ? std::optional(number) : std::nullopt;
+    const bool isDecimal = text.find_first_not_of("+-.0123456789Ee") == std::string::npos;
+    return isDecimal && stream >> number && stream.peek() == EOF ? std::optional(number) : std::nullopt;
 }
 
 std::string WithoutSpace(std::string text)

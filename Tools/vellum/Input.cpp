@@ -64,6 +64,8 @@ std::string ReadInput(const std::string& name)
     if (!file)
         Fail(name, "can't be opened.");
     std::error_code error;
+    if (std::filesystem::is_directory(name, error)) // not every standard library tells that nothing could be read
+        Fail(name, "can't be read.");
     const std::uintmax_t size = std::filesystem::file_size(name, error);
     return ReadAll(file, name, error ? 0 : size);
 }
