@@ -4,6 +4,7 @@
 #   Scripts/Setup.sh                what building, testing and the examples need
 #   Scripts/Setup.sh --check        ... and what Scripts/Check.sh and Scripts/Fuzz.sh need: clang, clang-format, lintian
 #   Scripts/Setup.sh --benchmarks   ... and what the benchmarks are built with and compared to
+#   Scripts/Setup.sh --libcxx       ... and what Scripts/TestLibcxx.sh needs: clang 16 with libc++, GoogleTest's sources
 #   Scripts/Setup.sh --docs         ... and what Scripts/Docs.sh needs: doxygen
 #   Scripts/Setup.sh --windows      ... and what Scripts/TestWindows.sh needs: a cross compiler, GoogleTest's sources, Wine
 set -euo pipefail
@@ -19,8 +20,9 @@ for option in "$@"; do
             packages+=(nlohmann-json3-dev rapidjson-dev libsimdjson-dev libpugixml-dev librapidxml-dev)
             ;;
         --docs) packages+=(doxygen) ;;
+        --libcxx) packages+=(clang-16 libc++-16-dev libc++abi-16-dev googletest) ;;
         --windows) packages+=(g++-mingw-w64-x86-64-posix googletest wine wine64) ;;
-        *) echo "Setup: unknown option $option (known: --check, --benchmarks, --docs, --windows)" >&2; exit 2 ;;
+        *) echo "Setup: unknown option $option (known: --check, --benchmarks, --docs, --libcxx, --windows)" >&2; exit 2 ;;
     esac
 done
 
