@@ -36,6 +36,10 @@ bool TicksToFields(std::uint64_t ticks, SSystemTime& fields) noexcept;
 // milliseconds 0 to 999.
 bool FieldsToTicks(const SSystemTime& fields, std::uint64_t& ticks) noexcept;
 
+// The day of a date, with its day of week and at midnight; of the fields only year, month and day count. False, with
+// `day` untouched, if FieldsToTicks refuses them.
+bool GetDay(const SSystemTime& date, SSystemTime& day) noexcept;
+
 // All eight fields of a UTC time in the time zone of the process, which is looked up at each call, with the rules that
 // the zone had at that time. `local` may be the same object as `utc`. False, with `local` untouched, if FieldsToTicks
 // refuses either time or the system can't convert it.

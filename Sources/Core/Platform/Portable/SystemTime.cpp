@@ -76,4 +76,10 @@ bool FieldsToTicks(const SSystemTime& fields, std::uint64_t& ticks) noexcept
     return true;
 }
 
+bool GetDay(const SSystemTime& date, SSystemTime& day) noexcept
+{
+    std::uint64_t ticks = 0;
+    return FieldsToTicks({date.year, date.month, 0, date.day, 0, 0, 0, 0}, ticks) && TicksToFields(ticks, day);
+}
+
 } // namespace Vellum::Platform

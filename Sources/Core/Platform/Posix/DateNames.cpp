@@ -71,9 +71,8 @@ std::optional<SNames> MakeNames(const char* localeName)
 
 EDateNameResult GetDateName(const SSystemTime& date, EDateName which, std::wstring& name)
 {
-    SSystemTime day = {date.year, date.month, 0, date.day, 0, 0, 0, 0};
-    std::uint64_t ticks = 0;
-    if (!FieldsToTicks(day, ticks) || !TicksToFields(ticks, day))
+    SSystemTime day = {};
+    if (!GetDay(date, day))
         return EDateNameResult::InvalidParameter;
 
     static constinit CByLocale<SNames> ofUsers;
