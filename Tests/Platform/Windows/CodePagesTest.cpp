@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include "Platform/Utf16.h"
 #include "Platform/Utf8.h"
 
 #include "../CodePageTexts.h"

@@ -16,21 +16,15 @@ namespace
 constexpr CLSID MultiLanguage = {0x275C23E2, 0x3747, 0x11D0, {0x9F, 0xEA, 0x00, 0xAA, 0x00, 0x3F, 0x86, 0x46}};
 constexpr IID MultiLanguage2 = {0xDCCFC164, 0x2B38, 0x11D2, {0xB7, 0xEC, 0x00, 0xC0, 0x4F, 0x8F, 0x5D, 0x9A}};
 
-// The component system for the calling thread. A thread that is set up in another way already keeps that.
+// The component system for the calling thread. It is left in any case, also where the thread was set up in another way
+// before, which entering it doesn't change.
 class CComponents
 {
 public:
-    CComponents() noexcept : isEntered(SUCCEEDED(::CoInitialize(nullptr))) {}
-    ~CComponents()
-    {
-        if (isEntered)
-            ::CoUninitialize();
-    }
+    CComponents() noexcept { static_cast<void>(::CoInitialize(nullptr)); }
+    ~CComponents() { ::CoUninitialize(); }
     CComponents(const CComponents&) = delete;
     CComponents& operator=(const CComponents&) = delete;
-
-private:
-    bool isEntered;
 };
 
 struct SRelease

@@ -19,7 +19,10 @@ bool IsUtf8(unsigned int codePage) noexcept { return codePage == CodePageUtf8; }
 
 unsigned int ToNumber(unsigned int codePage) noexcept { return codePage == CodePageOfUser ? ::GetACP() : codePage; }
 
-bool IsKnown(unsigned int codePage) noexcept { return ::MultiByteToWideChar(codePage, 0, "?", 1, nullptr, 0) != 0; }
+bool IsKnown(unsigned int codePage) noexcept
+{
+    return IsUtf8(codePage) || ::MultiByteToWideChar(codePage, 0, "?", 1, nullptr, 0) != 0;
+}
 
 // Takes from the front what the system converts in one call: everything, unless that is huge. It ends with a line then,
 // where no character is cut and each shift state is the first.
@@ -111,7 +114,7 @@ bool Encode(std::string& text, std::wstring_view units, unsigned int codePage, D
 bool AppendFromCodePage(std::wstring& text, std::string_view bytes, unsigned int codePage)
 {
     const unsigned int number = ToNumber(codePage);
-    if (!IsUtf8(number) && !IsKnown(number))
+    if (!IsKnown(number))
         return false;
     if (IsUtf8(number))
         AppendUtf16(text, bytes);
@@ -124,7 +127,7 @@ bool AppendFromCodePage(std::wstring& text, std::string_view bytes, unsigned int
 bool AppendToCodePage(std::string& text, std::wstring_view units, unsigned int codePage)
 {
     const unsigned int number = ToNumber(codePage);
-    if (!IsUtf8(number) && !IsKnown(number))
+    if (!IsKnown(number))
         return false;
     if (IsUtf8(number))
     {
