@@ -35,7 +35,7 @@ Build/static/Examples/Readme >/dev/null
 step "Compile for Windows"
 if command -v x86_64-w64-mingw32-g++-posix >/dev/null; then
     cmake --preset mingw -B Build/mingw-objects -DVELLUM_BUILD_TESTS=OFF -DVELLUM_BUILD_TOOLS=OFF -DVELLUM_BUILD_EXAMPLES=OFF >/dev/null
-    cmake --build Build/mingw-objects --target VellumObjects VellumTerminal
+    cmake --build Build/mingw-objects --target VellumObjects VellumProgram
 else
     echo "Left out: the cross compiler isn't there. Scripts/TestWindows.sh installs it."
 fi

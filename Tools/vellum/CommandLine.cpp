@@ -80,7 +80,7 @@ EStatus Finish(EStatus status)
 
 } // namespace
 
-int RunCommandLine(const SProgram& program, int argc, char** argv)
+int RunCommandLine(const SProgram& program, const std::vector<std::string>& arguments)
 {
     Scribing::SetSink([](const Scribing::SEntry&) {}); // what goes wrong is told below, for people
     EStatus status = EStatus::Done;
@@ -92,7 +92,7 @@ int RunCommandLine(const SProgram& program, int argc, char** argv)
         AddCommand(parser, command, status);
     try
     {
-        parser.parse(argc, argv);
+        parser.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // it takes the last one first
         status = Finish(status);
     }
     catch (const CLI::ParseError& error)

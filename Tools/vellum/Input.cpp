@@ -14,6 +14,9 @@
 namespace
 {
 
+// File names are what the program was started with: UTF-8 where that has to become wide text, bytes elsewhere.
+std::filesystem::path ToPath(const std::string& name) { return std::u8string(name.begin(), name.end()); }
+
 // A file that is made when the first byte is written.
 class CLateFile : public std::filebuf
 {
@@ -26,7 +29,7 @@ private:
     {
         return isThere() ? std::filebuf::xsputn(bytes, size) : 0;
     }
-    bool isThere() { return is_open() || open(name, std::ios::out | std::ios::binary) != nullptr; }
+    bool isThere() { return is_open() || open(ToPath(name), std::ios::out | std::ios::binary) != nullptr; }
 
     std::string name;
 };
@@ -60,13 +63,14 @@ std::string ReadInput(const std::string& name)
 {
     if (name == "-")
         return ReadAll(std::cin, name, 0);
-    std::ifstream file(name, std::ios::binary);
+    const std::filesystem::path path = ToPath(name);
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) // systems and standard libraries tell that sooner or later, or not
+        Fail(name, "can't be read.");
+    std::ifstream file(path, std::ios::binary);
     if (!file)
         Fail(name, "can't be opened.");
-    std::error_code error;
-    if (std::filesystem::is_directory(name, error)) // not every standard library tells that nothing could be read
-        Fail(name, "can't be read.");
-    const std::uintmax_t size = std::filesystem::file_size(name, error);
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
     return ReadAll(file, name, error ? 0 : size);
 }
 
