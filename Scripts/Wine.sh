@@ -8,6 +8,7 @@ build=$(cd "$(dirname "$0")/.." && pwd)/Build
 
 export WINEPREFIX=$build/wine WINEDEBUG=${WINEDEBUG:--all}
 unset DISPLAY # there is nothing to see
+export LC_ALL=${LC_ALL:-C.UTF-8} # in which file names are taken
 # The libraries of the compiler, and this project's own.
 libraries=$build/mingw-packages/bin
 export WINEPATH="Z:${libraries//\//\\}"

@@ -8,7 +8,7 @@ program=$1 corpora=$2 failures=0
 for command in "${@:3}"; do
     for input in "$corpora"/*/*; do
         # shellcheck disable=SC2086
-        timeout 60 "$program" $command "$input" >/dev/null 2>&1
+        timeout 60 ${VELLUM_EMULATOR:-} "$program" $command "$input" >/dev/null 2>&1
         status=$?
         ((status <= 2)) || { echo "vellum $command $input: $status"; failures=$((failures + 1)); }
     done
