@@ -34,6 +34,10 @@ mkdir -p "$packages/include" "$packages/share/cmake"
 cp -r /usr/include/CLI "$packages/include" # headers alone, for any system
 cp -r /usr/share/cmake/CLI11 "$packages/share/cmake"
 [[ -e Build/wine/system.reg ]] || Scripts/Wine.sh wineboot -i
+export WINEPREFIX=$PWD/Build/wine # one server for all programs: to start it takes longer than most tests
+wineserver -k || true
+wineserver -p
+trap 'wineserver -k' EXIT
 
 testTree() # name options...
 {
