@@ -16,6 +16,11 @@ namespace
 constexpr int MostNames = 1000;
 constexpr DWORD Everybody = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
+// Those that a new file takes from the one it replaces. Others tell how a file is stored, and some have the bits of
+// what CreateFileW does by the way.
+constexpr DWORD HandedOn =
+    FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_ENCRYPTED | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+
 std::error_code ToError(DWORD error) noexcept { return {static_cast<int>(error), std::system_category()}; }
 std::error_code LastError() noexcept { return ToError(::GetLastError()); }
 
@@ -118,7 +123,7 @@ std::error_code CNewFile::Create(const std::filesystem::path& target)
     {
         beside = MakeName(to, number);
         handle = ToNumber(::CreateFileW(beside.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                        isReplacement ? attributes : FILE_ATTRIBUTE_NORMAL, nullptr));
+                                        isReplacement ? attributes & HandedOn : FILE_ATTRIBUTE_NORMAL, nullptr));
         if (handle == NoHandle && ::GetLastError() != ERROR_FILE_EXISTS)
             break;
     }

@@ -42,7 +42,7 @@ std::vector<std::string> GetArguments(int, char**)
 
 void PassBytes() noexcept
 {
-    for (std::FILE* const stream : {stdin, stdout, stderr})
+    for (FILE* const stream : {stdin, stdout, stderr})
         ::_setmode(::_fileno(stream), _O_BINARY);
     ::SetConsoleOutputCP(CP_UTF8);
     ObeySequences(::GetStdHandle(STD_OUTPUT_HANDLE));
