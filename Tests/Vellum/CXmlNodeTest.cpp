@@ -46,15 +46,18 @@ TEST(CXmlNode, APartOutlivesTheTop)
     EXPECT_STREQ(part.GetName(), "below");
 }
 
-TEST(CXmlNode, ADeepTreeIsLetGoWithoutDeepRecursion)
+TEST(CXmlNode, ADeepTreeIsLetGoWithItsLastHandleAndWithoutDeepRecursion)
 {
     CXmlNode top = CXmlNode::MakeDocument();
-    const CXmlNode kept = AddChild(top, "kept");
+    CXmlNode kept = AddChild(top, "kept");
     CXmlNode node = top;
     for (unsigned depth = 0; depth < 1'000'000; ++depth)
         node = node.AddChild("a", false);
     node = top = CXmlNode();
     EXPECT_FALSE(kept.HasParent());
+    const CAllocationCounter counter;
+    kept = CXmlNode();
+    EXPECT_GT(counter.GetFreed(), 1'000'000u);
 }
 
 // Names of up to three letters, each twice. "[" and "{" count as one letter in hashes, "a" and "A" everywhere.
