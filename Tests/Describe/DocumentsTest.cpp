@@ -288,6 +288,7 @@ TEST(Files, AreSavedAndLoadedByTheirExtension)
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), ToJson(COrder()));
     COrder order;
     order.id = 0;
+    order.created.SetYear(1999);
     Load(path, order, EFormat::Json, Strict);
     EXPECT_EQ(order, COrder());
 }

@@ -337,6 +337,7 @@ void ValuesComeBack(CTape tape)
     const auto xml = [&]
     {
         const CValue read = CValue::FromXml(value.ToXml());
+        HOLDS(read.GetKind() == value.GetKind());
         HOLDS(CValue::FromXml(read.ToXml()) == read);
     };
     for (const std::function<void()>& comeBack : {std::function<void()>(binary), {json}, {xml}})

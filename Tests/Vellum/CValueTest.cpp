@@ -46,6 +46,8 @@ TEST(CValue, WordsOfJsonStayWhatTheyAre)
     EXPECT_EQ(CValue::FromJson(document).ToJson(), document);
     EXPECT_EQ(CValue::FromJson("[010,12ab,?1,\"\\u0041\"]"), CValue::FromJson(R"(["010","12ab","?1","A"])"));
     EXPECT_EQ(CValue::FromJson(R"({"a":1,"b":2,"a":null,"b":3})"), CValue::FromJson(R"({"a":1,"b":3})"));
+    EXPECT_EQ(CValue::FromJson(""), CValue::Sequence()); // as CReaderJson has it
+    EXPECT_EQ(CValue::FromJson("null"), CValue::Object());
     const char* const numbers = R"({"i":[1,-1],"u":[1,18446744073709551615],"d":[-1,18446744073709551615,0.5]})";
     const CValue binary = ValueOf(BinaryOf(CValue::FromJson(numbers)));
     EXPECT_EQ(*binary.Find("i[1]"), CValue(std::int64_t{-1}));

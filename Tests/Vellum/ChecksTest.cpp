@@ -61,6 +61,8 @@ TEST(Checks, TellWhatIsWrongInBinaryDocuments)
         {"00 00 00 00 10 01 00 00 00 01 00 00 00 61 00 00 00 00 01 11 01 00 00 00 00 00 00 00 0C 02 00 00 00 "
          "00 00 00 00 05 00 00 00 61",
          41, 0, 0, "a[1]", "Expected a text of length 5, found the end of the document after 1 byte."},
+        {"00 00 00 00 11 00 00 00 00 0B 00 00 00 20", 10, 0, 0, "",
+         "Expected less than 4 GiB of numbers, found 4294967296 bytes."},
     };
     for (const SBroken& broken : table)
     {
@@ -103,6 +105,10 @@ TEST(Checks, TellWhyARootOfXmlIsntFound)
          "Expected the root \"my-T\" directly behind the first declaration, which has to stand at the beginning, "
          "found something in front of the declaration."},
         {"<?xml?>", 0, 1, 1, "", "Expected the root \"my-T\", found none."},
+        {"<?xml?><a/><b/><c/><d/><e/>", 8, 1, 9, "",
+         "Expected the root \"my-T\", found \"a\", \"b\", \"c\", \"d\", \"e\"."},
+        {"<?xml?><a/><b/><c/><d/><e/><f/>", 8, 1, 9, "",
+         "Expected the root \"my-T\", found \"a\", \"b\", \"c\", \"d\", \"e\" and others."},
         {"", 0, 1, 1, "", "Expected the root \"my-T\", found none."},
         {nullptr, 0, 1, 1, "", "Expected the root \"my-T\", found no text."},
     };

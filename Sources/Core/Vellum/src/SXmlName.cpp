@@ -12,8 +12,8 @@ namespace Vellum
 namespace
 {
 
-// "/", "?", "!" and quotes can make something else of the tag.
-bool BeginsPlain(char byte) { return byte != '/' && byte != '?' && byte != '!' && byte != '"' && byte != '\''; }
+// "/", "?" and quotes can make something else of the tag. What "<!" opens a section with is no name.
+bool BeginsPlain(char byte) { return byte != '/' && byte != '?' && byte != '"' && byte != '\''; }
 
 // A "/" at the end would close the element together with the ">", and the tags <PRE> and <Script> open clear sections.
 // All else ends a name wherever it stands, or never.
