@@ -100,6 +100,17 @@ struct SDocument : CSecret
 using SDocument = int;
 #endif
 
+#if CASE == 11 // refused: SDocument: its description would never be used
+struct SDocument : Vellum::ISerializable
+{
+    static constexpr auto Describe() { return Vellum::Fields("Document", Vellum::Field("a", &SDocument::a)); }
+    const char* GetTypeName() const override { return "Document"; }
+    void Write(Vellum::IDataWriter&) const override {}
+    void Read(Vellum::IDataReader&) override {}
+    int a = 0;
+};
+#endif
+
 void Use(SDocument& document)
 {
     Vellum::FromBinary(Vellum::ToBinary(document), document);

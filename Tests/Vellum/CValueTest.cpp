@@ -117,6 +117,23 @@ TEST(CValue, WhatAFormatCantHoldIsRefusedWithItsPath)
 
 } // namespace
 
+// However the writer's tables have grown, and whichever object had the keys first, the same bytes come back.
+TEST(CValue, FieldsOfLargeObjectsComeBackInTheirOrder)
+{
+    for (const int count : {95, 96, 97, 192, 200, 1000})
+    {
+        CValue objects = CValue::Sequence();
+        for (const int step : {1, 7919})
+        {
+            objects.GetElements().push_back(CValue::Object("T"));
+            for (int number = 0; number < count; ++number)
+                objects.GetElements().back().GetFields().push_back({"k" + std::to_string(number * step % count), 1});
+        }
+        const auto bytes = BinaryOf(objects);
+        EXPECT_TRUE(BinaryOf(ValueOf(bytes)) == bytes) << count;
+    }
+}
+
 TEST(CValue, NothingIsPutOnAStreamThatHasFailed)
 {
     std::ostringstream stream;

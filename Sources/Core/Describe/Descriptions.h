@@ -64,6 +64,17 @@ concept Described = IsFields<std::remove_const_t<decltype(DescriptionOf<T>)>>;
 template <class T>
 concept Named = IsNames<std::remove_const_t<decltype(DescriptionOf<T>)>>;
 
+/// Whether a description lists fields of T itself, and not of its bases alone.
+template <class T, class Item>
+inline constexpr bool IsFieldOf = false;
+template <class T, class Value>
+inline constexpr bool IsFieldOf<T, CField<Value T::*>> = true;
+
+template <class T, class Description>
+inline constexpr bool ListsFieldsOf = false;
+template <class T, class Hook, class Alternatives, class... Items>
+inline constexpr bool ListsFieldsOf<T, CFields<Hook, Alternatives, Items...>> = (IsFieldOf<T, Items> || ...);
+
 /// The alternatives of a variant or a base class; SNothing without any.
 template <class T>
 constexpr auto FindAlternatives()

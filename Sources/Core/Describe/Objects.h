@@ -35,10 +35,7 @@ void WriteItem(const T& object, const CField<Pointer>& field, std::uint32_t vers
 template <class T, class BaseClass>
 void WriteItem(const T& object, const CBase<BaseClass>&, std::uint32_t, IDataWriter& writer, const SPlace& place)
 {
-    if constexpr (std::derived_from<BaseClass, ISerializable>)
-        object.BaseClass::Write(writer);
-    else
-        WriteFields<BaseClass>(object, writer, place);
+    WriteFields<BaseClass>(object, writer, place);
 }
 
 /// What is stored as nothing and read from nothing is reset by the last key that is tried.
@@ -67,10 +64,7 @@ void ReadItem(T& object, const CField<Pointer>& field, std::uint32_t version, ID
 template <bool IsStrict, class T, class BaseClass>
 void ReadItem(T& object, const CBase<BaseClass>&, std::uint32_t, IDataReader& reader, const SPlace& place)
 {
-    if constexpr (std::derived_from<BaseClass, ISerializable>)
-        object.BaseClass::Read(reader);
-    else
-        ReadFields<IsStrict, BaseClass>(object, reader, place);
+    ReadFields<IsStrict, BaseClass>(object, reader, place);
 }
 
 // ---- All items. ----
@@ -166,7 +160,7 @@ bool IsKeyOf(const CField<Pointer>& field, const char* key, const SPlace& place)
 template <class BaseClass>
 bool IsKeyOf(const CBase<BaseClass>&, const char* key, const SPlace& place)
 {
-    return std::derived_from<BaseClass, ISerializable> || IsKnown<BaseClass>(key, place);
+    return IsKnown<BaseClass>(key, place);
 }
 
 template <std::size_t... Indices, class... Items>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <type_traits>
 
 #include "Describe/Places.h"
 #include "Describe/Recognition.h"
@@ -36,6 +37,15 @@ enum class EStorage
     Bitset         ///< A text
 };
 
+/// A class that is written by hand.
+template <class T>
+consteval EStorage FindStorageOfClient()
+{
+    static_assert(!ListsFieldsOf<T, std::remove_const_t<decltype(DescriptionOf<T>)>>,
+                  "This class writes itself, so its description would never be used: leave out that or its interface");
+    return std::derived_from<T, ISerializable> ? EStorage::Object : EStorage::Container;
+}
+
 /// The first that fits counts.
 template <class T>
 consteval EStorage FindStorage()
@@ -44,8 +54,8 @@ consteval EStorage FindStorage()
     if constexpr (Kind<T>) return EStorage::Kind;
     else if constexpr (Integer<T>) return EStorage::Integer;
     else if constexpr (std::derived_from<T, IDateTime>) return EStorage::Date;
-    else if constexpr (std::derived_from<T, ISerializable>) return EStorage::Object;
-    else if constexpr (std::derived_from<T, ISerializableContainer>) return EStorage::Container;
+    else if constexpr (std::derived_from<T, ISerializable>) return FindStorageOfClient<T>();
+    else if constexpr (std::derived_from<T, ISerializableContainer>) return FindStorageOfClient<T>();
     else if constexpr (std::is_enum_v<T>) return EStorage::Enumeration;
     else if constexpr (Described<T>) return EStorage::Fields;
     else if constexpr (PathLike<T>) return EStorage::Path;
