@@ -83,11 +83,11 @@ private:
         capacity = larger;
     }
 
+    std::array<unsigned char, FewBytes> few; // before what points to it
     unsigned char* bytes = few.data();
     std::size_t size = 0;
     std::size_t capacity = FewBytes;
     std::unique_ptr<unsigned char[]> many;
-    std::array<unsigned char, FewBytes> few;
 };
 
 } // namespace Vellum

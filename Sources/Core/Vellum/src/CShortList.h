@@ -56,11 +56,11 @@ private:
         capacity = larger;
     }
 
+    std::array<T, Few> few; // before what points to it
     T* elements = few.data();
     std::size_t size = 0;
     std::size_t capacity = Few;
     std::unique_ptr<T[]> many;
-    std::array<T, Few> few;
 };
 
 } // namespace Vellum
