@@ -1,3 +1,17 @@
+# The words for what the sources are compiled with, by the family of the compiler.
+if(MSVC) # or clang-cl, which takes the same words
+    # Sources are UTF-8, and __cplusplus tells the truth. clang-cl alone can make __FILE__ read as it does elsewhere.
+    set(VELLUM_OPTIONS /utf-8 /permissive- /Zc:__cplusplus
+        "$<$<CXX_COMPILER_ID:Clang>:/clang:-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=>")
+    set(VELLUM_WARNING_OPTIONS /W4 /wd4251 /wd4275) # but for members and bases of exported classes that aren't exported
+    set(VELLUM_ERROR_OPTIONS /WX)
+else()
+    # __FILE__ reads Sources/Core/... wherever the checkout stands: exceptions carry it.
+    set(VELLUM_OPTIONS "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
+    set(VELLUM_WARNING_OPTIONS -Wall -Wextra -Wpedantic -Wconversion $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow>)
+    set(VELLUM_ERROR_OPTIONS -Werror)
+endif()
+
 # What each of the project's own targets has in common. Nothing here reaches a consumer.
 function(vellum_compile_options target)
     target_compile_features(${target} PRIVATE cxx_std_20)
@@ -7,14 +21,12 @@ function(vellum_compile_options target)
         VISIBILITY_INLINES_HIDDEN ON
         UNITY_BUILD OFF # helpers of different sources may have one name
         POSITION_INDEPENDENT_CODE ON)
-    # __FILE__ reads Sources/Core/... wherever the checkout stands: exceptions carry it.
-    target_compile_options(${target} PRIVATE "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
+    target_compile_options(${target} PRIVATE ${VELLUM_OPTIONS})
     if(VELLUM_WARNINGS)
-        target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion
-            $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow>)
+        target_compile_options(${target} PRIVATE ${VELLUM_WARNING_OPTIONS})
     endif()
     if(VELLUM_WARNINGS_AS_ERRORS)
-        target_compile_options(${target} PRIVATE -Werror)
+        target_compile_options(${target} PRIVATE ${VELLUM_ERROR_OPTIONS})
     endif()
     # Coverage that libFuzzer steers by; its main program is linked into the fuzz targets alone (Fuzz/CMakeLists.txt).
     if(VELLUM_BUILD_FUZZERS)
