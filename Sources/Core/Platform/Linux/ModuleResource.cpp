@@ -37,14 +37,14 @@ std::string MakeSymbolName(int id, std::wstring_view type)
     return name;
 }
 
-// A lookup also goes through the libraries that the module uses; this tells what it found there from its own.
+// A lookup also goes through the libraries that the module uses; this tells what it found there from its own, by where
+// the system has loaded it.
 bool IsSymbolOf(void* module, const void* symbol)
 {
-    ::link_map* ofModule = nullptr;
-    void* ofSymbol = nullptr;
-    ::Dl_info ignored;
-    return ::dlinfo(module, RTLD_DI_LINKMAP, &ofModule) == 0 &&
-           ::dladdr1(symbol, &ignored, &ofSymbol, RTLD_DL_LINKMAP) != 0 && ofSymbol == ofModule;
+    ::link_map* loaded = nullptr;
+    ::Dl_info ofModule, ofSymbol;
+    return ::dlinfo(module, RTLD_DI_LINKMAP, &loaded) == 0 && ::dladdr(loaded->l_ld, &ofModule) != 0 &&
+           ::dladdr(symbol, &ofSymbol) != 0 && ofModule.dli_fbase == ofSymbol.dli_fbase;
 }
 
 const unsigned char* FindSymbol(void* module, const char* name)
