@@ -6,9 +6,9 @@
 #   Scripts/TestForeign.sh armhf      32 bits, char is unsigned
 #   Scripts/TestForeign.sh aarch64    char is unsigned
 #
-# Debian's cross compiler is installed, and a small Debian of that processor goes into
-# Build/foreign: its libraries, locales and code pages are those that the tests see. The kernel is told to run its
-# programs under qemu until the next start. All of that needs root. An hour may pass, most of it in the emulator.
+# Debian's cross compiler is installed, and a small Debian of that processor goes into Build/foreign: its libraries,
+# locales and code pages are those that the tests see. The kernel is told to run its programs under qemu until the next
+# start. All of that needs root, and takes some ten minutes on two cores.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
