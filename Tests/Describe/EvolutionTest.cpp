@@ -79,6 +79,19 @@ TEST(Evolution, TheKeysOwnKindIsPreferred)
     EXPECT_EQ(FromBinary<SField<std::int64_t>>(ToBinary(both)).k, 2);
 }
 
+enum class EColor
+{
+    Red,
+    Green
+};
+constexpr auto Describe(Type<EColor>) { return Names<EColor>({{EColor::Red, "red"}, {EColor::Green, "green"}}); }
+
+TEST(Evolution, EnumeratorsWithNamesMayChangeTheirNumbers)
+{
+    EXPECT_EQ(ToJson(SField<EColor>{EColor::Green}), Lines("{→\"k\":\"green\"", "}"));
+    EXPECT_EQ(FromJson<SField<EColor>>(R"({"k":"green"})").k, EColor::Green);
+}
+
 class CShop
 {
 public:
