@@ -38,13 +38,15 @@ export WINEPREFIX=$PWD/Build/wine # one server for all programs: to start it tak
 wineserver -k || true
 wineserver -p
 trap 'wineserver -k' EXIT
+# Its services come with the first program and keep that one's output open, for which the build would wait.
+Scripts/Wine.sh cmd /c exit </dev/null >/dev/null 2>&1
 
 testTree() # name options...
 {
     local build=Build/mingw-$1
     step "Build with a $1 library"
     cmake --preset mingw -B "$build" -DCMAKE_RUNTIME_OUTPUT_DIRECTORY="$PWD/$build/Programs" \
-        -DCMAKE_CXX_FLAGS_DEBUG=-O1 "${@:2}" >/dev/null # to link what isn't optimized takes many minutes
+        -DCMAKE_CXX_FLAGS_DEBUG=-O1 "${@:2}" >/dev/null # an eighth of the size: debuggers get nothing
     cmake --build "$build"
     step "Test with a $1 library"
     ctest --test-dir "$build" --output-on-failure -j "$(nproc)"
@@ -62,6 +64,7 @@ testInstalled() # name options...
     [[ $(Scripts/Wine.sh "$tree/bin/Readme.exe" | tr -d '\r') == "$(sed -n '/^{\t"title"/,/^}/p' README.md)" ]] ||
         fail "Readme doesn't print what README.md shows"
     Scripts/Wine.sh "$tree/bin/Resource.exe"
+    Scripts/Wine.sh "$tree/bin/vellum.exe" check Fuzz/Corpus/Binary/FourFields
 }
 
 testTree shared
