@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "Platform/CNewFile.h"
+#include "Platform/FilePath.h"
 
 #include "Support/CTempFolder.h"
 #include "Support/Testing.h"
@@ -88,6 +89,21 @@ TEST(CFile, NamesMayBeLongerThanTheSystemTakesThemPlain)
     std::string bytes;
     EXPECT_FALSE(ReadWholeFile(name, bytes));
     EXPECT_EQ(bytes, "longer");
+}
+
+TEST(CFile, FoldersOfLongNamesAreCreatedFromTheRootOfADrive)
+{
+    const std::wstring drive = std::filesystem::temp_directory_path().root_path().wstring();
+    const std::wstring top = drive + L"VellumTest-" + std::to_wstring(::GetCurrentProcessId());
+    std::wstring name = top;
+    for (int level = 0; level < 40; ++level)
+        name += L"\\0123456789";
+    EXPECT_FALSE(CreateFolderOf(name + L"/file"));
+    EXPECT_TRUE(CFile().OpenForWriting(name + L"/file"));
+    EXPECT_TRUE(CreateFolderOf(name + L"/file/file"));
+    ::DeleteFileW(ToFilePath(name + L"\\file").c_str());
+    for (; name.size() >= top.size(); name.resize(name.rfind(L'\\')))
+        EXPECT_TRUE(::RemoveDirectoryW(ToFilePath(name).c_str()));
 }
 
 TEST(CNewFile, HandsOnWhatTheReplacedFileHadAndSparesOneThatMayNotBeWritten)

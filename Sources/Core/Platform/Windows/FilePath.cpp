@@ -35,6 +35,14 @@ std::wstring MakeAbsolute(const std::wstring& name)
     }
 }
 
+std::error_code Create(const std::filesystem::path& folder)
+{
+    std::error_code error;
+    if (!folder.empty())
+        std::filesystem::create_directories(folder, error);
+    return error;
+}
+
 } // namespace
 
 std::wstring ToSystemName(const std::wstring& name)
@@ -50,5 +58,16 @@ std::wstring ToSystemName(const std::wstring& name)
 }
 
 std::filesystem::path ToFilePath(const std::wstring& name) { return ToSystemName(name); }
+
+// Of a name with the prefix the standard library takes the drive for one more folder, which isn't there. So the upper
+// folders are created by the beginning of the name, which needs none.
+std::error_code CreateFolderOf(const std::wstring& name)
+{
+    if (name.size() >= LongestPlainName)
+        if (const std::error_code error =
+                Create(std::filesystem::path(name.substr(0, LongestPlainName)).remove_filename()))
+            return error;
+    return Create(ToFilePath(name).remove_filename());
+}
 
 } // namespace Vellum::Platform

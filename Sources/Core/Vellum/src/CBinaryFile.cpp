@@ -60,9 +60,9 @@ T ReadStart(Platform::CFile& file, unsigned int count)
 
 void CreateFolderOf(const std::wstring& name)
 {
-    const std::filesystem::path folder = Platform::ToFilePath(name).remove_filename();
-    if (!folder.empty())
-        std::filesystem::create_directories(folder);
+    if (const std::error_code error = Platform::CreateFolderOf(name))
+        throw std::filesystem::filesystem_error("cannot create directories",
+                                                Platform::ToFilePath(name).remove_filename(), error);
 }
 
 } // namespace
