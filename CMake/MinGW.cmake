@@ -6,8 +6,8 @@ set(CMAKE_CXX_COMPILER ${toolchain}-g++-posix)
 set(CMAKE_C_COMPILER ${toolchain}-gcc-posix)
 set(CMAKE_RC_COMPILER ${toolchain}-windres)
 
-# Only what is made for the target: its own folder, and what Scripts/TestWindows.sh builds for the tests.
-set(CMAKE_FIND_ROOT_PATH /usr/${toolchain} "${CMAKE_CURRENT_LIST_DIR}/../Build/mingw-packages")
+# Only what is made for the target: what the caller names, its own folder, and what Scripts/TestWindows.sh builds.
+list(APPEND CMAKE_FIND_ROOT_PATH /usr/${toolchain} "${CMAKE_CURRENT_LIST_DIR}/../Build/mingw-packages")
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
