@@ -127,6 +127,7 @@ struct SStrictness
     CbDateTime date{std::uint64_t{0}};
     CbArray<unsigned char> blob;
     std::map<std::string, int> map;
+    std::vector<std::optional<int>> holes;
 };
 
 struct SRefused
@@ -182,6 +183,7 @@ TEST(Strict, TellsPathReasonAndPlaceInJson)
         {R"({"date":"2024-02-30T00:00:00"})", "date", "The date is none of the calendar's.", 1, 9},
         {R"({"date":"soon"})", "date", "What stands here can't be read: CbDateTime::operator = refuses it.", 1, 9},
         {R"({"blob":"a?=="})", "blob", "The text is no Base64.", 1, 9},
+        {R"({"holes":[[],[{}]]})", "holes[1][0]", "The element is of another kind than what is read here.", 1, 15},
         {R"({"map":{"a":1,"b":"c"}})", "map.b", "\"c\" is no whole number.", 1, 19},
         {R"({"small":1,})", "", "Expected a value behind the comma, found \"}\".", 1, 12},
         {R"({"map":{"a":hello}})", "map.a", "Expected a value of JSON, found \"hello\".", 1, 13},
@@ -250,6 +252,8 @@ TEST(Documents, KeysOfMapsThatCouldNotBeReadBackAreRefused)
     using Map = std::map<std::string, int>;
     const char* const noName = "The key of the map is no element name of XML.";
     ExpectUnwritable(Map{{"a\"b", 1}}, "a\"b", "The key of the map can't be written in JSON.", true, false);
+    ExpectUnwritable(std::vector{Map(), Map{{"\"", 1}}}, "[1].\"", "The key of the map can't be written in JSON.", true,
+                     false);
     ExpectUnwritable(Map{{"a\\", 1}}, "a\\", "The key of the map can't be written in JSON.", true, false);
     for (const char* key : {"a b", "", "Pre", "\xC3"})
         ExpectUnwritable(Map{{key, 1}}, key, noName, false, true);

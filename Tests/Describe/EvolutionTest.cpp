@@ -196,6 +196,8 @@ TEST(Evolution, BasesAreFieldsAndPointersNameWhatTheyPointTo)
     drawing.shapes.push_back(std::move(circle));
     drawing.shapes.push_back(std::make_unique<CShape>());
     drawing.shapes.push_back(nullptr);
+    drawing.one = std::make_shared<CPlain>();
+    drawing.one->a = 5;
     const std::string json = ToJson(drawing);
     EXPECT_EQ(ToJson(FromJson<SDrawing>(json, Strict)), json);
     EXPECT_EQ(ToJson(FromXml<SDrawing>(ToXml(drawing), Strict)), json);
@@ -203,6 +205,7 @@ TEST(Evolution, BasesAreFieldsAndPointersNameWhatTheyPointTo)
     EXPECT_EQ(ToJson(copy), json);
     EXPECT_EQ(dynamic_cast<const CCircle&>(*copy.shapes.at(0)).id, 4);
     EXPECT_EQ(copy.shapes.at(2), nullptr);
+    EXPECT_EQ(copy.one->a, 5);
     EXPECT_THROW(FromJson<SDrawing>(R"({"shapes":[{"hexagon":{}}]})"), CDocumentException);
     EXPECT_THROW((FromJson<SField<std::variant<int, bool>>>(R"({"k":{}})")), CDocumentException);
     EXPECT_EQ(std::get<double>(FromJson<SField<Price>>(R"({"k":{"exact":2}})", Strict).k), 2);

@@ -326,7 +326,7 @@ struct SEncode
     {
         const std::vector<std::uint16_t> units = ToUnits(text);
         const auto size = static_cast<std::uint32_t>(units.size());
-        const std::string longest = "\xFF\xFF\xFF" + Raw(size);
+        const std::string longest = std::string("\xFF\xFF\xFF") + Raw(size);
         std::string bytes = size < 0xFF     ? longest.substr(3, 1)
                             : size < 0xFFFE ? "\xFF" + longest.substr(3, 2)
                                             : longest;
