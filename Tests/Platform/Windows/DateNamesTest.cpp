@@ -35,7 +35,10 @@ TEST(DateNames, AreThoseOfTheUsersLanguage)
         EXPECT_EQ(nameOf(month + 1, 1, EDateName::AbbreviatedMonth), NameFrom(LOCALE_SABBREVMONTHNAME1, month));
     }
     const bool isGerman = NameFrom(LOCALE_SLANGUAGE, 0).starts_with(L"German") || NameFrom(LOCALE_SNAME, 0) == L"de-DE";
-    EXPECT_EQ(nameOf(10, 1, EDateName::Month), isGerman ? L"Oktober" : nameOf(10, 1, EDateName::Month));
+    if (isGerman)
+    {
+        EXPECT_EQ(nameOf(10, 1, EDateName::Month), L"Oktober");
+    }
     std::wstring name = L"kept";
     EXPECT_EQ(GetDateName({2024, 13, 0, 1, 0, 0, 0, 0}, EDateName::Month, name), EDateNameResult::InvalidParameter);
     EXPECT_EQ(name, L"kept");
