@@ -5,6 +5,8 @@
 #include <ios>
 #include <streambuf>
 
+#include "Platform/Compiler.h"
+
 namespace Vellum
 {
 
@@ -21,14 +23,12 @@ public:
         return static_cast<std::size_t>(std::min(Most, (buffer.*&CPutArea::epptr)() - GetBegin(buffer)));
     }
     // Whether nothing lies behind the place where the next byte goes, as does after a step back. Some libraries let
-    // what there is be read to its end; others keep that to themselves, and tell it when they are sent there.
+    // what there is be read to its end.
     static bool IsAtEnd(std::streambuf& buffer)
     {
-        if (const char* const readable = (buffer.*&CPutArea::egptr)())
+        if (const char* const readable = (buffer.*&CPutArea::egptr)()) [[likely]]
             return readable <= GetBegin(buffer);
-        const std::streampos place = buffer.pubseekoff(0, std::ios_base::cur, std::ios_base::out);
-        const std::streampos end = buffer.pubseekoff(0, std::ios_base::end, std::ios_base::out);
-        return buffer.pubseekpos(place, std::ios_base::out) == end;
+        return endsHere(buffer);
     }
 
     static char* GetBegin(const std::streambuf& buffer) { return (buffer.*&CPutArea::pptr)(); }
@@ -37,6 +37,15 @@ public:
     static void Advance(std::streambuf& buffer, std::size_t size)
     {
         (buffer.*&CPutArea::pbump)(static_cast<int>(size));
+    }
+
+private:
+    // Others keep their end to themselves, and tell it when they are sent there. Kept out of the callers' code.
+    VELLUM_NOINLINE static bool endsHere(std::streambuf& buffer)
+    {
+        const std::streampos place = buffer.pubseekoff(0, std::ios_base::cur, std::ios_base::out);
+        const std::streampos end = buffer.pubseekoff(0, std::ios_base::end, std::ios_base::out);
+        return buffer.pubseekpos(place, std::ios_base::out) == end;
     }
 };
 
