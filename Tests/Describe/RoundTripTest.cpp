@@ -216,11 +216,12 @@ class Described : public testing::Test
 template <class... Brief>
 using WithAround = testing::Types<SAround<std::int32_t>, SAround<std::string>, SAround<CPoint>,
                                   SAround<std::deque<int>>, SAround<std::vector<unsigned char>>, SBrief<Brief>...>;
-using Shapes = WithAround<bool, char, signed char, std::uint16_t, unsigned long long, float, double, std::wstring,
-                          std::u8string, std::vector<std::byte>, EColor, ESize, CHand, std::filesystem::path,
-                          std::bitset<5>, std::complex<double>, std::chrono::milliseconds,
-                          std::chrono::system_clock::time_point, std::set<std::string>, std::vector<bool>,
-                          std::multimap<std::string, int>, std::unordered_map<int, std::string>, SAround<bool>>;
+using Shapes =
+    WithAround<bool, char, signed char, std::uint16_t, unsigned long long, float, double, std::wstring, std::u8string,
+               std::vector<std::byte>, EColor, ESize, CHand, std::filesystem::path, std::bitset<5>,
+               std::complex<double>, std::chrono::milliseconds, std::chrono::system_clock::time_point,
+               std::set<std::string>, std::vector<bool>, std::multimap<std::string, int>,
+               std::unordered_map<int, std::string>, std::map<std::string, std::optional<int>>, SAround<bool>>;
 TYPED_TEST_SUITE(Described, Shapes);
 
 TYPED_TEST(Described, ComesBackEqualFromEveryPlaceInEveryFormat)
