@@ -131,6 +131,7 @@ TEST(CValue, FieldsOfLargeObjectsComeBackInTheirOrder)
         }
         const auto bytes = BinaryOf(objects);
         EXPECT_TRUE(BinaryOf(ValueOf(bytes)) == bytes) << count;
+        EXPECT_TRUE(std::as_const(objects).GetElements()[0] == ValueOf(bytes).GetElements()[0]) << count;
     }
 }
 
