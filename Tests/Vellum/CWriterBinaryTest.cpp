@@ -181,7 +181,7 @@ TEST(CWriterBinary, AValueThatIsReplacedTimeAndAgainIsKeptOnce)
         });
     const CAllocationCounter counter;
     const std::string document = WriteBinary(root);
-    EXPECT_LT(counter.GetPeak(), 0x8000u);
+    EXPECT_LT(counter.GetPeak(), 0x10000u);
     ReadBinary(document, ReadFields(
                              [](IDataReader& r)
                              {
