@@ -101,6 +101,8 @@ TEST(CodePages, WhatACodePageLacksBecomesOneQuestionMark)
     const std::wstring lone = {L'a', wchar_t(0xD800), wchar_t(0xDC00 - 1), L'b', wchar_t(0xDC00)};
     EXPECT_EQ(Encode(50220, lone) + Encode(54936, lone), "a??b?a??b?");
     EXPECT_EQ(Hex(Encode(50220, L"あä\U0001F600")), "1B 24 42 24 22 1B 28 42 3F 3F");
+    EXPECT_EQ(Encode(50220, Utf8ToUtf16("🏴\U000E0067\U000E0062\U000E0065\U000E006E\U000E0067\U000E007F")),
+              "???????");
     if constexpr (sizeof(wchar_t) > 2)
     {
         EXPECT_EQ(Encode(54936, std::wstring{static_cast<wchar_t>(0x110000), static_cast<wchar_t>(0xFFFFFFFF)}), "??");
